@@ -1,0 +1,9 @@
+# What both tool-chain files share. The posix thread model is needed for std::mutex.
+set(CMAKE_SYSTEM_NAME Windows)
+set(CMAKE_C_COMPILER ${KTOOLS_TRIPLET}-gcc-posix)
+set(CMAKE_CXX_COMPILER ${KTOOLS_TRIPLET}-g++-posix)
+set(CMAKE_RC_COMPILER ${KTOOLS_TRIPLET}-windres)
+set(CMAKE_FIND_ROOT_PATH /usr/${KTOOLS_TRIPLET})
+set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
+set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)

@@ -1,0 +1,74 @@
+#include "common/RuntimeError.h"
+
+#include <windows.h>
+
+namespace common {
+
+RuntimeError::RuntimeError(long number) : RuntimeError(number, ErrorText(number)) {}
+
+std::string ErrorText(long number) {
+    switch (number) {
+    case kOverflow:
+        return "Overflow";
+    case kDivisionByZero:
+        return "Division by zero";
+    case kTypeMismatch:
+        return "Type mismatch";
+    case kFileNotFound:
+        return "File not found";
+    case kDiskFull:
+        return "Disk full";
+    case kInputPastEnd:
+        return "Input past end of file";
+    case kDeviceUnavailable:
+        return "Device unavailable";
+    case kPermissionDenied:
+        return "Permission denied";
+    case kDiskNotReady:
+        return "Disk not ready";
+    case kPathFileAccess:
+        return "Path/File access error";
+    case kPathNotFound:
+        return "Path not found";
+    default:
+        return "Application-defined or object-defined error";
+    }
+}
+
+namespace {
+
+long NumberOfSystemError(unsigned long code) {
+    switch (code) {
+    case ERROR_FILE_NOT_FOUND:
+        return kFileNotFound;
+    case ERROR_PATH_NOT_FOUND:
+    case ERROR_BAD_PATHNAME:
+        return kPathNotFound;
+    case ERROR_ACCESS_DENIED:
+    case ERROR_SHARING_VIOLATION:
+    case ERROR_LOCK_VIOLATION:
+    case ERROR_WRITE_PROTECT:
+        return kPermissionDenied;
+    case ERROR_DISK_FULL:
+    case ERROR_HANDLE_DISK_FULL:
+        return kDiskFull;
+    case ERROR_NOT_READY:
+        return kDiskNotReady;
+    case ERROR_INVALID_DRIVE:
+    case ERROR_DEV_NOT_EXIST:
+    case ERROR_BAD_NETPATH:
+    case ERROR_BAD_NET_NAME:
+        return kDeviceUnavailable;
+    default:
+        return kPathFileAccess;
+    }
+}
+
+} // namespace
+
+void RaiseFileError(unsigned long code, const std::string& path) {
+    const long number = NumberOfSystemError(code);
+    throw RuntimeError(number, ErrorText(number) + ": " + path);
+}
+
+} // namespace common

@@ -1,0 +1,80 @@
+#include "common/Text.h"
+
+#include <windows.h>
+
+#include <algorithm>
+
+namespace common {
+
+std::string Trim(std::string_view text) {
+    const auto first = text.find_first_not_of(' ');
+    if (first == std::string_view::npos)
+        return {};
+    return std::string(text.substr(first, text.find_last_not_of(' ') - first + 1));
+}
+
+std::string UpperCase(std::string_view text) {
+    std::string upper(text);
+    CharUpperBuffA(upper.data(), static_cast<DWORD>(upper.size()));
+    return upper;
+}
+
+bool EqualsIgnoreCase(std::string_view a, std::string_view b) {
+    return a.size() == b.size() && UpperCase(a) == UpperCase(b);
+}
+
+std::size_t FindIgnoreCase(std::string_view text, std::string_view part, std::size_t start) {
+    return UpperCase(text).find(UpperCase(part), start);
+}
+
+bool ContainsIgnoreCase(std::string_view text, std::string_view part) {
+    return FindIgnoreCase(text, part) != std::string::npos;
+}
+
+std::string ReplaceAll(std::string_view text, std::string_view part, std::string_view with) {
+    std::string result;
+    std::size_t from = 0;
+    for (auto at = text.find(part); at != std::string_view::npos; at = text.find(part, from)) {
+        result.append(text.substr(from, at - from)).append(with);
+        from = at + part.size();
+    }
+    return result.append(text.substr(from));
+}
+
+std::vector<std::string> Split(std::string_view text, char separator) {
+    std::vector<std::string> pieces;
+    std::size_t from = 0;
+    for (auto at = text.find(separator); at != std::string_view::npos; at = text.find(separator, from)) {
+        pieces.emplace_back(text.substr(from, at - from));
+        from = at + 1;
+    }
+    pieces.emplace_back(text.substr(from));
+    return pieces;
+}
+
+std::vector<std::string_view> Lines(std::string_view text) {
+    std::vector<std::string_view> lines;
+    for (std::size_t from = 0; from < text.size();) {
+        const auto end = std::min(text.find_first_of("\r\n", from), text.size());
+        lines.push_back(text.substr(from, end - from));
+        from = end + (text.substr(end, 2) == kLineEnd ? 2 : 1);
+    }
+    return lines;
+}
+
+std::wstring ToWide(std::string_view text) {
+    const int size = MultiByteToWideChar(CP_ACP, 0, text.data(), static_cast<int>(text.size()), nullptr, 0);
+    std::wstring wide(static_cast<std::size_t>(size), L'\0');
+    MultiByteToWideChar(CP_ACP, 0, text.data(), static_cast<int>(text.size()), wide.data(), size);
+    return wide;
+}
+
+std::string ToNarrow(std::wstring_view text) {
+    const int length = static_cast<int>(text.size());
+    const int size = WideCharToMultiByte(CP_ACP, 0, text.data(), length, nullptr, 0, nullptr, nullptr);
+    std::string narrow(static_cast<std::size_t>(size), '\0');
+    WideCharToMultiByte(CP_ACP, 0, text.data(), length, narrow.data(), size, nullptr, nullptr);
+    return narrow;
+}
+
+} // namespace common

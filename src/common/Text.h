@@ -1,0 +1,42 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// Helpers over 8-bit text. Letters beyond ASCII follow the system's ANSI code page.
+namespace common {
+
+inline constexpr std::string_view kLineEnd = "\r\n";
+
+/// Without leading and trailing blanks (the blank character only; tabs stay).
+std::string Trim(std::string_view text);
+
+std::string UpperCase(std::string_view text);
+
+/// True when both are the same text without regard to letter case.
+bool EqualsIgnoreCase(std::string_view a, std::string_view b);
+
+/// Position of the first `part` in `text` from `start` on, without regard to letter case; npos when there is
+/// none.
+std::size_t FindIgnoreCase(std::string_view text, std::string_view part, std::size_t start = 0);
+
+/// True when `part` occurs in `text`, without regard to letter case.
+bool ContainsIgnoreCase(std::string_view text, std::string_view part);
+
+/// Every occurrence of `part` (not empty) replaced, case-sensitively.
+std::string ReplaceAll(std::string_view text, std::string_view part, std::string_view with);
+
+/// The pieces between separators; a text without one gives itself, an empty text one empty piece.
+std::vector<std::string> Split(std::string_view text, char separator);
+
+/// The lines of a file's text. CR LF, a lone LF and a lone CR each end a line; a line end at the very end of
+/// the text does not start another line.
+std::vector<std::string_view> Lines(std::string_view text);
+
+/// ANSI code page to UTF-16 and back. A character that the other side lacks becomes its best fit or "?".
+std::wstring ToWide(std::string_view text);
+std::string ToNarrow(std::wstring_view text);
+
+} // namespace common

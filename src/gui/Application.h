@@ -1,0 +1,22 @@
+#pragma once
+
+namespace gui {
+
+/// Thrown out of a wait when the tool is being left; it ends the wait and every handler around it. Not a
+/// RuntimeError: an operation that swallows its own errors must not swallow this.
+struct Leaving {};
+
+/// Dispatches every message that is pending and returns: the one way for a long wait to yield. Timers, clicks
+/// and other windows' events run inside it. Throws Leaving once the tool is being left.
+void DoEvents();
+
+/// Dispatches messages until the tool is left; returns the exit code given to End.
+int Run();
+
+/// Leaves the tool: every message loop and every wait ends at once.
+void End(int exitCode = 0);
+
+/// True from End on.
+bool Ending();
+
+} // namespace gui

@@ -1,0 +1,18 @@
+#!/usr/bin/env bash
+# Runs a test program under Wine on a virtual desktop of its own, so that test programs that run side by side
+# do not see each other's windows. Prints what the program printed and exits with its result.
+#
+#   run-under-wine.sh PROGRAM.exe [GOOGLETEST OPTION...]
+set -u
+program=$1
+shift
+windows_path() { printf 'Z:%s' "${1//\//\\}"; }
+
+log=$(mktemp)
+trap 'rm -f "$log"' EXIT
+desktop="test$$"
+wine explorer "/desktop=$desktop,1280x1024" "$(windows_path "$program")" "--log=$(windows_path "$log")" "$@"
+cat "$log"
+# explorer's exit status says nothing of the program's, and a program that crashed or never ran prints no
+# closing line.
+tr -d '\r' <"$log" | grep -q '^test program ended with 0$'

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace support {
+
+/// A new empty folder that goes with the object, whatever was put into it.
+class TempFolder {
+public:
+    TempFolder();
+    ~TempFolder();
+    TempFolder(const TempFolder&) = delete;
+    TempFolder& operator=(const TempFolder&) = delete;
+
+    /// Full path without a trailing backslash.
+    const std::string& Path() const { return path_; }
+    /// Full path of `name` in it.
+    std::string operator/(std::string_view name) const { return path_ + "\\" + std::string(name); }
+
+private:
+    std::string path_;
+};
+
+/// Writes `text` as the whole file.
+void WriteFile(const std::string& path, std::string_view text);
+
+} // namespace support
