@@ -10,6 +10,8 @@ std::string ErrorText(long number) {
     switch (number) {
     case kOverflow:
         return "Overflow";
+    case kSubscriptOutOfRange:
+        return "Subscript out of range";
     case kDivisionByZero:
         return "Division by zero";
     case kTypeMismatch:
