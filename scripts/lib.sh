@@ -91,10 +91,11 @@ background() {
     on_exit "end_group $background_pid"
 }
 
+# end_group ID [SECONDS]: asks the group to end, and after the time (5 s) makes it.
 end_group() {
     local i
     kill -TERM -- "-$1" 2>/dev/null || return 0
-    for ((i = 0; i < 100; i++)); do
+    for ((i = 0; i < ${2-5} * 20; i++)); do
         kill -0 -- "-$1" 2>/dev/null || return 0
         sleep 0.05
     done
