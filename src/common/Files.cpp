@@ -87,8 +87,10 @@ std::string ReadFileText(const std::string& path) {
 }
 
 void ReplaceFileText(const std::string& path, std::string_view text) {
+    // FileExists does not see hidden and system files; a caller that makes a missing file must not lose one.
+    constexpr DWORD kNotOurs = FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
     const DWORD attributes = GetFileAttributesA(path.c_str());
-    if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY))
+    if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & kNotOurs))
         RaiseFileError(ERROR_ACCESS_DENIED, path);
 
     const std::string fresh = path + ".new";
