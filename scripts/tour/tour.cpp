@@ -11,10 +11,15 @@
 #include <windows.h>
 #include <objidl.h>
 // clang-format on
+#include <algorithm>
 #include <commctrl.h>
+// GDI+ headers call min and max unqualified.
+namespace Gdiplus {
+using std::max; // NOLINT(misc-unused-using-decls)
+using std::min; // NOLINT(misc-unused-using-decls)
+} // namespace Gdiplus
 #include <gdiplus.h>
 
-#include <algorithm>
 #include <cctype>
 #include <cstdio>
 #include <functional>
@@ -62,9 +67,18 @@ std::function<void(HWND)> Press(int id) {
     };
 }
 
-/// Opens a menu of the menu bar by its letter.
-std::function<void(HWND)> MenuBar(char letter) {
-    return [letter](HWND window) { PostMessageA(window, WM_SYSCOMMAND, SC_KEYMENU, letter); };
+void PostKeys(HWND window, int key, int times) {
+    for (int i = 0; i < times; ++i)
+        PostMessageA(window, WM_KEYDOWN, static_cast<WPARAM>(key), 0);
+}
+
+/// Opens a menu of the menu bar, counted from 0.
+std::function<void(HWND)> MenuBar(int index) {
+    return [index](HWND window) {
+        PostMessageA(window, WM_SYSCOMMAND, SC_KEYMENU, 0);
+        PostKeys(window, VK_RIGHT, index);
+        PostKeys(window, VK_DOWN, 1);
+    };
 }
 
 /// Opens the tray icon's menu, as the task bar reports a right press on the icon, and in it the submenu that
@@ -73,17 +87,15 @@ std::function<void(HWND)> TrayMenu(int downs) {
     return [downs](HWND window) {
         SetCursorPos(480, 200);
         PostMessageA(window, WM_LBUTTONDOWN, 0, WM_RBUTTONDOWN);
-        for (int i = 0; i < downs; ++i)
-            PostMessageA(window, WM_KEYDOWN, VK_DOWN, 0);
-        if (downs)
-            PostMessageA(window, WM_KEYDOWN, VK_RIGHT, 0);
+        PostKeys(window, VK_DOWN, downs);
+        PostKeys(window, VK_RIGHT, downs ? 1 : 0);
     };
 }
 
 // The tour. Pages of a window need no entry.
 const std::vector<Stop> kStops = {
-    {"menu-settings", MenuBar('s')},
-    {"menu-extras", MenuBar('e')},
+    {"menu-settings", MenuBar(0)},
+    {"menu-extras", MenuBar(1)},
     {"menu-tray", TrayMenu(0)},
     {"menu-tray-components", TrayMenu(4)},
     {"server-folder", Press(IDM_frmMainMenu_mnuSetPath)},
@@ -185,7 +197,7 @@ void Save(const std::string& name, RECT area) {
     Gdiplus::Bitmap bitmap(pixels.width, pixels.height, pixels.width * 4, PixelFormat32bppRGB,
                            reinterpret_cast<BYTE*>(pixels.colours.data()));
     const std::string path = folder + "\\" + name + ".png";
-    if (bitmap.Save(std::wstring(path.begin(), path.end()).c_str(), &kPng) != Gdiplus::Ok)
+    if (bitmap.Save(std::wstring(path.begin(), path.end()).c_str(), &kPng, nullptr) != Gdiplus::Ok)
         Failed(path + " cannot be written");
     Log("%s\n", name);
 }
