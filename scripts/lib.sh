@@ -136,6 +136,9 @@ start_wine() {
         unlocked wine reg add 'HKCU\Software\Wine\WineDbg' /v ShowCrashDialog /t REG_DWORD /d 0 /f >/dev/null 2>&1
         unlocked wine reg add 'HKLM\Software\Microsoft\Windows NT\CurrentVersion\AeDebug' /v Debugger /d '' /f >/dev/null 2>&1
         unlocked wineserver -w
+        # Debian's Wine does not look into the folder of its own fonts: without these, windows have letters for
+        # title bar buttons and another font than on Windows, with other widths.
+        ln -sf /usr/share/wine/fonts/*.ttf "$WINEPREFIX/drive_c/windows/Fonts/"
         touch "$WINEPREFIX/.complete"
     fi
     unlocked wineserver -p
