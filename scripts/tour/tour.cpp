@@ -277,11 +277,27 @@ void Visit(const Stop& stop, HWND from) {
         Failed(stop.name + " did not close");
 }
 
-/// Starts the three servers as the tray menu does, so that the windows have something to show.
+/// Starts the three servers as the tray menu does, so that the windows have something to show, and opens the
+/// servers' own windows, which start minimised.
 void StartServers(HWND mainMenu) {
     Press(IDM_frmMainMenu_mnuStartKerno)(mainMenu);
-    if (!WaitUntil([] { return FindWindowA("TfrmMain", nullptr) != nullptr; }))
-        Failed("the zone server did not start");
+    std::vector<HWND> servers;
+    const auto allThere = [&] {
+        servers.clear();
+        for (const char* windowClass : {"TForm1", "TfrmMain"}) {
+            for (HWND window = nullptr; (window = FindWindowExA(nullptr, window, windowClass, nullptr));)
+                servers.push_back(window);
+        }
+        return servers.size() == 3;
+    };
+    if (!WaitUntil(allThere))
+        Failed("the servers did not start");
+    int left = 20;
+    for (HWND server : servers) {
+        ShowWindow(server, SW_SHOWNOACTIVATE);
+        SetWindowPos(server, nullptr, left, 30, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+        left += 410;
+    }
 }
 
 void Tour(std::string program) {
@@ -303,8 +319,8 @@ void Tour(std::string program) {
         Failed("no main window came up");
     } else {
         StartServers(mainMenu);
-        Save("desktop", {0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)});
         SetForegroundWindow(mainMenu);
+        Save("desktop", {0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)});
         TakePictures("main-menu", mainMenu);
         for (const Stop& stop : kStops)
             Visit(stop, mainMenu);
