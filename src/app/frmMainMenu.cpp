@@ -20,12 +20,20 @@ void frmMainMenu::Form_Load() {
         settings::CreateDefaultSettings(kTools_.INIPath());
     LoadSharedSettings();
     MakeDataFolders();
-    for (gui::Control* control : std::initializer_list<gui::Control*>{&cmdAccountEditor, &cmdServerControl,
-                                                                      &cmdServerConfig, &cmdServerStatus})
-        control->Enabled(false);
-    for (gui::MenuItem* item :
-         {&mnuSetUpMySQL, &mnuAccountEditor, &mnuServerControl, &mnuServerConfig, &mnuServerStatus})
-        item->Enabled(false);
+    // Windows that the tool does not have yet.
+    cmdServerStatus.Enabled(false);
+    mnuServerStatus.Enabled(false);
+
+    cmdServerConfig.Enabled(false);
+    mnuServerConfig.Enabled(false);
+
+    cmdServerControl.Enabled(false);
+    mnuServerControl.Enabled(false);
+
+    cmdAccountEditor.Enabled(false);
+    mnuAccountEditor.Enabled(false);
+
+    mnuSetUpMySQL.Enabled(false);
 }
 
 void frmMainMenu::LoadSharedSettings() {
@@ -84,10 +92,14 @@ void frmMainMenu::Form_Error(const RuntimeError& error) {
     gui::End(1);
 }
 
-void frmMainMenu::cmdAccountEditor_Click() {}
-void frmMainMenu::cmdServerControl_Click() {}
-void frmMainMenu::cmdServerConfig_Click() {}
 void frmMainMenu::cmdServerStatus_Click() {}
+
+void frmMainMenu::cmdServerConfig_Click() {}
+
+void frmMainMenu::cmdServerControl_Click() {}
+
+void frmMainMenu::cmdAccountEditor_Click() {}
+
 void frmMainMenu::mnuSetUpMySQL_Click() {}
 
 void frmMainMenu::cmdMinimizetoTray_Click() {

@@ -83,16 +83,17 @@ std::int16_t Hide(Server server) {
     return SetVisibility(server, SW_HIDE);
 }
 
-std::int16_t StartWithPriority(Server server, const SettingReader& setting) {
+std::int16_t StartWithPriority(Server server, const clsINI& priorities) {
     const std::int16_t status = Start(server);
-    if (const char* key = ComponentOf(server).priorityKey)
-        SetPriority(server, common::CInt(common::Val(setting(key))));
+    const std::string_view key = ComponentOf(server).priorityKey;
+    if (!key.empty())
+        SetPriority(server, common::CInt(common::Val(priorities.INIProperty(key))));
     return status;
 }
 
-void StartAllWithPriority(const SettingReader& setting) {
+void StartAllWithPriority(const clsINI& priorities) {
     for (const Server server : kServers)
-        StartWithPriority(server, setting);
+        StartWithPriority(server, priorities);
 }
 
 void ShutdownAll() {

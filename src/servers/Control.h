@@ -1,10 +1,10 @@
 #pragma once
 
 #include "servers/Servers.h"
+#include "settings/clsINI.h"
 
 #include <cstdint>
 #include <functional>
-#include <string>
 
 namespace modServerControl {
 
@@ -31,10 +31,10 @@ using SettingReader = std::function<std::string(const std::string& key)>;
 /// Start, then SetPriority by the number in the server's priority setting, where it has one. The priority
 /// goes to whatever windows there are at that moment, so a server that has no window yet keeps its own.
 /// Returns Start's status. Raises 6 when the number is out of the 16-bit range, and what `setting` raises.
-std::int16_t StartWithPriority(Server server, const SettingReader& setting);
+std::int16_t StartWithPriority(Server server, const clsINI& priorities);
 
 /// The three servers in turn: login, character, zone.
-void StartAllWithPriority(const SettingReader& setting);
+void StartAllWithPriority(const clsINI& priorities);
 void ShutdownAll();
 
 } // namespace modServerControl

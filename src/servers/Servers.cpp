@@ -1,15 +1,18 @@
 #include "servers/Servers.h"
 
+#include "settings/kToolsSettings.h"
+
 namespace modServerControl {
 
 namespace {
 
 // The titles stop one character short of a word because ReadTitle never reads a title's last character.
 constexpr Component kComponents[] = {
-    {"Login", "kLogin.exe", "TForm1", "Kerno Login Serve", "Kerno Logi", "LoginPriority"},
-    {"Character", "kCharacter.exe", "TForm1", "Kerno Character Serve", "Kerno Characte", "CharacterPriority"},
+    {"Login", "kLogin.exe", "TForm1", "Kerno Login Serve", "Kerno Logi", settings::key::kLoginPriority},
+    {"Character", "kCharacter.exe", "TForm1", "Kerno Character Serve", "Kerno Characte",
+     settings::key::kCharacterPriority},
     // The zone server takes its priority from its own configuration file.
-    {"Zone", "kZone.exe", "TfrmMain", "Kerno Zone Server ##:##:##:##", "Kerno Zon", nullptr},
+    {"Zone", "kZone.exe", "TfrmMain", "Kerno Zone Server ##:##:##:##", "Kerno Zon", {}},
 };
 
 struct Settings {

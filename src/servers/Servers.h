@@ -22,7 +22,7 @@ struct Component {
     const char* mainWindowClass;   ///< class of the window that shows the server's messages
     std::string_view titlePattern; ///< start of the main window's title as ReadTitle reads it; "#" is a digit
     std::string_view appTitleStart; ///< start of the application window's title as ReadTitle reads it
-    const char* priorityKey;        ///< key of its priority index; null where no start applies a priority
+    std::string_view priorityKey;   ///< key of its priority index; empty where no start applies a priority
 };
 
 const Component& ComponentOf(Server server);

@@ -154,8 +154,8 @@ std::string TextOf(HWND window) {
 
 bool SetTextOf(HWND window, const std::string& text) {
     DWORD_PTR answer = 0;
-    return SendMessageTimeoutA(window, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text.c_str()), SMTO_ABORTIFHUNG,
-                               5000, &answer) &&
+    return SendMessageTimeoutA(window, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text.c_str()),
+                               SMTO_ABORTIFHUNG, 5000, &answer) &&
            answer;
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "StandinCommands.h"
 #include "servers/Servers.h"
+#include "StandinCommands.h"
 #include "support/TempFolder.h"
 
 #include <windows.h>
@@ -12,8 +12,8 @@ namespace support {
 
 using modServerControl::Server;
 
-/// A server folder with the three stand-in servers, to which KernoPath points while the object lives; method 0
-/// recognises them. The stand-ins do nothing by themselves until they are told to. Whatever runs from the
+/// A server folder with the three stand-in servers, to which KernoPath points while the object lives; method
+/// 0 recognises them. The stand-ins do nothing by themselves until they are told to. Whatever runs from the
 /// folder at the end is ended.
 class ServerFolder {
 public:
@@ -29,8 +29,8 @@ public:
     HWND Launch(Server server);
     HWND Launch(Server server, const std::string& fileName);
 
-    /// The main window, application window and first child of a class in the main window, whatever the current
-    /// detection method: by the process that runs from this folder. Null for none.
+    /// The main window, application window and first child of a class in the main window, whatever the
+    /// current detection method: by the process that runs from this folder. Null for none.
     HWND MainWindow(Server server) const;
     HWND AppWindow(Server server) const;
     HWND Child(Server server, const char* windowClass) const;
