@@ -42,14 +42,17 @@ install_missing() {
         fail "could not install: ${missing[*]}"
 }
 
-# build PRESET [TARGET...]
+# build PRESET [TARGET...]: one at a time in a build folder, as ./run and ./test share it.
 build() {
     local preset=$1
     shift
     say "building $preset"
-    (cd "$top" && cmake --preset "$preset" >"$top/build/$preset.log" 2>&1) ||
-        { cat "$top/build/$preset.log" >&2; fail "cmake could not configure $preset"; }
-    (cd "$top" && cmake --build --preset "$preset" ${1:+--target "$@"}) || fail "the build of $preset failed"
+    mkdir -p "$top/build"
+    (
+        cd "$top" && flock 8
+        cmake --preset "$preset" >"build/$preset.log" 2>&1 || { cat "build/$preset.log" >&2; exit 1; }
+        cmake --build --preset "$preset" ${1:+--target "$@"}
+    ) 8>"$top/build/$preset.building" || fail "the build of $preset failed"
 }
 
 # only_once LOCKFILE: fails when another run holds the lock; what is started in the background must go through
