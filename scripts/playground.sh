@@ -27,7 +27,7 @@ lay_out() {
     put_text id_table.txt "$folder/Kerno/database/id_table.txt"
     put_text kTools.ini "$folder/kTools/kTools.ini"
     put_text mysqld.txt "$folder/MySQL/bin/mysqld.exe"
-    [[ -e $folder/MySQL/data ]] || ln -s ../.servers/127.0.0.1/data "$folder/MySQL/data"
+    [[ -L $folder/MySQL/data ]] || ln -s ../.servers/127.0.0.1/data "$folder/MySQL/data"
 }
 
 # start_playground FOLDER: Wine and the database server; the folders are C:\kTools, C:\Kerno and C:\MySQL.
