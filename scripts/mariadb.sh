@@ -12,7 +12,7 @@
 #   data/   the data folder           log     the server's messages
 #   hold    while this file exists, a server that has ended is not started again
 #   kill    when this file appears, the server is killed as by a power cut, and the file removed
-# Logins: root with the password "kerno", and the anonymous one that servers used to come with.
+# Logins, as servers used to come with: root without a password, and the anonymous one.
 set -euo pipefail
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
@@ -43,7 +43,6 @@ make_data() {
 supervise() {
     local address=$1 folder=$servers/$1 server=
     trap 'touch "$folder/stop"; [ -z "$server" ] || kill "$server" 2>/dev/null || true' TERM INT
-    echo "ALTER USER root@localhost IDENTIFIED BY 'kerno';" >"$folder/init.sql"
     while [ ! -e "$folder/stop" ]; do
         if [ -e "$folder/hold" ]; then
             sleep 0.05
@@ -51,7 +50,7 @@ supervise() {
         fi
         rm -f "$folder/kill"
         mariadbd --no-defaults "${as_user[@]}" --datadir="$folder/data" --socket=server.sock \
-            --bind-address="$address" --port=3306 --pid-file="$folder/pid" --init-file="$folder/init.sql" \
+            --bind-address="$address" --port=3306 --pid-file="$folder/pid" \
             --innodb-log-file-size=8M --innodb-buffer-pool-size=32M --innodb-flush-log-at-trx-commit=2 \
             >>"$folder/log" 2>&1 &
         server=$!
@@ -73,7 +72,7 @@ supervise() {
 }
 
 answers() {
-    mariadb --no-defaults --connect-timeout=2 -h "$1" -P 3306 -u root -pkerno -BNe 'SELECT 1' >/dev/null 2>&1
+    mariadb --no-defaults --connect-timeout=2 -h "$1" -P 3306 -u root -BNe 'SELECT 1' >/dev/null 2>&1
 }
 
 running() {
