@@ -1,5 +1,6 @@
 #include "database/BulkInserter.h"
 
+#include "database/Error.h"
 #include "database/RowReader.h"
 
 #include <algorithm>
@@ -23,6 +24,16 @@ BulkInserter::BulkInserter(Connection& connection, std::string table, const std:
         rowOfMarks_ += rowOfMarks_.empty() ? "(?" : ",?";
     }
     rowOfMarks_ += ")";
+    // A strict server is strict with every row of a MyISAM table only when told so; otherwise all but a
+    // statement's first row are cut to fit without an error.
+    try {
+        connection.Execute("SET SESSION sql_mode = IF(@@sql_mode LIKE '%STRICT_TRANS_TABLES%', "
+                           "CONCAT(@@sql_mode, ',STRICT_ALL_TABLES'), @@sql_mode)");
+    } catch (const Error& error) {
+        // Servers before 5.0 know no modes.
+        if (error.ConnectionLost())
+            throw;
+    }
     head_ = "INSERT INTO " + std::move(table) + " (" + names + ") VALUES ";
 }
 

@@ -98,7 +98,7 @@ public:
         const auto length = static_cast<std::size_t>(
             std::max<SQLLEN>(0, std::max(NumberAttribute(handle, number, SQL_DESC_LENGTH),
                                          NumberAttribute(handle, number, SQL_DESC_DISPLAY_SIZE))));
-        fetched.push_back(Shape(column.kind, type, length));
+        fetched.push_back(Shape(column.kind, length));
         return column;
     }
 
@@ -152,14 +152,13 @@ public:
     std::size_t rows = 0;
 
 private:
-    Fetched Shape(Cell::Kind kind, SQLLEN type, std::size_t length) const {
+    Fetched Shape(Cell::Kind kind, std::size_t length) const {
         switch (kind) {
         case Cell::Kind::Integer:
             return {.cType = SQL_C_SBIGINT, .size = sizeof(SQLBIGINT), .data = {}, .lengths = {}};
         case Cell::Kind::Real:
-            // A single-precision number keeps its exact value this way; by a double's text it may not.
-            if (type == SQL_REAL)
-                return {.cType = SQL_C_FLOAT, .size = sizeof(float), .data = {}, .lengths = {}};
+            // Single precision too: a double holds it exactly, and MariaDB's driver 3.1 puts arrays of
+            // SQL_C_FLOAT at the wrong places.
             return {.cType = SQL_C_DOUBLE, .size = sizeof(double), .data = {}, .lengths = {}};
         default:
             break;
@@ -188,11 +187,6 @@ private:
         } else if (field.cType == SQL_C_DOUBLE) {
             cell.kind = Cell::Kind::Real;
             std::memcpy(&cell.real, data, sizeof cell.real);
-        } else if (field.cType == SQL_C_FLOAT) {
-            float single = 0;
-            std::memcpy(&single, data, sizeof single);
-            cell.kind = Cell::Kind::Real;
-            cell.real = single;
         } else {
             // Better no rows than cut ones.
             if (length < 0 || static_cast<std::size_t>(length) > field.size - field.endMark)
