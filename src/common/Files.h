@@ -25,8 +25,8 @@ void MakeFolder(const std::string& path);
 std::string ReadFileText(const std::string& path);
 
 /// Writes `text` to a file beside `path` and moves it over `path` in one step, so that whoever looks, at any
-/// moment and after any crash, finds the old file or the new one. A read-only file is refused with 70, as is
-/// a locked one. Raises the file error; the old file is then untouched.
+/// moment and after any crash, finds the old file or the new one. A read-only, hidden or system file is
+/// refused with 70, as is a locked one. Raises the file error; the old file is then untouched.
 void ReplaceFileText(const std::string& path, std::string_view text);
 
 /// Appends to the file, creating it when missing. Raises the file error.

@@ -52,13 +52,18 @@ std::vector<std::string> Split(std::string_view text, char separator) {
     return pieces;
 }
 
+Line NextLine(std::string_view& rest) {
+    const auto length = std::min(rest.find_first_of(kLineEnd), rest.size());
+    const std::string_view after = rest.substr(length);
+    const Line line{rest.substr(0, length), after.substr(0, after.starts_with(kLineEnd) ? 2 : 1)};
+    rest.remove_prefix(length + line.end.size());
+    return line;
+}
+
 std::vector<std::string_view> Lines(std::string_view text) {
     std::vector<std::string_view> lines;
-    for (std::size_t from = 0; from < text.size();) {
-        const auto end = std::min(text.find_first_of("\r\n", from), text.size());
-        lines.push_back(text.substr(from, end - from));
-        from = end + (text.substr(end, 2) == kLineEnd ? 2 : 1);
-    }
+    while (!text.empty())
+        lines.push_back(NextLine(text).text);
     return lines;
 }
 

@@ -31,6 +31,15 @@ std::string ReplaceAll(std::string_view text, std::string_view part, std::string
 /// The pieces between separators; a text without one gives itself, an empty text one empty piece.
 std::vector<std::string> Split(std::string_view text, char separator);
 
+/// A line and the characters that end it: CR LF, a lone LF, a lone CR, or nothing at the end of the text.
+struct Line {
+    std::string_view text;
+    std::string_view end;
+};
+
+/// Takes the first line off `rest`, which must not be empty.
+Line NextLine(std::string_view& rest);
+
 /// The lines of a file's text. CR LF, a lone LF and a lone CR each end a line; a line end at the very end of
 /// the text does not start another line.
 std::vector<std::string_view> Lines(std::string_view text);

@@ -1,5 +1,7 @@
 #include "gui/Application.h"
 
+#include "gui/Form.h"
+
 #include <windows.h>
 
 namespace gui {
@@ -10,8 +12,11 @@ bool ending = false;
 int exitCodeOfEnd = 0;
 
 void Dispatch(MSG& message) {
-    TranslateMessage(&message);
-    DispatchMessageA(&message);
+    if (!Form::TranslateKey(message)) {
+        TranslateMessage(&message);
+        DispatchMessageA(&message);
+    }
+    ReleaseRetired();
 }
 
 } // namespace
@@ -28,10 +33,23 @@ void DoEvents() {
         throw Leaving{};
 }
 
-int Run() {
+void RunUntil(const std::function<bool()>& done) {
     MSG message;
-    while (!ending && GetMessageA(&message, nullptr, 0, 0) > 0)
-        Dispatch(message);
+    while (!ending && !done()) {
+        if (GetMessageA(&message, nullptr, 0, 0) > 0)
+            Dispatch(message);
+        else
+            End(static_cast<int>(message.wParam));
+    }
+    if (ending)
+        throw Leaving{};
+}
+
+int Run() {
+    try {
+        RunUntil([] { return false; });
+    } catch (const Leaving&) {
+    }
     return exitCodeOfEnd;
 }
 
@@ -40,7 +58,7 @@ void End(int exitCode) {
         return;
     ending = true;
     exitCodeOfEnd = exitCode;
-    // Wakes a loop that waits for a message; each loop tells the next one out by the flag.
+    // Wakes a loop of the system's own (a message box, a menu) as well as ours.
     PostQuitMessage(exitCode);
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 namespace gui {
 
 /// Thrown out of a wait when the tool is being left; it ends the wait and every handler around it. Not a
@@ -9,6 +11,9 @@ struct Leaving {};
 /// Dispatches every message that is pending and returns: the one way for a long wait to yield. Timers, clicks
 /// and other windows' events run inside it. Throws Leaving once the tool is being left.
 void DoEvents();
+
+/// Dispatches messages until `done` holds. Throws Leaving once the tool is being left.
+void RunUntil(const std::function<bool()>& done);
 
 /// Dispatches messages until the tool is left; returns the exit code given to End.
 int Run();

@@ -1,3 +1,5 @@
+#include "support/ChildProcess.h"
+
 #include <gtest/gtest.h>
 
 #include <cstdio>
@@ -6,6 +8,8 @@
 // The program runs under a desktop shell that passes on neither its output nor its exit status: --log=FILE
 // takes the output, and the closing line says that the run came to its end.
 int main(int count, char** arguments) {
+    if (support::RunAsChild(count, arguments))
+        return 0;
     constexpr std::string_view kLog = "--log=";
     for (int i = 1; i < count; ++i) {
         const std::string_view argument = arguments[i];

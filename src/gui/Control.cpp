@@ -1,0 +1,150 @@
+#include "gui/Control.h"
+
+#include <commctrl.h>
+
+namespace gui {
+
+Control::Control(Form& form, int id) : form_(form), id_(id) {
+    form.controls_.push_back(this);
+}
+
+Control::~Control() {
+    std::erase(form_.controls_, this);
+    if (watched_)
+        RemoveWindowSubclass(watched_, WatchProcedure, 1);
+}
+
+bool Control::Enabled() const {
+    return window_ && IsWindowEnabled(window_);
+}
+void Control::Enabled(bool enabled) {
+    EnableWindow(window_, enabled);
+}
+
+bool Control::Visible() const {
+    // The control's own state: IsWindowVisible would ask its form too.
+    return window_ && (GetWindowLongPtrA(window_, GWL_STYLE) & WS_VISIBLE);
+}
+void Control::Visible(bool visible) {
+    ShowWindow(window_, visible ? SW_SHOW : SW_HIDE);
+}
+
+void Control::SetFocus() {
+    ::SetFocus(window_);
+}
+
+RECT Control::Bounds() const {
+    RECT bounds{};
+    GetWindowRect(window_, &bounds);
+    MapWindowPoints(nullptr, form_.Window(), reinterpret_cast<POINT*>(&bounds), 2);
+    return bounds;
+}
+
+void Control::Move(int left, int top, int width, int height) {
+    SetWindowPos(window_, nullptr, left, top, width, height, SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+std::string Control::WindowText() const {
+    if (!window_)
+        return {};
+    std::string text(static_cast<std::size_t>(GetWindowTextLengthA(window_)) + 1, '\0');
+    text.resize(
+        static_cast<std::size_t>(GetWindowTextA(window_, text.data(), static_cast<int>(text.size()))));
+    return text;
+}
+
+void Control::WindowText(const std::string& text) {
+    SetWindowTextA(window_, text.c_str());
+}
+
+LRESULT Control::Send(UINT message, WPARAM wParam, LPARAM lParam) const {
+    return window_ ? SendMessageA(window_, message, wParam, lParam) : 0;
+}
+
+LRESULT Control::SendText(UINT message, WPARAM wParam, const std::string& text) const {
+    return Send(message, wParam, reinterpret_cast<LPARAM>(text.c_str()));
+}
+
+void Control::Watch(HWND window) {
+    if (SetWindowSubclass(window, WatchProcedure, 1, reinterpret_cast<DWORD_PTR>(this)))
+        watched_ = window;
+}
+
+LRESULT CALLBACK Control::WatchProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
+                                         DWORD_PTR control) {
+    auto& self = *reinterpret_cast<Control*>(control);
+    if (message == WM_NCDESTROY) {
+        RemoveWindowSubclass(window, WatchProcedure, id);
+        self.watched_ = nullptr;
+    } else if (self.Message(window, message, wParam, lParam)) {
+        return 0;
+    }
+    return DefSubclassProc(window, message, wParam, lParam);
+}
+
+void Label::Caption(const std::string& caption) {
+    // Setting the text that is there already would make the label flicker at every tick.
+    if (caption != WindowText())
+        WindowText(caption);
+}
+
+bool Frame::PressThrough(MouseButton button, int x, int y) {
+    if (!mouseDown_)
+        return false;
+    Raise([&] { mouseDown_(button, x, y); });
+    return true;
+}
+
+void CommandButton::Press() {
+    if (Enabled())
+        Raise(click_);
+}
+
+void CommandButton::Command(int code) {
+    if (code == BN_CLICKED)
+        Raise(click_);
+}
+
+int CheckBox::Value() const {
+    return Send(BM_GETCHECK) == BST_CHECKED ? 1 : 0;
+}
+
+void CheckBox::Value(int value) {
+    Send(BM_SETCHECK, value ? BST_CHECKED : BST_UNCHECKED);
+    Raise(click_);
+}
+
+void CheckBox::Command(int code) {
+    if (code == BN_CLICKED)
+        Raise(click_);
+}
+
+bool OptionButton::Value() const {
+    return Send(BM_GETCHECK) == BST_CHECKED;
+}
+
+void OptionButton::Value(bool value) {
+    if (!value) {
+        Send(BM_SETCHECK, BST_UNCHECKED);
+        return;
+    }
+    // The group: from the control that starts it to the one before the next start.
+    HWND first = Window();
+    while (first && !(GetWindowLongPtrA(first, GWL_STYLE) & WS_GROUP))
+        first = GetWindow(first, GW_HWNDPREV);
+    for (HWND each = first; each; each = GetWindow(each, GW_HWNDNEXT)) {
+        const auto style = GetWindowLongPtrA(each, GWL_STYLE);
+        if (each != first && (style & WS_GROUP))
+            break;
+        if (SendMessageA(each, WM_GETDLGCODE, 0, 0) & DLGC_RADIOBUTTON)
+            SendMessageA(each, BM_SETCHECK, each == Window() ? BST_CHECKED : BST_UNCHECKED, 0);
+    }
+    Raise(click_);
+}
+
+void OptionButton::Command(int code) {
+    if (code == BN_CLICKED && Value())
+        Raise(click_);
+}
+
+} // namespace gui

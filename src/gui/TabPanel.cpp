@@ -1,0 +1,64 @@
+#include "gui/TabPanel.h"
+
+#include <commctrl.h>
+#include <uxtheme.h>
+
+namespace gui {
+
+void TabPanel::Attached() {
+    HWND behind = Window();
+    for (std::size_t i = 0; i < pages_.size(); ++i) {
+        Form& page = *pages_[i];
+        page.MakeWindow(Parent().Window());
+        EnableThemeDialogTexture(page.Window(), ETDT_ENABLETAB);
+        std::string caption = page.Caption();
+        TCITEMA item{};
+        item.mask = TCIF_TEXT;
+        item.pszText = caption.data();
+        Send(TCM_INSERTITEMA, i, reinterpret_cast<LPARAM>(&item));
+        // Right behind the tabs in the tab order.
+        SetWindowPos(page.Window(), behind, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+        behind = page.Window();
+    }
+    RECT area = Bounds();
+    Send(TCM_ADJUSTRECT, FALSE, reinterpret_cast<LPARAM>(&area));
+    for (TabPage* page : pages_)
+        SetWindowPos(page->Window(), nullptr, area.left, area.top, area.right - area.left,
+                     area.bottom - area.top, SWP_NOZORDER | SWP_NOACTIVATE);
+    ShowPage();
+}
+
+int TabPanel::Tab() const {
+    return static_cast<int>(Send(TCM_GETCURSEL));
+}
+
+void TabPanel::Tab(int index) {
+    Send(TCM_SETCURSEL, static_cast<WPARAM>(index));
+    ShowPage();
+    Raise(click_);
+}
+
+void TabPanel::Step(int by) {
+    Tab((Tab() + by + Tabs()) % Tabs());
+}
+
+bool TabPanel::Notify(const NMHDR& header, LRESULT& /*result*/) {
+    if (header.code != static_cast<UINT>(TCN_SELCHANGE))
+        return false;
+    ShowPage();
+    Raise(click_);
+    return true;
+}
+
+void TabPanel::ShowPage() {
+    // The new page first, so that the keyboard focus of a hidden one has somewhere to go.
+    const auto front = static_cast<std::size_t>(Tab());
+    for (std::size_t i = 0; i < pages_.size(); ++i)
+        if (i == front)
+            pages_[i]->Visible(true);
+    for (std::size_t i = 0; i < pages_.size(); ++i)
+        if (i != front)
+            pages_[i]->Visible(false);
+}
+
+} // namespace gui

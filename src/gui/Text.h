@@ -1,0 +1,60 @@
+#pragma once
+
+#include "gui/Control.h"
+
+namespace gui {
+
+/// What boxes to type in share.
+class TextControl : public Control {
+public:
+    std::string Text() const { return WindowText(); }
+    void SelectAll();
+    /// Position of the caret, in characters from the start.
+    int Caret() const;
+
+protected:
+    TextControl(Form& form, int id, KeyHandler keyPress)
+        : Control(form, id), keyPress_(std::move(keyPress)) {}
+    void Attached() override;
+    bool Message(HWND window, UINT message, WPARAM& wParam, LPARAM lParam) override;
+
+private:
+    KeyHandler keyPress_;
+};
+
+/// A box to type in. KeyPress gets each character before the box does; a handler that sets it to 0 swallows
+/// it.
+class TextBox : public TextControl {
+public:
+    template <class F, class C = F>
+    TextBox(F& form, int id, void (C::*change)() = nullptr, void (C::*keyPress)(int&) = nullptr)
+        : TextControl(form, id, Bind(form, keyPress)), change_(Bind(form, change)) {}
+    using TextControl::Text;
+    /// Runs the Change handler, as typing does.
+    void Text(const std::string& text);
+
+private:
+    void Command(int code) override;
+
+    std::function<void()> change_;
+};
+
+/// A read-only box for text that grows without a limit.
+class RichTextBox : public TextControl {
+public:
+    template <class F, class C = F>
+    RichTextBox(F& form, int id, void (C::*mouseDown)(MouseButton, int, int) = nullptr)
+        : TextControl(form, id, {}), mouseDown_(Bind(form, mouseDown)) {}
+    using TextControl::Text;
+    void Text(const std::string& text) { WindowText(text); }
+    /// Puts text behind what is there and shows its end; costs what the new text costs.
+    void Append(const std::string& text);
+
+private:
+    void Attached() override;
+    bool Message(HWND window, UINT message, WPARAM& wParam, LPARAM lParam) override;
+
+    MouseHandler mouseDown_;
+};
+
+} // namespace gui

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <windows.h>
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+/// The error boxes that the servers raise, and that block them until somebody answers.
+namespace modServerControl {
+
+/// Does the title name one of the servers ("kCharacter", "kLogin", "kZone"), in any letter case?
+bool NamesServer(std::string_view title);
+
+/// Tests of one dialog window, for HasDialog and CloseDialog.
+using DialogTest = bool (*)(HWND);
+
+/// The process that owns the window runs one of the servers' executables, by its file name, letter case
+/// counting.
+bool IsServerProcessWindow(HWND window);
+
+/// As IsServerProcessWindow, but the name may stand anywhere in the executable's full path, in any letter
+/// case: the error detector's own test.
+bool IsServerPathWindow(HWND window);
+
+/// The window's title, as ReadTitle reads it, names one of the servers.
+bool IsServerDialogTitle(HWND window);
+
+/// True when some top-level dialog passes the test.
+bool HasDialog(DialogTest test);
+
+/// Posts a close to the first dialog that passes the test and shows a text, and returns that text without its
+/// last character; "" when nothing was closed. Gives the dialog a moment to go, so that the next call does
+/// not find it again, and returns early when the user does something.
+std::string CloseDialog(DialogTest test);
+
+/// 1 when there is a dialog of the kind, else 0.
+std::int16_t HasDialogByProcess();
+std::int16_t HasDialogByTitle();
+
+/// CloseDialog for the kind.
+std::string CloseDialogByProcess();
+std::string CloseDialogByTitle();
+
+/// Closes the servers' dialogs until none is left, dispatching the tool's own messages meanwhile; a dialog
+/// that does not close keeps it going. Always 1. Throws gui::Leaving when the tool is left.
+std::int16_t CloseServerDialogs();
+
+} // namespace modServerControl

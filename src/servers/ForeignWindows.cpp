@@ -1,0 +1,88 @@
+#include "servers/ForeignWindows.h"
+
+#include "common/Handle.h"
+#include "common/Text.h"
+
+#include <tlhelp32.h>
+
+#include <unordered_set>
+
+namespace modServerControl {
+
+namespace {
+
+using Snapshot = common::Handle<HANDLE, CloseHandle>;
+
+constexpr UINT kAnswerMilliseconds = 1000;
+
+Snapshot ModulesOf(DWORD process) {
+    // A process that is just loading or unloading a library asks for the snapshot to be taken again.
+    for (int attempt = 0; attempt < 5; ++attempt) {
+        const HANDLE snapshot = CreateToolhelp32Snapshot(TH32CS_SNAPMODULE, process);
+        if (snapshot != INVALID_HANDLE_VALUE)
+            return Snapshot(snapshot);
+        if (GetLastError() != ERROR_BAD_LENGTH)
+            break;
+    }
+    return {};
+}
+
+/// `room` is what the system is told of the buffer, its terminator included.
+std::string ReadText(HWND window, int length, int room) {
+    if (length <= 0)
+        return {};
+    std::string text(static_cast<std::size_t>(length) + 1, '\0');
+    const int read = GetWindowTextA(window, text.data(), room);
+    text.resize(read > 0 ? static_cast<std::size_t>(read) : 0);
+    return text;
+}
+
+} // namespace
+
+HWND FindWindowWhere(HWND parent, const char* windowClass, const std::function<bool(HWND)>& visit) {
+    // Windows that change places meanwhile can come up again, and could do so for ever.
+    std::unordered_set<HWND> seen;
+    HWND window = nullptr;
+    while ((window = FindWindowExA(parent, window, windowClass, nullptr)) && seen.insert(window).second)
+        if (visit(window))
+            return window;
+    return nullptr;
+}
+
+std::string ReadTitle(HWND window) {
+    // The terminator takes the last character's room. The titles in the table of servers count on it.
+    const int length = GetWindowTextLengthA(window);
+    return ReadText(window, length, length);
+}
+
+std::string ReadFullTitle(HWND window) {
+    const int length = GetWindowTextLengthA(window);
+    return ReadText(window, length, length + 1);
+}
+
+std::string GetWindowModulePath(HWND window) {
+    DWORD process = 0;
+    GetWindowThreadProcessId(window, &process);
+    if (process == 0)
+        return {};
+    const Snapshot modules = ModulesOf(process);
+    MODULEENTRY32 first;
+    first.dwSize = sizeof first;
+    if (!modules || !Module32First(modules.get(), &first))
+        return {};
+    return common::Trim(first.szExePath);
+}
+
+std::string GetWindowModuleName(HWND window) {
+    const std::string path = GetWindowModulePath(window);
+    return path.substr(path.rfind('\\') + 1);
+}
+
+std::optional<LRESULT> Ask(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    DWORD_PTR answer = 0;
+    if (!SendMessageTimeoutA(window, message, wParam, lParam, SMTO_ABORTIFHUNG, kAnswerMilliseconds, &answer))
+        return {};
+    return static_cast<LRESULT>(answer);
+}
+
+} // namespace modServerControl

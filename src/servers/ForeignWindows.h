@@ -1,0 +1,33 @@
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+#include <optional>
+#include <string>
+
+/// Windows of other programs. Each of them may vanish between two calls, and its program may hang: nothing
+/// here waits for longer than a second, and what cannot be had counts as not there.
+namespace modServerControl {
+
+/// Calls `visit` for each child of `parent` (for each top-level window where `parent` is null) that has the
+/// class, from the topmost down, until `visit` returns true. Returns the window it stopped at, or null.
+HWND FindWindowWhere(HWND parent, const char* windowClass, const std::function<bool(HWND)>& visit);
+
+/// The title without its last character, which the windows' names and texts are compared and kept by; "" for
+/// a window without text and for one that is gone.
+std::string ReadTitle(HWND window);
+
+/// The whole title, or "".
+std::string ReadFullTitle(HWND window);
+
+/// Full path of the executable of the window's process, without blanks around it; "" when it cannot be had.
+std::string GetWindowModulePath(HWND window);
+
+/// File name of the executable of the window's process, or "".
+std::string GetWindowModuleName(HWND window);
+
+/// The window's answer to a message; nothing when it does not answer within a second or is known to hang.
+std::optional<LRESULT> Ask(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+
+} // namespace modServerControl

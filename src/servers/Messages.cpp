@@ -1,0 +1,60 @@
+#include "servers/Messages.h"
+
+#include "common/Text.h"
+#include "servers/Detection.h"
+#include "servers/ForeignWindows.h"
+
+#include <algorithm>
+
+namespace modServerControl {
+
+std::string ReadLog(Server server) {
+    const HWND window = MainWindow(server);
+    const HWND box = window ? FindWindowExA(window, nullptr, kMessageBoxClass, nullptr) : nullptr;
+    if (!box)
+        return {};
+    const auto length = Ask(box, WM_GETTEXTLENGTH, 0, 0);
+    if (!length || *length <= 0)
+        return {};
+    std::string text(static_cast<std::size_t>(*length) + 1, '\0');
+    const auto copied = Ask(box, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()));
+    if (!copied || *copied <= 0)
+        return {};
+    text.resize(std::min(static_cast<std::size_t>(*copied), text.size() - 1));
+    Ask(box, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(""));
+    return common::Trim(text);
+}
+
+std::int16_t TypeZoneMessage(std::string_view text) {
+    const HWND window = MainWindow(Server::Zone);
+    const HWND field = window ? FindWindowExA(window, nullptr, kTextFieldClass, nullptr) : nullptr;
+    const auto typed = [field](char c) {
+        return PostMessageA(field, WM_CHAR, static_cast<unsigned char>(c), 0) != FALSE;
+    };
+    return field && std::ranges::all_of(text, typed) ? 1 : 0;
+}
+
+std::int16_t ClickServerButton(const std::string& caption) {
+    // The button that sends what was typed at the zone server is the character server's, in a window of the
+    // class that the zone server's main window has.
+    const auto press = [&](HWND window) {
+        const HWND button = FindWindowExA(window, nullptr, kButtonClass, caption.c_str());
+        if (!button)
+            return false;
+        PostMessageA(button, WM_LBUTTONDOWN, 0, 0);
+        return PostMessageA(button, WM_LBUTTONUP, 0, 0) != FALSE;
+    };
+    return FindServerWindow(Server::Character, ComponentOf(Server::Zone).mainWindowClass, press) ? 1 : 0;
+}
+
+std::int16_t SendPlayerMessage(std::string_view text) {
+    const bool typed = TypeZoneMessage(text) == 1;
+    const bool pressed = ClickServerButton("Send Message") == 1;
+    return typed && pressed ? 1 : 0;
+}
+
+std::string GetZoneTitle() {
+    return ReadFullTitle(MainWindow(Server::Zone));
+}
+
+} // namespace modServerControl

@@ -1,0 +1,72 @@
+#include "Trouble.h"
+
+#include "Profile.h"
+
+#include <algorithm>
+#include <atomic>
+#include <string>
+#include <thread>
+
+namespace standin {
+
+namespace {
+
+constexpr int kDialogsAtATime = 8;
+
+std::atomic<int> openDialogs;
+std::atomic<int> raisedDialogs;
+
+LRESULT CALLBACK SwallowClose(int code, WPARAM wParam, LPARAM lParam) {
+    auto* message = reinterpret_cast<MSG*>(lParam);
+    if (code == HC_ACTION && message->message == WM_CLOSE)
+        message->message = WM_NULL;
+    return CallNextHookEx(nullptr, code, wParam, lParam);
+}
+
+void ShowDialog(HWND owner, Command kind) {
+    const std::string text = "Error " + std::to_string(++raisedDialogs) + ": " + kErrorText;
+    const char* title = kind == Command::RaiseTitledDialog ? kProfile.executable : kErrorTitle;
+    HHOOK hook = nullptr;
+    if (kind == Command::RaiseStubbornDialog)
+        hook = SetWindowsHookExA(WH_GETMESSAGE, SwallowClose, nullptr, GetCurrentThreadId());
+    ++openDialogs;
+    MessageBoxA(owner, text.c_str(), title, MB_OK | MB_ICONERROR);
+    --openDialogs;
+    if (hook)
+        UnhookWindowsHookEx(hook);
+}
+
+LONG WINAPI EndProgram(EXCEPTION_POINTERS* fault) {
+    TerminateProcess(GetCurrentProcess(), fault->ExceptionRecord->ExceptionCode);
+    return EXCEPTION_EXECUTE_HANDLER;
+}
+
+} // namespace
+
+void RaiseDialogs(HWND owner, Command kind, int count) {
+    // A message box needs a thread of its own to stand beside others; a storm of them keeps a few threads
+    // busy.
+    const int threads = std::clamp(count, 0, kDialogsAtATime);
+    for (int first = 0; first < threads; ++first) {
+        std::thread([=] {
+            for (int i = first; i < count; i += threads)
+                ShowDialog(owner, kind);
+        }).detach();
+    }
+}
+
+bool DialogIsOpen() {
+    return openDialogs > 0;
+}
+
+void Crash() {
+    RaiseException(static_cast<DWORD>(EXCEPTION_ACCESS_VIOLATION), EXCEPTION_NONCONTINUABLE, 0, nullptr);
+    std::terminate();
+}
+
+void DieQuietly() {
+    SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX);
+    SetUnhandledExceptionFilter(EndProgram);
+}
+
+} // namespace standin

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "StandinCommands.h"
+
+/// The bad ways that a server can take, on demand.
+namespace standin {
+
+/// Raises error dialogs over `owner` and returns at once.
+void RaiseDialogs(HWND owner, Command kind, int count);
+
+/// True while one of its dialogs waits for an answer.
+bool DialogIsOpen();
+
+/// Ends the program as a fault would.
+[[noreturn]] void Crash();
+
+/// A fault ends the program without the system's own crash dialog.
+void DieQuietly();
+
+} // namespace standin

@@ -1,0 +1,178 @@
+#include "settings/clsINI.h"
+
+#include "common/Files.h"
+#include "common/RuntimeError.h"
+#include "common/Text.h"
+#include "settings/IniText.h"
+#include "settings/kToolsSettings.h"
+#include "support/ChildProcess.h"
+#include "support/TempFolder.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace std::string_literals;
+
+TEST(Settings, FindsTheFirstLineOfAKey) {
+    const std::string text = "; note\r\n[Path]\r\nKernoPath=C:\\k\\\r\nA = 1\r\nE=\r\nF=a=b\r\n=none\r\n"
+                             "[Other]\r\nKernoPath=second\r\nunix=1\nmac=2\rN\0L=\0\r\nlast=9"s;
+    const struct {
+        std::string key;
+        std::optional<std::string> value;
+    } cases[] = {{"KernoPath", "C:\\k\\"},
+                 {"kernopath", {}},
+                 {"A ", " 1"},
+                 {"A", {}},
+                 {"E", ""},
+                 {"F", "a=b"},
+                 {"F=a", {}},
+                 {"", "none"},
+                 {"[Path]", {}},
+                 {"unix", "1"},
+                 {"mac", "2"},
+                 {"N\0L"s, "\0"s},
+                 {"last", "9"},
+                 {"; note", {}}};
+    for (const auto& c : cases)
+        EXPECT_EQ(settings::FindValue(text, c.key), c.value) << c.key;
+}
+
+TEST(Settings, WritingAKeyChangesItsLinesAndNoOther) {
+    const struct {
+        std::string before;
+        std::string after;
+    } cases[] = {
+        {"", "k=new\r\n"},
+        {"a=1\r\nk=2\r\nb=3\r\n", "a=1\r\nk=new\r\nb=3\r\n"},
+        {"k=1\r\n[s]\r\nk=2\r\n", "k=new\r\n[s]\r\nk=new\r\n"},
+        {"[k]\r\na=1\r\n[z]\r\n", "[k]\r\na=1\r\n[z]\r\nk=new\r\n"},
+        {"a=1", "a=1\r\nk=new\r\n"},
+        {"K=1\r\n k=2\r\nk =3\r\n", "K=1\r\n k=2\r\nk =3\r\nk=new\r\n"},
+        {"\r\n\r\na\r\n\r\n", "\r\n\r\na\r\n\r\nk=new\r\n"},
+        {"k=1\r\n\r\n", "k=new\r\n\r\n"},
+        {"a=1\nk=2\nb=3\rc\0=\x80\xff\n"s, "a=1\nk=new\r\nb=3\rc\0=\x80\xff\n"s},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(settings::TextWithValue(c.before, "k", "new"), c.after) << c.before;
+    EXPECT_EQ(settings::TextWithValue("", "k", "a\r\n"), "k=a\r\n");
+}
+
+TEST(Settings, SectionsAreAppendedAlways) {
+    const support::TempFolder folder;
+    clsINI ini(folder / "new.ini");
+    EXPECT_FALSE(ini.AddSection("Path"));
+    ini.INIProperty("A", "1");
+    EXPECT_FALSE(ini.AddSection("Path"));
+    EXPECT_EQ(common::ReadFileText(ini.INIPath()), "[Path]\r\n\r\nA=1\r\n\r\n[Path]\r\n\r\n");
+}
+
+TEST(Settings, DefaultFileHoldsEveryKeyInItsPlace) {
+    const support::TempFolder folder;
+    common::ProgramFolder(folder.Path());
+    settings::CreateDefaultSettings(settings::kToolsIniPath());
+    const std::string text = common::ReadFileText(folder / "kTools.ini");
+    EXPECT_TRUE(text.starts_with("[Path]\r\n\r\nKernoPath=\r\nMySQLPath=\r\n\r\n[ServerStatus]\r\n\r\n"
+                                 "LogLogin=1\r\nLogCharacter=1\r\nLogZone=1\r\n\r\n[Priority]\r\n\r\n"
+                                 "LoginPriority=3\r\nCharacterPriority=3\r\n\r\n[ServerControl]\r\n\r\n"
+                                 "ServerDetectionMethod=0\r\n"))
+        << text;
+    EXPECT_TRUE(text.ends_with("HandleDialogs=0\r\nDialogsOptions=0\r\n")) << text;
+    const clsINI ini(settings::kToolsIniPath());
+    const struct {
+        std::string_view key;
+        const char* value;
+    } cases[] = {{settings::key::kBackupDuration, "2"},       {settings::key::kBackupPeriod, "60"},
+                 {settings::key::kMaxArchivedBackups, "10"},  {settings::key::kBackupMessageInterval, "2"},
+                 {settings::key::kBackupMessageRepeats, "5"}, {settings::key::kBackupHostname, "localhost"},
+                 {settings::key::kBackupOption, "2"},         {settings::key::kErrorCheckingInterval, "5"}};
+    for (const auto& c : cases)
+        EXPECT_EQ(ini.INIProperty(c.key), c.value) << c.key;
+    // 39 keys, 4 headers, a blank line below each header and above all but the first.
+    EXPECT_EQ(common::Lines(text).size(), 39u + 4 + 4 + 3);
+}
+
+TEST(Settings, FilesThatCannotServeRaiseTheirErrorAndStayAsTheyAre) {
+    const support::TempFolder folder;
+    const std::string text = "k=1\r\n";
+    const auto errorOf = [](const auto& operation) -> long {
+        try {
+            operation();
+        } catch (const RuntimeError& error) {
+            return error.Number();
+        }
+        return 0;
+    };
+    const struct {
+        const char* name;
+        std::string text;
+        DWORD attributes;
+        DWORD share;
+        long getError;
+        long letError;
+    } cases[] = {
+        {"empty", "", FILE_ATTRIBUTE_NORMAL, FILE_SHARE_READ | FILE_SHARE_DELETE, 62, 62},
+        {"locked", text, FILE_ATTRIBUTE_NORMAL, 0, 70, 70},
+        {"read", text, FILE_ATTRIBUTE_NORMAL, FILE_SHARE_READ, 0, 70},
+        {"readonly", text, FILE_ATTRIBUTE_READONLY, FILE_SHARE_READ | FILE_SHARE_DELETE, 0, 70},
+        {"hidden", text, FILE_ATTRIBUTE_HIDDEN, FILE_SHARE_READ | FILE_SHARE_DELETE, 0, 70},
+    };
+    for (const auto& c : cases) {
+        clsINI ini(folder / c.name);
+        support::WriteFile(ini.INIPath(), c.text);
+        SetFileAttributesA(ini.INIPath().c_str(), c.attributes);
+        {
+            const common::FileHandle holder(CreateFileA(ini.INIPath().c_str(), GENERIC_READ, c.share, nullptr,
+                                                        OPEN_EXISTING, 0, nullptr));
+            EXPECT_EQ(errorOf([&] { ini.INIProperty("k"); }), c.getError) << c.name;
+            EXPECT_EQ(errorOf([&] { ini.INIProperty("k", "2"); }), c.letError) << c.name;
+            EXPECT_EQ(errorOf([&] { ini.AddSection("s"); }), c.letError) << c.name;
+        }
+        EXPECT_EQ(common::ReadFileText(ini.INIPath()), c.text) << c.name;
+    }
+    clsINI nowhere(folder / "missing\\x.ini");
+    EXPECT_EQ(nowhere.INIProperty("k"), "");
+    EXPECT_EQ(errorOf([&] { nowhere.INIProperty("k", "1"); }), 76);
+    EXPECT_NE(errorOf([] { clsINI().INIProperty("k", "1"); }), 0);
+}
+
+TEST(Settings, AHugeBinaryFileIsReadAndKept) {
+    const support::TempFolder folder;
+    std::string noise(50u << 20, '\0');
+    for (unsigned seed = 1; char& byte : noise)
+        byte = static_cast<char>((seed = seed * 1664525u + 1013904223u) >> 24);
+    noise += "\n\r\n";
+    clsINI ini(folder / "huge.ini");
+    support::WriteFile(ini.INIPath(), noise);
+    EXPECT_EQ(ini.INIProperty("key"), "");
+    ini.INIProperty("key", "1");
+    EXPECT_TRUE(common::ReadFileText(ini.INIPath()) == noise + "key=1\r\n");
+}
+
+// A file that tells a rewrite that was cut short: every one of its copies of the key has the same value.
+constexpr int kCopies = 800;
+
+std::string Copies(std::string_view value) {
+    std::string text = "[Top]\r\n";
+    for (int i = 0; i < kCopies; ++i)
+        text.append("Copy=").append(value).append("\r\nkept ").append(std::to_string(i)).append("\r\n");
+    return text;
+}
+
+const support::ChildEntry rewriter("rewrite settings", [](const std::string& folder) {
+    clsINI ini(folder + "\\kTools.ini");
+    for (long i = std::stol(ini.INIProperty("Copy")) + 1;; ++i)
+        ini.INIProperty("Copy", std::to_string(i));
+});
+
+TEST(Settings, KilledWhileWritingLeavesAWholeFile) {
+    const support::TempFolder folder;
+    const clsINI ini(folder / "kTools.ini");
+    support::WriteFile(ini.INIPath(), Copies("0"));
+    support::KillDuring("rewrite settings", folder.Path(), 100, [&] {
+        EXPECT_TRUE(common::ReadFileText(ini.INIPath()) == Copies(ini.INIProperty("Copy")));
+    });
+    EXPECT_GT(std::stol(ini.INIProperty("Copy")), 0) << "the kills fell before the writing";
+}
+
+} // namespace

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "common/Files.h"
+
+#include <functional>
+#include <string>
+
+namespace support {
+
+/// What the test program does instead of its tests when it is started as a child. Declared as a global object
+/// beside the tests that start it.
+class ChildEntry {
+public:
+    ChildEntry(const std::string& name, std::function<void(const std::string& folder)> run);
+};
+
+/// The test program, started once more to run the entry `name` on `folder`. Ends with the object.
+class ChildProcess {
+public:
+    /// Returns when the entry is about to run. Throws std::runtime_error when it does not get that far.
+    ChildProcess(const std::string& name, const std::string& folder);
+    ~ChildProcess();
+    ChildProcess(const ChildProcess&) = delete;
+    ChildProcess& operator=(const ChildProcess&) = delete;
+
+    /// Ends it at once, wherever it is, and returns when it is gone.
+    void Kill();
+    bool Running() const;
+
+private:
+    common::FileHandle process_;
+};
+
+/// Starts the entry `times` times and kills each at a random moment of its first milliseconds; `check` looks
+/// at what every kill left. The entry must go on until it is killed.
+void KillDuring(const std::string& name, const std::string& folder, int times,
+                const std::function<void()>& check);
+
+/// Runs the entry that the program's arguments ask for; false when they ask for none.
+bool RunAsChild(int count, char** arguments);
+
+} // namespace support

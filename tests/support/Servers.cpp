@@ -1,0 +1,162 @@
+#include "support/Servers.h"
+
+#include "common/Handle.h"
+#include "common/Text.h"
+#include "support/Wait.h"
+
+#include <gtest/gtest.h>
+#include <tlhelp32.h>
+
+#include <filesystem>
+#include <functional>
+
+namespace support {
+
+namespace {
+
+using Handle = common::Handle<HANDLE, CloseHandle>;
+
+std::string ImagePath(DWORD process) {
+    const Handle handle(OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, process));
+    char path[MAX_PATH];
+    DWORD size = MAX_PATH;
+    return handle && QueryFullProcessImageNameA(handle.get(), 0, path, &size) ? std::string(path, size) : "";
+}
+
+/// Calls `visit` with every process whose image path starts with `start`, in any letter case.
+void ForEachProcess(const std::string& start, const std::function<void(DWORD)>& visit) {
+    const Handle snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
+    PROCESSENTRY32 entry;
+    entry.dwSize = sizeof entry;
+    for (BOOL more = Process32First(snapshot.get(), &entry); more;
+         more = Process32Next(snapshot.get(), &entry))
+        if (common::EqualsIgnoreCase(ImagePath(entry.th32ProcessID).substr(0, start.size()), start))
+            visit(entry.th32ProcessID);
+}
+
+void KillProcesses(const std::string& start) {
+    ForEachProcess(start, [](DWORD process) {
+        const Handle handle(OpenProcess(PROCESS_TERMINATE | SYNCHRONIZE, FALSE, process));
+        TerminateProcess(handle.get(), 1);
+        WaitForSingleObject(handle.get(), 10'000);
+    });
+}
+
+bool BelongsTo(HWND window, const std::string& start) {
+    DWORD process = 0;
+    GetWindowThreadProcessId(window, &process);
+    return common::EqualsIgnoreCase(ImagePath(process).substr(0, start.size()), start);
+}
+
+HWND FindWindowOf(const std::string& start, const char* windowClass) {
+    HWND window = nullptr;
+    while ((window = FindWindowExA(nullptr, window, windowClass, nullptr)))
+        if (BelongsTo(window, start))
+            return window;
+    return nullptr;
+}
+
+} // namespace
+
+ServerFolder::ServerFolder() {
+    // The path as the system knows it: a temporary folder may be named by a short or a linked path.
+    std::filesystem::create_directory(temp_ / "server suite");
+    path_ = std::filesystem::canonical(temp_ / "server suite").string() + "\\";
+    for (const Server server : modServerControl::kServers) {
+        const char* name = modServerControl::ComponentOf(server).executable;
+        std::filesystem::copy_file(std::string(KTOOLS_STANDINS) + "/" + name, path_ + name);
+    }
+    SetEnvironmentVariableA(standin::kQuietVariable, "1");
+    modServerControl::KernoPath(path_);
+    modServerControl::ServerDetectionMethod(modServerControl::kDetectByTitle);
+}
+
+ServerFolder::~ServerFolder() {
+    KillAll();
+    // A start makes the folder the current one, and a current folder cannot be removed.
+    SetCurrentDirectoryA("C:\\");
+    modServerControl::KernoPath("");
+    modServerControl::ServerDetectionMethod(modServerControl::kDetectByTitle);
+}
+
+HWND ServerFolder::Launch(Server server) const {
+    return Launch(server, modServerControl::ComponentOf(server).executable);
+}
+
+HWND ServerFolder::Launch(Server server, const std::string& fileName) const {
+    const std::string path = path_ + fileName;
+    if (!std::filesystem::exists(path))
+        std::filesystem::copy_file(path_ + modServerControl::ComponentOf(server).executable, path);
+    STARTUPINFOA startup{};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION started{};
+    if (!CreateProcessA(path.c_str(), nullptr, nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
+                        &started))
+        return nullptr;
+    const Handle process(started.hProcess);
+    const Handle thread(started.hThread);
+    HWND window = nullptr;
+    const char* windowClass = modServerControl::ComponentOf(server).mainWindowClass;
+    WaitUntil([&] { return (window = FindWindowOf(path, windowClass)) && IsWindowVisible(window); });
+    return window;
+}
+
+HWND ServerFolder::MainWindow(Server server) const {
+    const auto& component = modServerControl::ComponentOf(server);
+    return FindWindowOf(path_ + component.executable, component.mainWindowClass);
+}
+
+HWND ServerFolder::AppWindow(Server server) const {
+    return FindWindowOf(path_ + modServerControl::ComponentOf(server).executable,
+                        modServerControl::kApplicationWindowClass);
+}
+
+HWND ServerFolder::Child(Server server, const char* windowClass) const {
+    return FindWindowExA(MainWindow(server), nullptr, windowClass, nullptr);
+}
+
+bool ServerFolder::IsRunning(Server server) const {
+    bool found = false;
+    ForEachProcess(path_ + modServerControl::ComponentOf(server).executable, [&](DWORD) { found = true; });
+    return found;
+}
+
+void ServerFolder::Command(Server server, standin::Command command, int number) const {
+    const HWND window = MainWindow(server);
+    ASSERT_TRUE(window);
+    EXPECT_TRUE(PostMessageA(window, standin::CommandMessage(), static_cast<WPARAM>(command), number));
+}
+
+int ServerFolder::DialogCount() const {
+    int count = 0;
+    HWND window = nullptr;
+    while ((window = FindWindowExA(nullptr, window, modServerControl::kDialogClass, nullptr)))
+        count += BelongsTo(window, path_) && IsWindowVisible(window);
+    return count;
+}
+
+void ServerFolder::Kill(Server server) const {
+    KillProcesses(path_ + modServerControl::ComponentOf(server).executable);
+}
+
+void ServerFolder::KillAll() const {
+    KillProcesses(path_);
+}
+
+std::string TextOf(HWND window) {
+    std::string text(1 << 16, '\0');
+    DWORD_PTR read = 0;
+    SendMessageTimeoutA(window, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()),
+                        SMTO_ABORTIFHUNG, 5000, &read);
+    text.resize(read);
+    return text;
+}
+
+bool SetTextOf(HWND window, const std::string& text) {
+    DWORD_PTR answer = 0;
+    return SendMessageTimeoutA(window, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text.c_str()),
+                               SMTO_ABORTIFHUNG, 5000, &answer) &&
+           answer;
+}
+
+} // namespace support

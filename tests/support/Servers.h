@@ -1,0 +1,62 @@
+#pragma once
+
+#include "servers/Servers.h"
+#include "StandinCommands.h"
+#include "support/TempFolder.h"
+
+#include <windows.h>
+
+#include <string>
+
+namespace support {
+
+using modServerControl::Server;
+
+/// A server folder with the three stand-in servers, to which KernoPath points while the object lives; method
+/// 0 recognises them. The stand-ins do nothing by themselves until they are told to. Whatever runs from the
+/// folder at the end is ended.
+class ServerFolder {
+public:
+    ServerFolder();
+    ~ServerFolder();
+    ServerFolder(const ServerFolder&) = delete;
+    ServerFolder& operator=(const ServerFolder&) = delete;
+
+    /// Full path, ending in a backslash, with a blank in it.
+    const std::string& Path() const { return path_; }
+
+    /// Starts the server, also under another file name, and returns its main window; null when none came.
+    HWND Launch(Server server) const;
+    HWND Launch(Server server, const std::string& fileName) const;
+
+    /// The main window, application window and first child of a class in the main window, whatever the
+    /// current detection method: by the process that runs from this folder. Null for none.
+    HWND MainWindow(Server server) const;
+    HWND AppWindow(Server server) const;
+    HWND Child(Server server, const char* windowClass) const;
+
+    /// True when a program of the server's file name runs from this folder.
+    bool IsRunning(Server server) const;
+
+    /// Hands a command to the server without waiting for it.
+    void Command(Server server, standin::Command command, int number = 1) const;
+
+    /// The number of dialogs that programs of this folder show.
+    int DialogCount() const;
+
+    /// Ends the server at once, and all of them.
+    void Kill(Server server) const;
+    void KillAll() const;
+
+private:
+    TempFolder temp_;
+    std::string path_;
+};
+
+/// Text of a window of another program, asked of the window itself; "" when it does not answer.
+std::string TextOf(HWND window);
+
+/// Gives a window of another program a text; false when it does not answer.
+bool SetTextOf(HWND window, const std::string& text);
+
+} // namespace support
