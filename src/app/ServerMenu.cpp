@@ -63,8 +63,7 @@ bool ServerMenu::AskAndStart(Server server) {
 }
 
 void ServerMenu::StartWithPriority(Server server) {
-    modServerControl::StartWithPriority(server,
-                                        [this](const std::string& key) { return kTools_.INIProperty(key); });
+    modServerControl::StartWithPriority(server, kTools_);
 }
 
 void ServerMenu::RefreshTip() {
