@@ -3,17 +3,17 @@
 #include "gui/Text.h"
 #include "settings/clsINI.h"
 
+#include <array>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <variant>
-#include <vector>
 
 namespace supervision {
 
-/// Choices that are stored by their number.
+/// Up to three choices that are stored by their number.
 struct Choices {
-    std::vector<gui::OptionButton*> options;
+    std::array<gui::OptionButton*, 3> options{};
     /// The choice that stands for every number without one; none is selected then where this is empty.
     std::optional<std::size_t> otherwise;
 };

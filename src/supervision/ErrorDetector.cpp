@@ -1,6 +1,7 @@
 #include "supervision/ErrorDetector.h"
 
 #include "common/Files.h"
+#include "common/RuntimeError.h"
 #include "gui/Application.h"
 #include "servers/modServerControl.h"
 #include "supervision/RestartAll.h"

@@ -6,6 +6,7 @@
 #include "supervision/fraErrorDetector.h"
 
 #include <array>
+#include <vector>
 
 namespace supervision {
 

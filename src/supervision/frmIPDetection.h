@@ -5,6 +5,8 @@
 #include "supervision/BoundSetting.h"
 #include "supervision/frmIPDetection.ids.h"
 
+#include <vector>
+
 /// The supervision settings that have no place on the control panel: how addresses and servers are found, and
 /// what a backup covers.
 class frmIPDetection final : public gui::Form {
