@@ -27,9 +27,6 @@ void frmMainMenu::Form_Load() {
     cmdServerConfig.Enabled(false);
     mnuServerConfig.Enabled(false);
 
-    cmdServerControl.Enabled(false);
-    mnuServerControl.Enabled(false);
-
     cmdAccountEditor.Enabled(false);
     mnuAccountEditor.Enabled(false);
 
@@ -96,7 +93,12 @@ void frmMainMenu::cmdServerStatus_Click() {}
 
 void frmMainMenu::cmdServerConfig_Click() {}
 
-void frmMainMenu::cmdServerControl_Click() {}
+void frmMainMenu::cmdServerControl_Click() {
+    frmServerControl& panel = serverControl_.Get();
+    if (panel.State() == gui::WindowState::Minimized)
+        panel.State(gui::WindowState::Normal);
+    panel.Show(this);
+}
 
 void frmMainMenu::cmdAccountEditor_Click() {}
 

@@ -6,6 +6,7 @@
 #include "gui/Menu.h"
 #include "servers/modServerControl.h"
 #include "settings/clsINI.h"
+#include "supervision/frmServerControl.h"
 
 /// The tool's first and central window: opens the others, and carries the tray icon whose menu drives the
 /// servers. Unloading it ends the tool; the servers keep running.
@@ -127,4 +128,5 @@ private:
     bool inTray_ = false;
     clsINI kTools_;
     ServerMenu servers_{*this, kTools_};
+    gui::FormSlot<frmServerControl> serverControl_;
 };
