@@ -22,7 +22,8 @@ constexpr const char* kNotBoth = "Not connected to both source and destination M
 constexpr const char* kSameTimeZone = "SET SESSION time_zone = '+00:00'";
 // A numbered column keeps a 0, and dates that are none stay as they are; nothing is cut silently.
 constexpr const char* kValuesAsTheyAre =
-    "SET SESSION sql_mode = 'NO_AUTO_VALUE_ON_ZERO,ALLOW_INVALID_DATES,STRICT_TRANS_TABLES,STRICT_ALL_TABLES'";
+    "SET SESSION sql_mode = "
+    "'NO_AUTO_VALUE_ON_ZERO,ALLOW_INVALID_DATES,STRICT_TRANS_TABLES,STRICT_ALL_TABLES'";
 constexpr const char* kKeepZeros = "SET SESSION sql_mode = 'NO_AUTO_VALUE_ON_ZERO'";
 
 /// Runs the first of the statements that the server knows; old servers know none of them.
@@ -52,13 +53,13 @@ std::vector<Column> Columns(Connection& connection, const std::string& sql) {
     for (rows.Open(connection, sql); !rows.Eof(); rows.MoveNext()) {
         // Looked up by name: servers add fields of their own between these.
         const database::Value defaultValue = rows.Field("Default");
-        columns.push_back({.field = rows.Field("Field").AsText(),
-                           .type = rows.Field("Type").AsText(),
-                           .null = rows.Field("Null").AsText(),
-                           .key = rows.Field("Key").AsText(),
-                           .defaultValue = defaultValue.IsNull() ? std::nullopt
-                                                                 : std::optional(defaultValue.AsText()),
-                           .extra = rows.Field("Extra").AsText()});
+        columns.push_back(
+            {.field = rows.Field("Field").AsText(),
+             .type = rows.Field("Type").AsText(),
+             .null = rows.Field("Null").AsText(),
+             .key = rows.Field("Key").AsText(),
+             .defaultValue = defaultValue.IsNull() ? std::nullopt : std::optional(defaultValue.AsText()),
+             .extra = rows.Field("Extra").AsText()});
     }
     return columns;
 }
@@ -103,8 +104,9 @@ private:
 
 /// The columns of a table that is there, by the names that values are given to them by.
 std::vector<std::string> ColumnNames(Connection& connection, const std::string& table) {
+    const RowReader none(connection, "SELECT * FROM " + table + " LIMIT 0");
     std::vector<std::string> names;
-    for (const database::Column& column : RowReader(connection, "SELECT * FROM " + table + " LIMIT 0").Columns())
+    for (const database::Column& column : none.Columns())
         names.push_back(column.name);
     return names;
 }
@@ -147,8 +149,8 @@ std::int16_t clsMySQLCopyDatabase::ConnectSource() {
 }
 
 std::int16_t clsMySQLCopyDatabase::ConnectDestination() {
-    destination_.Open(database::MySQLConnectionString(DestinationHostname(), DestinationUsername(),
-                                                      DestinationPassword()));
+    destination_.Open(
+        database::MySQLConnectionString(DestinationHostname(), DestinationUsername(), DestinationPassword()));
     ExecuteKnown(destination_, {kSameTimeZone});
     ExecuteKnown(destination_, {kValuesAsTheyAre, kKeepZeros});
     return 1;
@@ -246,9 +248,8 @@ clsMySQLCopyDatabase::GetDestinationTableList(const std::string& DestinationData
                                                  : std::vector<std::string>{};
 }
 
-std::vector<Column>
-clsMySQLCopyDatabase::GetDestinationColumnList(const std::string& DestinationDatabase,
-                                               const std::string& DestinationTable) {
+std::vector<Column> clsMySQLCopyDatabase::GetDestinationColumnList(const std::string& DestinationDatabase,
+                                                                   const std::string& DestinationTable) {
     return Require(destination_, kNoDestination)
                ? Columns(destination_, ShowColumns(DestinationDatabase, DestinationTable) + ";")
                : std::vector<Column>{};
