@@ -13,8 +13,6 @@ void LoadControlClasses() {
     const INITCOMMONCONTROLSEX classes{sizeof classes, ICC_STANDARD_CLASSES | ICC_TAB_CLASSES |
                                                            ICC_TREEVIEW_CLASSES | ICC_BAR_CLASSES};
     InitCommonControlsEx(&classes);
-    // Rich-text boxes; the module stays to the end of the program.
-    LoadLibraryA("riched20.dll");
 }
 
 } // namespace
