@@ -41,13 +41,6 @@ void TextBox::Command(int code) {
         Raise(change_);
 }
 
-RichTextBox::RichTextBox(Form& form, int id, std::function<void()> click)
-    : TextControl(form, id, {}), click_(std::move(click)) {
-    // It registers the window class that templates name; it stays to the end of the program.
-    static const HMODULE module = LoadLibraryA("riched20.dll");
-    static_cast<void>(module);
-}
-
 void RichTextBox::Attached() {
     // Without this the box takes 64 KB.
     Send(EM_EXLIMITTEXT, 0, 0x7FFFFFFE);

@@ -45,14 +45,14 @@ class RichTextBox : public TextControl {
 public:
     /// `click`: a press and release of the left button that selects nothing.
     template <class F, class C = F>
-    RichTextBox(F& form, int id, void (C::*click)() = nullptr) : RichTextBox(form, id, Bind(form, click)) {}
+    RichTextBox(F& form, int id, void (C::*click)() = nullptr)
+        : TextControl(form, id, {}), click_(Bind(form, click)) {}
     using TextControl::Text;
     void Text(const std::string& text) { WindowText(text); }
     /// Puts text behind what is there and shows its end, with the caret there; costs what the new text costs.
     void Append(const std::string& text);
 
 private:
-    RichTextBox(Form& form, int id, std::function<void()> click);
     void Attached() override;
     bool Message(HWND window, UINT message, WPARAM& wParam, LPARAM lParam) override;
     bool SelectsText() const;

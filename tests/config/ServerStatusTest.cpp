@@ -16,6 +16,35 @@ using standin::Command;
 using support::Server;
 using support::WaitUntil;
 
+/// Tells which pop-up menus open on this thread, and closes them.
+class PopupWatch {
+public:
+    PopupWatch() : hook_(SetWindowsHookExA(WH_CALLWNDPROC, Look, nullptr, GetCurrentThreadId())) {}
+    ~PopupWatch() { UnhookWindowsHookEx(hook_); }
+    PopupWatch(const PopupWatch&) = delete;
+    PopupWatch& operator=(const PopupWatch&) = delete;
+
+    /// The menu that opens next; null when none does.
+    HMENU Next() {
+        opened = nullptr;
+        WaitUntil([] { return opened != nullptr; });
+        return opened;
+    }
+
+private:
+    static LRESULT CALLBACK Look(int code, WPARAM wParam, LPARAM lParam) {
+        const auto& call = *reinterpret_cast<const CWPSTRUCT*>(lParam);
+        if (call.message == WM_INITMENUPOPUP)
+            opened = reinterpret_cast<HMENU>(call.wParam);
+        if (call.message == WM_ENTERIDLE && call.wParam == MSGF_MENU)
+            EndMenu();
+        return CallNextHookEx(nullptr, code, wParam, lParam);
+    }
+
+    inline static HMENU opened = nullptr;
+    HHOOK hook_;
+};
+
 /// The window over a program folder and a server folder of its own; ticks come from the tests only.
 class ServerStatus : public testing::Test {
 protected:
@@ -44,9 +73,7 @@ protected:
         return std::regex_replace(common::ReadFileText(path), std::regex(R"(\[[0-9/]+ [0-9:]+\])"), "[]");
     }
 
-    std::string Key(std::string_view key) const {
-        return clsINI(settings::kToolsIniPath()).INIProperty(key);
-    }
+    std::string Key(std::string_view key) const { return clsINI(settings::kToolsIniPath()).INIProperty(key); }
 
     support::TempFolder program_;
     support::ServerFolder suite_;
@@ -88,7 +115,8 @@ TEST_F(ServerStatus, HarvestsIntoTheBoxesAndTheLogsInOrder) {
     EXPECT_EQ(Log("ZoneServer.log"), logged);
     for (auto* item : {&form_.mnuLogZone, &form_.mnuLogLogin, &form_.mnuLogCharacter})
         item->Choose();
-    EXPECT_EQ(Key(settings::key::kLogZone) + Key(settings::key::kLogLogin) + Key(settings::key::kLogCharacter),
+    EXPECT_EQ(Key(settings::key::kLogZone) + Key(settings::key::kLogLogin) +
+                  Key(settings::key::kLogCharacter),
               "000");
 }
 
@@ -103,9 +131,8 @@ TEST_F(ServerStatus, AnUnwritableLogAndAHungServerDisturbNobody) {
     Write(Server::Character, 3);
     suite_.Command(Server::Login, Command::Hang, 60);
     DWORD_PTR answer = 0;
-    ASSERT_TRUE(WaitUntil([&] {
-        return !SendMessageTimeoutA(Memo(Server::Login), WM_NULL, 0, 0, SMTO_NORMAL, 100, &answer);
-    }));
+    ASSERT_TRUE(WaitUntil(
+        [&] { return !SendMessageTimeoutA(Memo(Server::Login), WM_NULL, 0, 0, SMTO_NORMAL, 100, &answer); }));
     form_.tmrUpdateMessages.Tick();
     EXPECT_EQ(form_.txtCharacterStatus.Text(), "\r\nLine 1\r\nLine 2\r\nLine 3\r\n");
     EXPECT_EQ(form_.txtLoginStatus.Text(), "");
@@ -141,7 +168,9 @@ TEST_F(ServerStatus, FirstTicksShowZoneAndTraffic) {
 TEST_F(ServerStatus, KeepsOnTopAndPopsItsMenusUp) {
     Load();
     form_.Visible(true);
-    const auto topMost = [&] { return (GetWindowLongPtrA(form_.Window(), GWL_EXSTYLE) & WS_EX_TOPMOST) != 0; };
+    const auto topMost = [&] {
+        return (GetWindowLongPtrA(form_.Window(), GWL_EXSTYLE) & WS_EX_TOPMOST) != 0;
+    };
     form_.mnuAlwaysOnTop.Choose();
     EXPECT_TRUE(topMost() && form_.mnuAlwaysOnTop.Checked());
     form_.mnuAlwaysOnTop.Choose();
@@ -160,11 +189,12 @@ TEST_F(ServerStatus, KeepsOnTopAndPopsItsMenusUp) {
         {form_.txtCharacterStatus.Window(), WM_LBUTTONDOWN, WM_LBUTTONUP, {5, 5}, form_.mnuCharacterMessage},
         {form_.txtZoneStatus.Window(), WM_LBUTTONDOWN, WM_LBUTTONUP, {5, 5}, form_.mnuZoneMessage},
     };
+    PopupWatch popups;
     for (const auto& click : clicks) {
         const LPARAM at = MAKELPARAM(click.at.x, click.at.y);
         PostMessageA(click.window, click.down, 0, at);
         PostMessageA(click.window, click.up, 0, at);
-        EXPECT_EQ(support::NextPopup(form_.Window()), click.menu.Handle());
+        EXPECT_EQ(popups.Next(), click.menu.Handle());
     }
 }
 

@@ -32,9 +32,9 @@ TEST(ZoneTitle, TellsUptimeAndPlayersOrADash) {
 constexpr double kNone = -1;
 
 struct Tick {
-    double received, sent;       // totals
-    double incoming, outgoing;   // kilobytes
-    double download, upload;     // kilobytes a second
+    double received, sent;     // totals
+    double incoming, outgoing; // kilobytes
+    double download, upload;   // kilobytes a second
 };
 
 void ExpectTicks(const config::Traffic& baseline, std::initializer_list<Tick> ticks) {
