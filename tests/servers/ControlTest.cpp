@@ -32,7 +32,7 @@ TEST(Control, StartsMinimisedAndShutsDown) {
         ASSERT_TRUE(WaitUntil([&] { return IsRunning(server); }));
         ASSERT_TRUE(WaitUntil([&] { return IsIconic(MainWindow(server)); }));
     }
-    EXPECT_TRUE(std::filesystem::equivalent(std::filesystem::current_path(), folder.Path()));
+    EXPECT_EQ(std::filesystem::current_path().string() + "\\", folder.Path());
     // The zone server's pause ends in its overflow, and takes the status along.
     EXPECT_EQ(ShutdownLoginServer(), 1);
     EXPECT_EQ(ShutdownCharacterServer(), 1);
@@ -210,7 +210,7 @@ TEST(ZonePause, EndsByTheHour) {
     const Case cases[] = {
         {kLast - 2000, kLast - 2000, 1001, true},        // midnight
         {kLast - 2000.25, kLast - 2000.25, 1001, false}, // at a quarter to it, 1000 turns are not enough
-        {kLast - 2000.5, kLast - 2000.5, 0, false},      // halves go to the even day
+        {kLast - 2000.5, kLast - 2000.5, 1002, false},   // halves go to the even day
         {kLast - 1999.5, kLast - 1999, 1002, true},      // midnight comes while it counts
         {kLast - 1000, kLast - 1000, 1001, true},        // the last number that there is
         {kLast - 999, kLast - 999, 1000, false},         // the count runs out first
@@ -224,8 +224,7 @@ TEST(ZonePause, EndsByTheHour) {
             EXPECT_NO_THROW(RunZonePause(surroundings)) << c.start - kLast;
         else
             EXPECT_THROW(RunZonePause(surroundings), RuntimeError) << c.start - kLast;
-        if (c.looks)
-            EXPECT_EQ(looks, c.looks) << c.start - kLast;
+        EXPECT_EQ(looks, c.looks) << c.start - kLast;
         EXPECT_GE(yields, 1);
     }
 }
