@@ -129,7 +129,7 @@ TEST_F(ServerStatus, AnUnwritableLogAndAHungServerDisturbNobody) {
     form_.mnuLogCharacter.Choose();
     Write(Server::Login, 1);
     Write(Server::Character, 3);
-    suite_.Command(Server::Login, Command::Hang, 60);
+    suite_.Command(Server::Login, Command::Hang, 20);
     DWORD_PTR answer = 0;
     ASSERT_TRUE(WaitUntil(
         [&] { return !SendMessageTimeoutA(Memo(Server::Login), WM_NULL, 0, 0, SMTO_NORMAL, 100, &answer); }));
