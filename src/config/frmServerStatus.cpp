@@ -114,8 +114,8 @@ void frmServerStatus::UpdateTraffic() {
 
 void frmServerStatus::tmrUpdateMessages_Timer() {
     using modServerControl::Server;
-    // The login server's messages go to no log, whatever its check mark says: operators know that window as it
-    // is, and the mark is kept for them.
+    // The login server's messages go to no log, whatever its check mark says: operators know that window as
+    // it is, and the mark is kept for them.
     const struct {
         Server server;
         gui::RichTextBox& box;
