@@ -24,9 +24,6 @@ void frmMainMenu::Form_Load() {
     cmdServerStatus.Enabled(false);
     mnuServerStatus.Enabled(false);
 
-    cmdServerConfig.Enabled(false);
-    mnuServerConfig.Enabled(false);
-
     cmdServerControl.Enabled(false);
     mnuServerControl.Enabled(false);
 
@@ -94,7 +91,9 @@ void frmMainMenu::Form_Error(const RuntimeError& error) {
 
 void frmMainMenu::cmdServerStatus_Click() {}
 
-void frmMainMenu::cmdServerConfig_Click() {}
+void frmMainMenu::cmdServerConfig_Click() {
+    serverSettings_.Get().Show(this);
+}
 
 void frmMainMenu::cmdServerControl_Click() {}
 
