@@ -2,7 +2,8 @@
 """Draws the maps that are shipped with kTools: data/kTools/databases/MapInfo.txt and data/kTools/maps/*.gif.
 
 Every map is grown from a seed of its own name, so a run always writes the same bytes. The files are kept in
-the repository; run this again after changing how a map looks. Takes no arguments and needs nothing but Python.
+the repository; run this again after changing how a map looks. It takes no arguments and needs nothing but
+Python.
 """
 
 import heapq
@@ -10,33 +11,45 @@ import math
 import pathlib
 import random
 
+from map_picture import Picture, rgb, shaded
+
 DATA = pathlib.Path(__file__).resolve().parent.parent / "data" / "kTools"
 
 # name, cells wide, cells high, pixels a cell, and the look. A map without a look gets no picture: the picker
 # must show that case too. The first one is where a fresh server starts its players.
 MAPS = [
-    ("alderwick", 300, 280, 1, dict(sea=0.06, river=True, forest=0.20, rock=0.04, town=26, fields=5, gates="NESW")),
-    ("brackmere", 360, 360, 1, dict(sea=0.38, forest=0.25, rock=0.05, town=9, gates="NSW")),
-    ("cinderlow", 320, 360, 1, dict(sea=0.10, forest=0.06, rock=0.30, town=5, gates="NS", theme="ash")),
-    ("daggwood", 360, 300, 1, dict(sea=0.04, river=True, forest=0.62, rock=0.03, town=4, gates="EW")),
-    ("eelmarsh", 280, 280, 1, dict(sea=0.30, forest=0.22, rock=0.0, town=6, gates="NE", theme="marsh", scale=22)),
-    ("fallowdown", 360, 260, 1, dict(sea=0.03, river=True, forest=0.12, rock=0.02, town=10, fields=16, gates="NEW")),
-    ("gullness", 260, 300, 1, dict(sea=0.48, island=True, forest=0.18, rock=0.07, town=16, fields=2, gates="N")),
-    ("hobdelve1", 200, 200, 2, dict(cave=0.52, pools=0.10, gates="NS")),
-    ("hobdelve2", 160, 200, 2, dict(cave=0.47, pools=0.18, gates="SE", theme="ember")),
-    ("ironstile", 340, 340, 1, dict(sea=0.04, river=True, forest=0.22, rock=0.42, snow=0.14, town=4, gates="SE")),
+    ("alderwick", 300, 280, 1,
+     dict(sea=0.06, river=True, forest=0.20, rock=0.04, town=26, fields=5, gates="NESW")),
+    ("brackmere", 360, 360, 1,
+     dict(sea=0.38, forest=0.25, rock=0.05, town=9, gates="NSW")),
+    ("cinderlow", 320, 360, 1,
+     dict(sea=0.10, forest=0.06, rock=0.30, town=5, gates="NS", theme="ash")),
+    ("daggwood", 360, 300, 1,
+     dict(sea=0.04, river=True, forest=0.62, rock=0.03, town=4, gates="EW")),
+    ("eelmarsh", 280, 280, 1,
+     dict(sea=0.30, forest=0.22, rock=0.0, town=6, gates="NE", theme="marsh", scale=22)),
+    ("fallowdown", 360, 260, 1,
+     dict(sea=0.03, river=True, forest=0.12, rock=0.02, town=10, fields=16, gates="NEW")),
+    ("gullness", 260, 300, 1,
+     dict(sea=0.48, island=True, forest=0.18, rock=0.07, town=16, fields=2, gates="N")),
+    ("hobdelve1", 200, 200, 2,
+     dict(cave=0.52, pools=0.10, gates="NS")),
+    ("hobdelve2", 160, 200, 2,
+     dict(cave=0.47, pools=0.18, gates="SE", theme="ember")),
+    ("ironstile", 340, 340, 1,
+     dict(sea=0.04, river=True, forest=0.22, rock=0.42, snow=0.14, town=4, gates="SE")),
     ("junipershaw_hall", 80, 60, 1, None),
-    ("kestmoor_keep", 180, 180, 2, dict(sea=0.08, forest=0.16, rock=0.08, town=12, wall=True, gates="SW")),
+    ("kestmoor_keep", 180, 180, 2,
+     dict(sea=0.04, forest=0.16, rock=0.05, town=16, wall=True, gates="SW")),
 ]
 
-GROUNDS = ["deep", "water", "sand", "grass", "meadow", "wood", "rock", "snow"]
 THEMES = {
-    "green": dict(deep="2f6593", water="4a88b5", sand="d9c792", grass="8bb05c", meadow="a3c06b", wood="5f8a46",
-                  rock="94897b", snow="eceef0", crown="3f6b34", crown_lit="6f9a4c"),
+    "green": dict(deep="2f6593", water="4a88b5", sand="d9c792", grass="8bb05c", meadow="a3c06b",
+                  wood="5f8a46", rock="94897b", snow="eceef0", crown="3f6b34", crown_lit="6f9a4c"),
     "ash": dict(deep="8f2f1c", water="d2642a", sand="6a5a52", grass="8d8373", meadow="9d937f", wood="6d6a58",
                 rock="5b5352", snow="b9b1ab", crown="4a4638", crown_lit="7a735c"),
-    "marsh": dict(deep="3f5f55", water="587a68", sand="8a8a5a", grass="839a57", meadow="98a862", wood="5c7547",
-                  rock="7d7a68", snow="e0e0d8", crown="40583a", crown_lit="6d8550"),
+    "marsh": dict(deep="3f5f55", water="587a68", sand="8a8a5a", grass="839a57", meadow="98a862",
+                  wood="5c7547", rock="7d7a68", snow="e0e0d8", crown="40583a", crown_lit="6d8550"),
     "stone": dict(floor="8a7f72", wall="3d3733", edge="2a2624", deep="2c5573", water="41779c", lamp="ffd76a"),
     "ember": dict(floor="84695c", wall="3a2c2a", edge="271d1c", deep="9c3a1a", water="dd7a2c", lamp="ffe08a"),
 }
@@ -44,14 +57,6 @@ ROAD, ROAD_EDGE, PLANK, PLANK_EDGE = "dcc9a0", "b39c74", "a8794a", "6e4c2c"
 PAVED, STONE, STONE_LIT, SHADOW, GATE, GATE_LIT = "cbbfa9", "7c7771", "b3aea6", "4b4a3a", "3f3fb8", "a9b4ff"
 ROOFS = [("b5523b", "8e3d2c"), ("a96f3d", "84542c"), ("6f7f96", "566478"), ("8f5a6b", "6f4452")]
 FIELDS = [("d8c45e", "c3ad4a"), ("a7b84d", "8fa33f"), ("b98d57", "a37746")]
-
-
-def rgb(text):
-    return tuple(int(text[i:i + 2], 16) for i in (0, 2, 4))
-
-
-def shaded(colour, factor):
-    return tuple(max(0, min(255, round(c * factor))) for c in colour)
 
 
 def noise(rng, width, height, cell, octaves=4):
@@ -84,100 +89,12 @@ def level(field, share):
     return values[min(len(values) - 1, int(share * len(values)))]
 
 
-class Picture:
-    def __init__(self, width, height, colour="000000"):
-        self.width, self.height = width, height
-        self.pixels = [[rgb(colour)] * width for _ in range(height)]
-
-    def put(self, x, y, colour):
-        if 0 <= x < self.width and 0 <= y < self.height:
-            self.pixels[y][x] = rgb(colour)
-
-    def box(self, left, top, width, height, colour):
-        for y in range(top, top + height):
-            for x in range(left, left + width):
-                self.put(x, y, colour)
-
-    def disc(self, x, y, radius, colour):
-        reach = math.ceil(radius)
-        for dy in range(-reach, reach + 1):
-            for dx in range(-reach, reach + 1):
-                if dx * dx + dy * dy <= radius * radius:
-                    self.put(round(x) + dx, round(y) + dy, colour)
-
-    def gate(self, x, y):
-        """Where one leaves the map: it must be found at a glance."""
-        self.disc(x, y, 6.5, SHADOW)
-        self.disc(x, y, 5.5, GATE_LIT)
-        self.disc(x, y, 4, GATE)
-        self.disc(x - 1, y - 1, 1.5, GATE_LIT)
-
-    def grid(self, step):
-        """Faint lines every `step` pixels from the bottom left, where the cells are counted from."""
-        for y in range(self.height):
-            for x in range(self.width):
-                if (x % step == 0 or (self.height - 1 - y) % step == 0) and 0 < x and y < self.height - 1:
-                    self.pixels[y][x] = shaded(self.pixels[y][x], 0.9)
-
-    def frame(self):
-        for y in range(self.height):
-            for x in range(self.width):
-                if min(x, y, self.width - 1 - x, self.height - 1 - y) < 2:
-                    self.pixels[y][x] = shaded(self.pixels[y][x], 0.55)
-
-    def save_gif(self, path):
-        colours = sorted({pixel for row in self.pixels for pixel in row})
-        bits = max(2, (len(colours) - 1).bit_length())
-        assert bits <= 8, f"{path.name} has {len(colours)} colours"
-        index = {colour: i for i, colour in enumerate(colours)}
-        table = b"".join(bytes(colour) for colour in colours).ljust(3 << bits, b"\0")
-        size = self.width.to_bytes(2, "little") + self.height.to_bytes(2, "little")
-        data = lzw([index[pixel] for row in self.pixels for pixel in row], bits)
-        blocks = b"".join(bytes([len(part)]) + part
-                          for part in (data[i:i + 255] for i in range(0, len(data), 255)))
-        path.write_bytes(b"GIF89a" + size + bytes([0xF0 | (bits - 1), 0, 0]) + table
-                         + b"," + bytes(4) + size + b"\0" + bytes([bits]) + blocks + b"\0;")
-
-
-def lzw(indices, bits):
-    """GIF's variable-width LZW: the table starts over when its 12 bits are used up."""
-    clear, end = 1 << bits, (1 << bits) + 1
-    packed, held, count = bytearray(), 0, 0
-    codes, width = {}, bits + 1
-
-    def emit(code):
-        nonlocal held, count
-        held |= code << count
-        count += width
-        while count >= 8:
-            packed.append(held & 255)
-            held >>= 8
-            count -= 8
-
-    def start_over():
-        nonlocal codes, width
-        emit(clear)
-        codes, width = {(i,): i for i in range(clear)}, bits + 1
-
-    start_over()
-    word = ()
-    for index in indices:
-        longer = word + (index,)
-        if longer in codes:
-            word = longer
-            continue
-        emit(codes[word])
-        following = len(codes) + 2
-        codes[longer] = following
-        if following == 1 << width and width < 12:
-            width += 1
-        elif following == 4095:
-            start_over()
-        word = (index,)
-    emit(codes[word])
-    emit(end)
-    packed.append(held & 255)
-    return bytes(packed)
+def draw_gate(picture, x, y):
+    """Where one leaves the map: it must be found at a glance."""
+    picture.disc(x, y, 6.5, SHADOW)
+    picture.disc(x, y, 5.5, GATE_LIT)
+    picture.disc(x, y, 4, GATE)
+    picture.disc(x - 1, y - 1, 1.5, GATE_LIT)
 
 
 class Land:
@@ -189,6 +106,7 @@ class Land:
         self.colours = THEMES[look.get("theme", "green")]
         self.picture = Picture(width, height)
         self.centre = (width // 2 + rng.randint(-15, 15), height // 2 + rng.randint(-15, 15))
+        self.roads = []
         self.taken = [[False] * width for _ in range(height)]
         self.relief = noise(rng, width, height, look.get("scale", 70))
         self.shape_relief()
@@ -281,7 +199,8 @@ class Land:
                 if not (0 <= to[0] <= columns and 0 <= to[1] <= rows):
                     continue
                 x, y = to[0] * step, to[1] * step
-                cost = best[at] + math.hypot(dx, dy) * (price[self.ground[y][x]] + 3 * (self.relief[y][x] > 1.3))
+                climb = 3 if self.relief[y][x] > 1.3 else 0
+                cost = best[at] + math.hypot(dx, dy) * (price[self.ground[y][x]] + climb)
                 if cost < best.get(to, math.inf):
                     best[to], origin[to] = cost, at
                     heapq.heappush(queue, (cost + math.dist(to, goal), to))
@@ -291,6 +210,7 @@ class Land:
         return rounded([(x * step, y * step) for x, y in points])
 
     def build_road(self, points, width=2.6):
+        self.roads += points
         for edge in (True, False):
             for x, y in points:
                 ix, iy = min(max(round(x), 0), self.width - 1), min(max(round(y), 0), self.height - 1)
@@ -342,23 +262,31 @@ class Land:
                 self.build_house(left, top, width, height)
                 built += 1
 
+    def near_road(self, x, y, reach):
+        return any(math.dist((x, y), point) < reach for point in self.roads)
+
     def build_wall(self, radius):
-        corners = [(self.centre[0] + radius * math.cos(math.pi * k / 4 + math.pi / 8),
-                    self.centre[1] + radius * math.sin(math.pi * k / 4 + math.pi / 8)) for k in range(8)]
-        for start, goal in zip(corners, corners[1:] + corners[:1]):
+        def corners(turn):
+            return [(self.centre[0] + radius * math.cos(math.pi * (k + turn) / 4),
+                     self.centre[1] + radius * math.sin(math.pi * (k + turn) / 4)) for k in range(8)]
+
+        # Turned so that no tower stands on a road.
+        towers = max((corners(turn / 10) for turn in range(10)),
+                     key=lambda spots: min(math.dist(spot, point) for spot in spots for point in self.roads))
+        line = []
+        for start, goal in zip(towers, towers[1:] + towers[:1]):
             length = round(math.dist(start, goal))
-            for i in range(length):
-                x, y = (a + (b - a) * i / length for a, b in zip(start, goal))
-                at = self.picture.pixels[round(y)][round(x)]
-                # The roads' gaps are the wall's gates.
-                if at not in (rgb(ROAD), rgb(ROAD_EDGE)):
-                    self.picture.disc(x, y, 3, STONE)
-                    self.picture.disc(x, y - 1, 1.2, STONE_LIT)
-                    self.take(round(x) - 5, round(y) - 5, 10, 10)
-        for x, y in corners:
+            line += [tuple(a + (b - a) * i / length for a, b in zip(start, goal)) for i in range(length)]
+        line = [place for place in line if not self.near_road(*place, 9)]
+        for size, lift, colour in ((3.6, -1, SHADOW), (3, 0, STONE), (1.2, 1, STONE_LIT)):
+            for x, y in line:
+                self.picture.disc(x, y - lift, size, colour)
+        for x, y in towers:
+            self.picture.disc(x + 1, y + 1, 8, SHADOW)
             self.picture.disc(x, y, 7, STONE)
             self.picture.disc(x - 0.5, y - 1, 5, STONE_LIT)
             self.picture.disc(x - 0.5, y - 1, 2, STONE)
+        for x, y in line + towers:
             self.take(round(x) - 8, round(y) - 8, 16, 16)
 
     def lay_fields(self):
@@ -407,7 +335,7 @@ class Land:
         self.lay_fields()
         self.plant_trees()
         for gate in gates:
-            self.picture.gate(*gate)
+            draw_gate(self.picture, *gate)
         return self.picture
 
 
@@ -426,7 +354,8 @@ def draw_cave(rng, width, height, look):
     colours = THEMES[look.get("theme", "stone")]
     picture = Picture(width, height, colours["wall"])
     rock = noise(rng, width, height, 52, 3)
-    places = {"N": (width // 2, 26), "S": (width // 2, height - 27), "W": (26, height // 2), "E": (width - 27, height // 2)}
+    places = {"N": (width // 2, 26), "S": (width // 2, height - 27),
+              "W": (26, height // 2), "E": (width - 27, height // 2)}
     gates = [places[side] for side in look["gates"]]
     halls = gates + [(rng.randint(60, width - 60), rng.randint(60, height - 60)) for _ in range(7)]
     for y in range(height):
@@ -447,7 +376,7 @@ def draw_cave(rng, width, height, look):
                 away = math.hypot(x - cx, y - cy) / radius
                 if away < 1:
                     rock[y][x] = min(rock[y][x], 0.35 + 0.55 * away)
-    solid, pool = level(rock, look["cave"]), level(rock, look["cave"] * look["pools"])
+    solid = level(rock, look["cave"])
     relief = noise(rng, width, height, 30, 3)
     for y in range(height):
         for x in range(width):
@@ -468,17 +397,15 @@ def draw_cave(rng, width, height, look):
             if rock[y][x] < solid - 0.12 and water[y][x] < pool:
                 picture.put(x, y, colours["deep" if water[y][x] < pool - 0.1 else "water"])
     lamps = []
-    while len(lamps) < 14:
+    for _ in range(5000):
         x, y = rng.randrange(20, width - 20), rng.randrange(20, height - 20)
         by_wall = rock[y][x] < solid <= rock[y - 8][x]
-        if by_wall and all(math.dist((x, y), lamp) > 45 for lamp in lamps + gates):
+        if by_wall and len(lamps) < 14 and all(math.dist((x, y), lamp) > 45 for lamp in lamps + gates):
             lamps.append((x, y))
             picture.disc(x, y, 2.5, PLANK_EDGE)
             picture.disc(x, y - 1, 1.6, colours["lamp"])
-        elif rng.random() < 0.001:
-            break
     for x, y in gates:
-        picture.gate(x, y)
+        draw_gate(picture, x, y)
     return picture
 
 
