@@ -18,7 +18,7 @@ public:
     gui::ComboBox cboZonePrioritySettings{*this, IDC_PriorityPage_cboZonePrioritySettings};
     gui::ComboBox cboLoginPriority{*this, IDC_PriorityPage_cboLoginPriority};
     gui::ComboBox cboCharacterPriority{*this, IDC_PriorityPage_cboCharacterPriority};
-    gui::ComboBox cboZonePriority{*this, IDC_PriorityPage_cboZonePriority, nullptr, nullptr,
+    gui::ComboBox cboZonePriority{*this, IDC_PriorityPage_cboZonePriority,
                                   &PriorityPage::cboZonePriority_KeyPress};
     gui::Label lblNotRunning1{*this, IDC_PriorityPage_lblNotRunning1};
     gui::Label lblNotRunning2{*this, IDC_PriorityPage_lblNotRunning2};
