@@ -10,118 +10,88 @@ using support::SeenBox;
 
 namespace {
 
-/// The keys of Kerno.ini in the order in which they are written, each with a value that no other has.
-const std::pair<const char*, const char*> kTexts[] = {{"Name", "  A = B ; \x80\x81\x9f\xfe\xff "},
-                                                      {"IP", "1.2.3.4"},
-                                                      {"sv1port", "6900"},
-                                                      {"sv2port", "port"},
-                                                      {"sv3port", "-1"},
-                                                      {"BaseExpMultiplier", "2.50"},
-                                                      {"JobExpMultiplier", "007"},
-                                                      {"DeathBaseLoss", "3"},
-                                                      {"DeathJobLoss", "4"},
-                                                      {"DefaultMap", "town"},
-                                                      {"DefaultPoint_X", "70000"},
-                                                      {"DefaultPoint_Y", "6"},
-                                                      {"DefaultZeny", "99999999999"},
-                                                      {"DropMultiplier", "8"},
-                                                      {"GlobalGMsg", "[Hello] &all\tof you"},
-                                                      {"MapGMsg", ""},
-                                                      {"gloginname", "l"},
-                                                      {"gloginpass", "lp=="},
-                                                      {"amcharactername", "c"},
-                                                      {"amcharacterpass", "cp"},
-                                                      {"amglobalname", "g"},
-                                                      {"amglobalpass", "gp"}};
+// The keys of the text boxes and of the check boxes from the first tab to the last; "-" for one without a
+// key.
+const auto kTexts =
+    common::Split("Name IP sv1port sv2port sv3port BaseExpMultiplier JobExpMultiplier DeathBaseLoss "
+                  "DeathJobLoss DropMultiplier gloginname gloginpass amcharactername "
+                  "amcharacterpass amglobalname amglobalpass DefaultMap DefaultPoint_X "
+                  "DefaultPoint_Y DefaultZeny GlobalGMsg MapGMsg",
+                  ' ');
+const auto kChecks =
+    common::Split("AutoStart WarpDebug DisableEquipLimit DisableSkillLimit - DisableFleeDown "
+                  "EnableMonsterKnockBack DisableMonsterActive MonsterMob SummonMonsterMob "
+                  "SummonMonsterName SummonMonsterAgo SummonMonsterExp",
+                  ' ');
 
-const char* const kChecks[] = {
-    "AutoStart",         "WarpDebug",         "EnableMonsterKnockBack", "DisableMonsterActive",
-    "DisableEquipLimit", "DisableSkillLimit", "DisableFleeDown",        "MonsterMob",
-    "SummonMonsterMob",  "SummonMonsterName", "SummonMonsterAgo",       "SummonMonsterExp"};
+/// A text that no other key has, with what a sloppy reader or writer would lose.
+std::string ValueOf(const std::string& key) {
+    return "  [" + key + "] = ;&\t\x80\x81\x9f\xff ";
+}
 
 class ServerSettings : public Configurator {
 protected:
-    std::vector<gui::TextBox*> TextBoxes() {
-        return {&form.connections.txtServerName,
-                &form.connections.txtServerIP,
-                &form.connections.txtLoginPort,
-                &form.connections.txtCharaPort,
-                &form.connections.txtGamePort,
-                &form.experiences.txtBaseXPMultiplier,
-                &form.experiences.txtJobXPMultiplier,
-                &form.experiences.txtBaseXPLoss,
-                &form.experiences.txtJobXPLoss,
-                &newPlayer.txtMapName,
-                &newPlayer.txtStartingX,
-                &newPlayer.txtStartingY,
-                &newPlayer.txtStartingZeny,
-                &form.experiences.txtItemDrop,
-                &form.misc.txtGlobalMessage,
-                &form.misc.txtMapMessage,
-                &form.database.txtLoginName,
-                &form.database.txtLoginPassword,
-                &form.database.txtCharacterName,
-                &form.database.txtCharacterPassword,
-                &form.database.txtGlobalName,
-                &form.database.txtGlobalPassword};
+    /// The windows of a class on all pages, in the order in which the Tab key visits them.
+    std::vector<HWND> Windows(const std::string& windowClass, LONG_PTR buttonType = -1) const {
+        std::vector<HWND> windows;
+        for (const gui::Form* page :
+             std::initializer_list<const gui::Form*>{&form.connections, &form.experiences, &form.database,
+                                                     &form.priority, &form.newPlayer, &form.misc})
+            for (HWND each = GetWindow(page->Window(), GW_CHILD); each; each = GetWindow(each, GW_HWNDNEXT)) {
+                char name[20];
+                GetClassNameA(each, name, sizeof name);
+                if (windowClass == name &&
+                    (buttonType < 0 || (GetWindowLongPtrA(each, GWL_STYLE) & BS_TYPEMASK) == buttonType))
+                    windows.push_back(each);
+            }
+        return windows;
     }
-    std::vector<gui::CheckBox*> CheckBoxes() {
-        MiscPage& misc = form.misc;
-        return {&misc.chkAutoStart,
-                &misc.chkWarpDebug,
-                &misc.chkEnableMonsterKnockback,
-                &misc.chkDisableMonsterActive,
-                &misc.chkDisableEquipLimit,
-                &misc.chkDisableSkillLimit,
-                &misc.chkDisableFleedown,
-                &misc.chkMonsterMob,
-                &misc.chkSummonMonsterMob,
-                &misc.chkSummonMonsterName,
-                &misc.chkSummonMonsterAgo,
-                &misc.chkSummonMonsterExp};
-    }
+    std::vector<HWND> TextBoxes() const { return Windows("Edit"); }
+    std::vector<HWND> CheckBoxes() const { return Windows("Button", BS_AUTOCHECKBOX); }
     void Save() { form.cmdSaveSettings.Press(); }
 };
 
 TEST_F(ServerSettings, SavesBackWhatItLoadedAndLeavesTheRestOfBothFilesAlone) {
     std::string kerno = "; of the operator\r\n\r\n[Server]\r\nname=other\r\n\tUnknown = 1 \n#x\r";
-    for (const auto& [key, value] : kTexts)
-        kerno += std::string(key) + "=" + value + "\r\n";
+    for (const std::string& key : kTexts)
+        kerno += key + "=" + ValueOf(key) + "\r\n";
     kerno += "IP =5\r\nPriority=5\r\n\r\n";
-    for (const char* key : kChecks)
-        kerno += std::string(key) + "=0\r\n";
+    for (const std::string& key : kChecks)
+        kerno += key + "=0\r\n";
     const std::string tool = "[Path]\r\nPriority=0\r\nLoginPriority=1\r\nCharacterPriority=4\r\n";
     Open(kerno, tool);
-    for (std::size_t i = 0; i < std::size(kTexts); ++i)
-        EXPECT_EQ(TextBoxes()[i]->Text(), kTexts[i].second) << kTexts[i].first;
-    EXPECT_EQ(form.priority.cboZonePrioritySettings.Text(), "Low");
-    EXPECT_EQ(form.priority.cboLoginPrioritySettings.Text(), "High");
-    EXPECT_EQ(form.priority.cboCharacterPrioritySettings.Text(), "Below Normal");
-    form.misc.chkDisableLevelLimit.Value(1);
+    const auto texts = TextBoxes();
+    const auto checks = CheckBoxes();
+    ASSERT_EQ(texts.size(), kTexts.size());
+    ASSERT_EQ(checks.size(), kChecks.size());
+    for (std::size_t i = 0; i < texts.size(); ++i)
+        EXPECT_EQ(support::TextOf(texts[i]), ValueOf(kTexts[i]));
+    PriorityPage& page = form.priority;
+    EXPECT_EQ(page.cboZonePrioritySettings.Text() + page.cboLoginPrioritySettings.Text() +
+                  page.cboCharacterPrioritySettings.Text(),
+              "LowHighBelow Normal");
     Save();
     EXPECT_EQ(boxes.Seen(), (std::vector<SeenBox>{{"kTools", "Server settings saved", MB_OK}}));
     EXPECT_EQ(Kerno(), kerno);
     EXPECT_EQ(Tool(), tool);
 
-    for (std::size_t i = 0; i < std::size(kChecks); ++i) {
-        const std::string off = std::string("\r\n") + kChecks[i] + "=0";
-        const std::string on = std::string("\r\n") + kChecks[i] + "=1";
-        const std::string changed = common::ReplaceAll(kerno, off, on);
-        CheckBoxes()[i]->Value(1);
+    for (std::size_t i = 0; i < checks.size(); ++i) {
+        const bool bound = kChecks[i] != "-";
+        const std::string line = "\n" + kChecks[i];
+        SendMessageA(checks[i], BM_CLICK, 0, 0);
         Save();
-        EXPECT_EQ(Kerno(), changed);
-        CheckBoxes()[i]->Value(0);
+        EXPECT_EQ(Kerno(), bound ? common::ReplaceAll(kerno, line + "=0", line + "=1") : kerno);
         form.cmdReload.Press();
-        for (gui::CheckBox* box : CheckBoxes())
-            EXPECT_EQ(box->Value(), box == CheckBoxes()[i]) << on;
-        CheckBoxes()[i]->Value(0);
+        for (const HWND box : checks)
+            EXPECT_EQ(SendMessageA(box, BM_GETCHECK, 0, 0), box == checks[i]) << line;
+        SendMessageA(checks[i], BM_CLICK, 0, 0);
     }
-    TextBoxes()[0]->Text("new");
-    form.priority.cboZonePrioritySettings.ListIndex(0);
-    form.priority.cboLoginPrioritySettings.ListIndex(2);
+    SetWindowTextA(texts[0], "new");
+    page.cboZonePrioritySettings.ListIndex(0);
+    page.cboLoginPrioritySettings.ListIndex(2);
     Save();
-    EXPECT_EQ(Kerno(), common::ReplaceAll(common::ReplaceAll(kerno, kTexts[0].second, "new"), "Priority=5",
-                                          "Priority=0"));
+    kerno = common::ReplaceAll(kerno, ValueOf("Name"), "new");
+    EXPECT_EQ(Kerno(), common::ReplaceAll(kerno, "Priority=5", "Priority=0"));
     EXPECT_EQ(Tool(), common::ReplaceAll(tool, "LoginPriority=1", "LoginPriority=2"));
 }
 
@@ -134,16 +104,15 @@ TEST_F(ServerSettings, ShowsBadValuesAsWhatSaveThenWrites) {
                  {" 1 ", 1, 1}, {"6", 1, 3},   {"3.5", 1, 4}, {"40000", 0, 3}, {"1e99", 0, 3}};
     for (const auto& c : cases) {
         const std::string text = c.text;
-        Open("AutoStart=" + text + "\r\nPriority=" + text + "\r\n",
-             "LoginPriority=" + text + "\r\nCharacterPriority=3\r\n");
-        const std::string priority = std::to_string(c.priority);
+        Open("AutoStart=" + text + "\r\nPriority=" + text + "\r\n", "LoginPriority=" + text + "\r\n");
         EXPECT_EQ(form.misc.chkAutoStart.Value(), c.check) << text;
         EXPECT_EQ(form.priority.cboZonePrioritySettings.ListIndex(), c.priority) << text;
         Save();
+        const std::string priority = "Priority=" + std::to_string(c.priority) + "\r\n";
         const std::string start =
-            "AutoStart=" + std::to_string(c.check) + "\r\nPriority=" + priority + "\r\nName=\r\nIP=\r\n";
-        EXPECT_EQ(Kerno().substr(0, start.size()), start) << text;
-        EXPECT_EQ(Tool(), "LoginPriority=" + priority + "\r\nCharacterPriority=3\r\n") << text;
+            "AutoStart=" + std::to_string(c.check) + "\r\n" + priority + "Name=\r\nIP=\r\n";
+        EXPECT_TRUE(Kerno().starts_with(start)) << Kerno();
+        EXPECT_EQ(Tool(), "Login" + priority + "CharacterPriority=0\r\n") << text;
     }
 }
 
@@ -195,12 +164,14 @@ TEST_F(ServerSettings, RestartsTheServersThatTheUserWantsRestarted) {
     Save();
     EXPECT_FALSE(form.Loaded());
     const auto question = [](const std::string& server) {
-        return SeenBox{"kTools", server + " is currently running. Do you want to restart it ?", MB_YESNO};
+        return SeenBox{"kTools", server + " Server is currently running. Do you want to restart it ?",
+                       MB_YESNO};
     };
-    EXPECT_EQ(boxes.Seen(), (std::vector<SeenBox>{{"kTools", "Server settings saved", MB_OK},
-                                                  question("Kerno Login Server"),
-                                                  question("Kerno Character Server"),
-                                                  question("Kerno Zone Server")}));
+    const std::vector<SeenBox> expected{{"kTools", "Server settings saved", MB_OK},
+                                        question("Kerno Login"),
+                                        question("Kerno Character"),
+                                        question("Kerno Zone")};
+    EXPECT_EQ(boxes.Seen(), expected);
     for (const Server server : {Server::Login, Server::Zone})
         EXPECT_TRUE(support::WaitUntil([&] {
             const HWND now = servers.MainWindow(server);

@@ -77,6 +77,10 @@ protected:
                (marker.Visible() ? "shown " : "hidden ") + std::to_string(marker.Left() - picture.left) +
                " " + std::to_string(marker.Top() - picture.top);
     }
+    std::string Result() const {
+        return newPlayer.txtMapName.Text() + "," + newPlayer.txtStartingX.Text() + "," +
+               newPlayer.txtStartingY.Text();
+    }
     std::string Shown(long x, long y) const {
         return "OK shown " + std::to_string(x) + " " + std::to_string(y);
     }
@@ -158,40 +162,38 @@ TEST_F(StartingLocationPicker, ClicksAndTypedCellsMoveTheMarker) {
     EXPECT_FALSE(picker.cmdOK.Enabled());
 }
 
+// What is done to the picker once it is seen; it is modal, so a timer does it.
+std::function<void(HWND)> workOnPicker;
+
 TEST_F(StartingLocationPicker, HandsThePlaceToTheConfigurator) {
-    newPlayer.txtStartingX.Text("99999");
-    // The picker is modal: it is worked from a timer.
-    const auto pressInPicker = [this](TIMERPROC worker) {
-        const UINT_PTR timer = SetTimer(nullptr, 0, 10, worker);
+    const auto pickWith = [this](std::function<void(HWND)> work) {
+        workOnPicker = std::move(work);
+        const UINT_PTR timer = SetTimer(nullptr, 0, 10, [](HWND, UINT, UINT_PTR, DWORD) {
+            if (const HWND window = FindWindowA(nullptr, "Kerno Tools :: Starting Location Picker");
+                IsWindowVisible(window))
+                workOnPicker(window);
+        });
         newPlayer.cmdMapPicker.Press();
         KillTimer(nullptr, timer);
     };
-    static const auto window = [] { return FindWindowA(nullptr, "Kerno Tools :: Starting Location Picker"); };
-    pressInPicker([](HWND, UINT, UINT_PTR, DWORD) {
-        if (!IsWindowVisible(window()))
-            return;
-        EXPECT_FALSE(IsWindowEnabled(GetDlgItem(window(), IDC_frmStartingLocationPicker_cmdOK)));
-        char x[20];
-        GetDlgItemTextA(window(), IDC_frmStartingLocationPicker_txtCurrentX, x, sizeof x);
-        EXPECT_STREQ(x, "32767");
-        SendDlgItemMessageA(window(), IDC_frmStartingLocationPicker_cmdCancel, BM_CLICK, 0, 0);
+    newPlayer.txtStartingX.Text("99999");
+    pickWith([](HWND window) {
+        EXPECT_FALSE(IsWindowEnabled(GetDlgItem(window, IDC_frmStartingLocationPicker_cmdOK)));
+        EXPECT_EQ(GetDlgItemInt(window, IDC_frmStartingLocationPicker_txtCurrentX, nullptr, TRUE), 32767u);
+        SendDlgItemMessageA(window, IDC_frmStartingLocationPicker_cmdCancel, BM_CLICK, 0, 0);
     });
-    EXPECT_EQ(newPlayer.txtMapName.Text() + newPlayer.txtStartingX.Text(), "here99999");
-    pressInPicker([](HWND, UINT, UINT_PTR, DWORD) {
-        if (!IsWindowVisible(window()))
-            return;
-        SetDlgItemTextA(window(), IDC_frmStartingLocationPicker_txtCurrentY, "12 or so");
-        SetDlgItemTextA(window(), IDC_frmStartingLocationPicker_txtCurrentX, "-3.5");
-        SendDlgItemMessageA(window(), IDC_frmStartingLocationPicker_cmdOK, BM_CLICK, 0, 0);
+    EXPECT_EQ(Result(), "here,99999,");
+    pickWith([](HWND window) {
+        SetDlgItemTextA(window, IDC_frmStartingLocationPicker_txtCurrentY, "12 or so");
+        SetDlgItemTextA(window, IDC_frmStartingLocationPicker_txtCurrentX, "-3.5");
+        SendDlgItemMessageA(window, IDC_frmStartingLocationPicker_cmdOK, BM_CLICK, 0, 0);
     });
-    EXPECT_EQ(newPlayer.txtMapName.Text() + "," + newPlayer.txtStartingX.Text() + "," +
-                  newPlayer.txtStartingY.Text(),
-              "wide,-3.5,12");
+    EXPECT_EQ(Result(), "wide,-3.5,12");
     EXPECT_EQ(Kerno(), "DefaultMap=here\r\n");
     DeleteFileA((program / "kTools\\databases\\MapInfo.txt").c_str());
     Import("x", 0, 0);
     picker.cmdOK.Press();
-    EXPECT_EQ(newPlayer.txtMapName.Text() + newPlayer.txtStartingX.Text(), "wide0");
+    EXPECT_EQ(Result(), "wide,0,0");
 }
 
 } // namespace
