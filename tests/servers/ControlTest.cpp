@@ -220,12 +220,14 @@ TEST(ZonePause, EndsByTheHour) {
         int yields = 0;
         const PauseSurroundings surroundings{[&] { return ++looks == 1 ? c.start : c.later; },
                                              [] { return true; }, [&] { ++yields; }};
-        if (c.ends)
+        if (c.ends) {
             EXPECT_NO_THROW(RunZonePause(surroundings)) << c.start - kLast;
-        else
+        } else {
             EXPECT_THROW(RunZonePause(surroundings), RuntimeError) << c.start - kLast;
-        if (c.looks)
+        }
+        if (c.looks) {
             EXPECT_EQ(looks, c.looks) << c.start - kLast;
+        }
         EXPECT_GE(yields, 1);
     }
 }
