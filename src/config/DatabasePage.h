@@ -7,7 +7,7 @@
 /// The names and passwords by which the servers log in to their databases.
 class DatabasePage final : public gui::TabPage {
 public:
-    explicit DatabasePage(gui::TabPanel& panel) : TabPage(panel, IDD_DatabasePage) {}
+    explicit DatabasePage(gui::TabPanel& panel);
 
     gui::TextBox txtLoginName{*this, IDC_DatabasePage_txtLoginName};
     gui::TextBox txtLoginPassword{*this, IDC_DatabasePage_txtLoginPassword};

@@ -7,7 +7,7 @@
 /// How fast players gain and lose experience, and what monsters drop.
 class ExperiencesPage final : public gui::TabPage {
 public:
-    explicit ExperiencesPage(gui::TabPanel& panel) : TabPage(panel, IDD_ExperiencesPage) {}
+    explicit ExperiencesPage(gui::TabPanel& panel);
 
     gui::TextBox txtBaseXPMultiplier{*this, IDC_ExperiencesPage_txtBaseXPMultiplier};
     gui::TextBox txtJobXPMultiplier{*this, IDC_ExperiencesPage_txtJobXPMultiplier};

@@ -8,7 +8,7 @@
 /// The servers' switches and the messages to all players.
 class MiscPage final : public gui::TabPage {
 public:
-    explicit MiscPage(gui::TabPanel& panel) : TabPage(panel, IDD_MiscPage) {}
+    explicit MiscPage(gui::TabPanel& panel);
 
     gui::CheckBox chkAutoStart{*this, IDC_MiscPage_chkAutoStart};
     gui::CheckBox chkWarpDebug{*this, IDC_MiscPage_chkWarpDebug};
