@@ -27,7 +27,7 @@ lay_out() {
     put_text id_table.txt "$folder/Kerno/database/id_table.txt"
     put_text kTools.ini "$folder/kTools/kTools.ini"
     put_text mysqld.txt "$folder/MySQL/bin/mysqld.exe"
-    [[ -e $folder/MySQL/data ]] || ln -s ../.servers/127.0.0.1/data "$folder/MySQL/data"
+    [[ -L $folder/MySQL/data ]] || ln -s ../.servers/127.0.0.1/data "$folder/MySQL/data"
 }
 
 # start_playground FOLDER: Wine and the database server; the folders are C:\kTools, C:\Kerno and C:\MySQL.
@@ -39,12 +39,12 @@ start_playground() {
     done
     export KTOOLS_MARIADB=$folder/.servers
     say "starting the database server"
-    on_exit 'unlocked "$top/scripts/mariadb.sh" stop 127.0.0.1'
+    on_exit 'unlocked "$top/scripts/mariadb.sh" stop 127.0.0.1 2>/dev/null'
     unlocked "$top/scripts/mariadb.sh" stop 127.0.0.1 # what a killed run left
     unlocked "$top/scripts/mariadb.sh" start 127.0.0.1 || fail "the database server did not start"
     eval "$("$top/scripts/mariadb.sh" env)"
     if [[ ! -e $folder/.servers/filled ]]; then
-        mariadb --no-defaults -h 127.0.0.1 -P 3306 -u root -pkerno <"$top/scripts/playground/databases.sql" ||
+        mariadb --no-defaults -h 127.0.0.1 -P 3306 -u root <"$top/scripts/playground/databases.sql" ||
             fail "the databases could not be filled"
         touch "$folder/.servers/filled"
     fi

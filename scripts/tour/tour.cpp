@@ -285,18 +285,21 @@ void StartServers(HWND mainMenu) {
     const auto allThere = [&] {
         servers.clear();
         for (const char* windowClass : {"TForm1", "TfrmMain"}) {
-            for (HWND window = nullptr; (window = FindWindowExA(nullptr, window, windowClass, nullptr));)
-                servers.push_back(window);
+            for (HWND window = nullptr; (window = FindWindowExA(nullptr, window, windowClass, nullptr));) {
+                if (IsWindowVisible(window))
+                    servers.push_back(window);
+            }
         }
         return servers.size() == 3;
     };
     if (!WaitUntil(allThere))
         Failed("the servers did not start");
-    int left = 20;
-    for (HWND server : servers) {
-        ShowWindow(server, SW_SHOWNOACTIVATE);
-        SetWindowPos(server, nullptr, left, 30, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
-        left += 410;
+    // Around the main window, which stands in the middle.
+    constexpr POINT kPlaces[] = {{20, 30}, {780, 30}, {20, 420}};
+    for (size_t i = 0; i < servers.size() && i < std::size(kPlaces); ++i) {
+        ShowWindow(servers[i], SW_SHOWNOACTIVATE);
+        SetWindowPos(servers[i], nullptr, kPlaces[i].x, kPlaces[i].y, 0, 0,
+                     SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
     }
 }
 
