@@ -21,8 +21,6 @@ void frmMainMenu::Form_Load() {
     LoadSharedSettings();
     MakeDataFolders();
     // Windows that the tool does not have yet.
-    cmdServerConfig.Enabled(false);
-    mnuServerConfig.Enabled(false);
 
     cmdServerControl.Enabled(false);
     mnuServerControl.Enabled(false);
@@ -93,7 +91,9 @@ void frmMainMenu::cmdServerStatus_Click() {
     serverStatus_.Get().Show(this);
 }
 
-void frmMainMenu::cmdServerConfig_Click() {}
+void frmMainMenu::cmdServerConfig_Click() {
+    serverSettings_.Get().Show(this);
+}
 
 void frmMainMenu::cmdServerControl_Click() {}
 

@@ -3,6 +3,7 @@
 #include "app/frmMainMenu.ids.h"
 #include "app/ServerMenu.h"
 #include "config/frmServerStatus.h"
+#include "config/frmServerSettings.h"
 #include "gui/Control.h"
 #include "gui/Menu.h"
 #include "servers/modServerControl.h"
@@ -129,4 +130,5 @@ private:
     clsINI kTools_;
     ServerMenu servers_{*this, kTools_};
     gui::FormSlot<frmServerStatus> serverStatus_;
+    gui::FormSlot<frmServerSettings> serverSettings_;
 };
