@@ -79,8 +79,10 @@ std::string GetWindowModuleName(HWND window) {
 }
 
 std::optional<LRESULT> Ask(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    // Wine 8 looks up a text behind the 8-bit length question and waits for it without limit.
+    const auto send = message == WM_GETTEXTLENGTH ? SendMessageTimeoutW : SendMessageTimeoutA;
     DWORD_PTR answer = 0;
-    if (!SendMessageTimeoutA(window, message, wParam, lParam, SMTO_ABORTIFHUNG, kAnswerMilliseconds, &answer))
+    if (!send(window, message, wParam, lParam, SMTO_ABORTIFHUNG, kAnswerMilliseconds, &answer))
         return {};
     return static_cast<LRESULT>(answer);
 }
