@@ -172,11 +172,12 @@ TEST(Dialogs, AreSweptAwayWhoeverRaisesThem) {
     folder.Command(Server::Character, Command::RaiseDialogs, 20);
     folder.Command(Server::Zone, Command::RaiseTitledDialog);
     // A program that is no server, with a server's name in its title.
-    std::thread stranger([] { MessageBoxA(nullptr, "Fault", "About KLOGIN", MB_OK); });
+    std::thread stranger([] { MessageBoxA(nullptr, "Fault", "KLOGIN fault", MB_OK); });
     EXPECT_TRUE(
-        WaitUntil([&] { return folder.DialogCount() >= 9 && FindWindowA("#32770", "About KLOGIN"); }));
+        WaitUntil([&] { return folder.DialogCount() >= 9 && FindWindowA("#32770", "KLOGIN fault"); }));
     EXPECT_EQ(CloseServerDialogs(), 1);
     EXPECT_EQ(HasDialogByProcess() + HasDialogByTitle(), 0);
+    PostMessageA(FindWindowA("#32770", "KLOGIN fault"), WM_CLOSE, 0, 0);
     stranger.join();
 }
 
