@@ -212,7 +212,7 @@ TEST(ZonePause, EndsByTheHour) {
         {kLast - 2000, kLast - 2000, 1001, true},        // midnight
         {kLast - 2000.25, kLast - 2000.25, 1001, false}, // at a quarter to it, 1000 turns are not enough
         {kLast - 2000.5, kLast - 2000.5, 1002, false},   // halves go to the even day
-        {kLast - 1999.5, kLast - 1999, 1002, true},      // midnight comes while it counts
+        {kLast - 1999.5, kLast - 1999, 1001, true},      // midnight comes while it counts
         {kLast - 1000, kLast - 1000, 1001, true},        // the last number that there is
         {kLast - 999, kLast - 999, 1000, false},         // the count runs out first
     };
