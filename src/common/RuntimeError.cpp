@@ -8,8 +8,12 @@ RuntimeError::RuntimeError(long number) : RuntimeError(number, ErrorText(number)
 
 std::string ErrorText(long number) {
     switch (number) {
+    case kInvalidProcedureCall:
+        return "Invalid procedure call or argument";
     case kOverflow:
         return "Overflow";
+    case kSubscriptOutOfRange:
+        return "Subscript out of range";
     case kDivisionByZero:
         return "Division by zero";
     case kTypeMismatch:

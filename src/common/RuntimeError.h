@@ -6,7 +6,9 @@
 namespace common {
 
 // The classic numbers; an operator's forum posts and our log lines quote them.
+inline constexpr long kInvalidProcedureCall = 5;
 inline constexpr long kOverflow = 6;
+inline constexpr long kSubscriptOutOfRange = 9;
 inline constexpr long kDivisionByZero = 11;
 inline constexpr long kTypeMismatch = 13;
 inline constexpr long kFileNotFound = 53;

@@ -4,6 +4,7 @@
 #include "settings/clsINI.h"
 
 #include <cstdint>
+#include <functional>
 
 namespace modServerControl {
 

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "app/DirTree.h"
+#include "gui/Lists.h"
+
+#include <string>
+#include <vector>
+
+/// What a folder picker asks for.
+struct WantedFolder {
+    std::string_view key;            ///< key of kTools.ini that the folder is kept under
+    const std::string& (*get)();     ///< the shared setting
+    void (*set)(const std::string&); ///< sets it
+    const char* requiredFile;        ///< a file that must be in the folder
+    const char* messageWithoutIt;
+};
+
+extern const WantedFolder kServerFolder;
+extern const WantedFolder kMySQLFolder;
+
+/// What the two folder pickers do: a drive list and a folder tree that follow each other, and a folder that
+/// is stored only when the required file is in it.
+class FolderPicker {
+public:
+    FolderPicker(gui::Form& form, gui::ComboBox& drives, DirTree& folders, const WantedFolder& wanted)
+        : form_(form), drives_(drives), folders_(folders), wanted_(wanted) {}
+
+    void Load();
+    /// Shows the folders of the chosen drive; a drive that cannot be read is refused with a message, and the
+    /// last good one is chosen again.
+    void DriveChanged();
+    /// Stores the chosen folder, ended by a backslash, and unloads the form; without the required file it
+    /// shows the message and stays.
+    void Accept();
+
+private:
+    gui::Form& form_;
+    gui::ComboBox& drives_;
+    DirTree& folders_;
+    const WantedFolder& wanted_;
+    int lastGoodDrive_ = -1;
+};

@@ -1,0 +1,7 @@
+#pragma once
+
+#define IDD_frmBrowse 1200
+#define IDC_frmBrowse_drvCharacter 1201
+#define IDC_frmBrowse_dirCharacter 1202
+#define IDC_frmBrowse_cmdOK 1203
+#define IDC_frmBrowse_cmdCancel 1204

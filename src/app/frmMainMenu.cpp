@@ -1,0 +1,135 @@
+#include "app/frmMainMenu.h"
+
+#include "app/frmAbout.h"
+#include "app/frmBrowse.h"
+#include "app/frmSQLPath.h"
+#include "common/Files.h"
+#include "common/Numbers.h"
+#include "gui/modSystemTray.h"
+#include "settings/kToolsSettings.h"
+
+void frmMainMenu::Form_Load() {
+    if (previousInstance_ &&
+        MsgBox("It is not advisable to run few instances of this tool. Close this instance ?", MB_YESNO) ==
+            IDYES) {
+        gui::End();
+        throw gui::Leaving{};
+    }
+    kTools_.INIPath(settings::kToolsIniPath());
+    if (!common::FileExists(kTools_.INIPath()))
+        settings::CreateDefaultSettings(kTools_.INIPath());
+    LoadSharedSettings();
+    MakeDataFolders();
+    // Windows that the tool does not have yet.
+    cmdServerStatus.Enabled(false);
+    mnuServerStatus.Enabled(false);
+
+    cmdServerConfig.Enabled(false);
+    mnuServerConfig.Enabled(false);
+
+    cmdServerControl.Enabled(false);
+    mnuServerControl.Enabled(false);
+
+    cmdAccountEditor.Enabled(false);
+    mnuAccountEditor.Enabled(false);
+
+    mnuSetUpMySQL.Enabled(false);
+}
+
+void frmMainMenu::LoadSharedSettings() {
+    const std::string kernoPath = kTools_.INIProperty(settings::key::kKernoPath);
+    if (!kernoPath.empty()) {
+        modServerControl::KernoPath(kernoPath);
+        const std::string method = kTools_.INIProperty(settings::key::kServerDetectionMethod);
+        modServerControl::ServerDetectionMethod(common::CInt(common::Val(method)));
+    } else {
+        mnuSetPath_Click();
+        kTools_.INIProperty(settings::key::kServerDetectionMethod, "0");
+    }
+    const std::string mySQLPath = kTools_.INIProperty(settings::key::kMySQLPath);
+    if (!mySQLPath.empty())
+        modServerControl::MySQLPath(mySQLPath);
+    else
+        mnuSetSQLPath_Click();
+}
+
+void frmMainMenu::MakeDataFolders() {
+    const std::string root = common::ProgramFolder();
+    if (common::FolderExists(root + "\\kTools"))
+        return;
+    // The look-up finds normal files, never a folder, so nothing is made here: the tool comes with its data
+    // folders, and an empty set of them would only hide that they are missing.
+    for (const char* folder : {"\\kTools", "\\kTools\\databases", "\\kTools\\maps"})
+        if (common::FileExists(root + folder))
+            common::MakeFolder(root + folder);
+}
+
+void frmMainMenu::Form_Unload() {
+    mnuExit_Click();
+}
+
+void frmMainMenu::Form_MouseDown(gui::MouseButton /*button*/, int x, int /*y*/) {
+    if (x == modSystemTray::kTrayDoubleClick) {
+        Restore();
+        BringToFront();
+        inTray_ = false;
+        modSystemTray::TrayDeleteIcon(*this);
+    } else if (x == modSystemTray::kTrayRightDown) {
+        mnuSystray.Show();
+    }
+}
+
+void frmMainMenu::Form_TaskbarCreated() {
+    if (inTray_)
+        modSystemTray::TrayAddIcon(*this, modServerControl::TrayStatusText());
+}
+
+void frmMainMenu::Form_Error(const RuntimeError& error) {
+    MsgBox("Kerno Tools has to close: error " + std::to_string(error.Number()) + ", " + error.Description() +
+               "\n\nPut this right and start Kerno Tools again. The servers keep running.",
+           MB_ICONERROR);
+    modSystemTray::TrayDeleteIcon(*this);
+    gui::End(1);
+}
+
+void frmMainMenu::cmdServerStatus_Click() {}
+
+void frmMainMenu::cmdServerConfig_Click() {}
+
+void frmMainMenu::cmdServerControl_Click() {}
+
+void frmMainMenu::cmdAccountEditor_Click() {}
+
+void frmMainMenu::mnuSetUpMySQL_Click() {}
+
+void frmMainMenu::cmdMinimizetoTray_Click() {
+    modSystemTray::TrayAddIcon(*this, modServerControl::TrayStatusText());
+    inTray_ = true;
+    Visible(false);
+}
+
+void frmMainMenu::mnuSetPath_Click() {
+    frmBrowse().ShowModal(*this);
+}
+void frmMainMenu::mnuSetSQLPath_Click() {
+    frmSQLPath().ShowModal(*this);
+}
+void frmMainMenu::mnuAbout_Click() {
+    frmAbout().ShowModal(*this);
+}
+
+void frmMainMenu::mnuMenuMain_Click() {
+    Restore();
+    BringToFront();
+}
+
+void frmMainMenu::mnuExit_Click() {
+    modSystemTray::TrayDeleteIcon(*this);
+    gui::End();
+}
+
+void frmMainMenu::Restore() {
+    if (State() == gui::WindowState::Minimized)
+        State(gui::WindowState::Normal);
+    Visible(true);
+}

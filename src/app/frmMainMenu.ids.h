@@ -1,0 +1,42 @@
+#pragma once
+
+#define IDD_frmMainMenu 1000
+#define IDC_frmMainMenu_cmdAccountEditor 1001
+#define IDC_frmMainMenu_cmdServerControl 1002
+#define IDC_frmMainMenu_cmdMinimizetoTray 1003
+#define IDC_frmMainMenu_cmdServerConfig 1004
+#define IDC_frmMainMenu_cmdServerStatus 1005
+
+#define IDR_frmMainMenu_bar 1010
+#define IDR_frmMainMenu_mnuSystray 1011
+
+#define IDM_frmMainMenu_mnuSetPath 1020
+#define IDM_frmMainMenu_mnuSetSQLPath 1021
+#define IDM_frmMainMenu_mnuSetUpMySQL 1022
+#define IDM_frmMainMenu_mnuAbout 1023
+#define IDM_frmMainMenu_mnuStartKerno 1024
+#define IDM_frmMainMenu_mnuShutdownKerno 1025
+#define IDM_frmMainMenu_mnuRestartKerno 1026
+#define IDM_frmMainMenu_mnuStartLogin 1027
+#define IDM_frmMainMenu_mnuStartCharacter 1028
+#define IDM_frmMainMenu_mnuStartZone 1029
+#define IDM_frmMainMenu_mnuShutdownLogin 1030
+#define IDM_frmMainMenu_mnuShutdownCharacter 1031
+#define IDM_frmMainMenu_mnuShutdownZone 1032
+#define IDM_frmMainMenu_mnuRestartLogin 1033
+#define IDM_frmMainMenu_mnuRestartCharacter 1034
+#define IDM_frmMainMenu_mnuRestartZone 1035
+#define IDM_frmMainMenu_mnuShowKerno 1036
+#define IDM_frmMainMenu_mnuHideKerno 1037
+#define IDM_frmMainMenu_mnuShowLogin 1038
+#define IDM_frmMainMenu_mnuShowCharacter 1039
+#define IDM_frmMainMenu_mnuShowZone 1040
+#define IDM_frmMainMenu_mnuHideLogin 1041
+#define IDM_frmMainMenu_mnuHideCharacter 1042
+#define IDM_frmMainMenu_mnuHideZone 1043
+#define IDM_frmMainMenu_mnuServerStatus 1044
+#define IDM_frmMainMenu_mnuServerConfig 1045
+#define IDM_frmMainMenu_mnuServerControl 1046
+#define IDM_frmMainMenu_mnuAccountEditor 1047
+#define IDM_frmMainMenu_mnuMenuMain 1048
+#define IDM_frmMainMenu_mnuExit 1049

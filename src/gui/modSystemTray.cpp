@@ -1,0 +1,43 @@
+#include "gui/modSystemTray.h"
+
+#include <algorithm>
+
+namespace modSystemTray {
+
+namespace {
+
+constexpr UINT kIconId = 1;
+
+} // namespace
+
+NOTIFYICONDATAA TrayRecord(const gui::Form& form, const std::string& tip) {
+    NOTIFYICONDATAA record{};
+    // The first version's record, which every shell takes: 88 bytes in a 32-bit program.
+    record.cbSize = NOTIFYICONDATAA_V1_SIZE;
+    record.hWnd = form.Window();
+    record.uID = kIconId;
+    record.uFlags = NIF_MESSAGE | NIF_ICON | NIF_TIP;
+    record.uCallbackMessage = WM_LBUTTONDOWN;
+    record.hIcon = form.Icon();
+    std::string text = tip + '\0';
+    text.resize(kTipSize, ' ');
+    std::ranges::copy(text, record.szTip);
+    return record;
+}
+
+void TrayAddIcon(const gui::Form& form, const std::string& tip) {
+    NOTIFYICONDATAA record = TrayRecord(form, tip);
+    Shell_NotifyIconA(NIM_ADD, &record);
+}
+
+void TrayModifyIcon(const gui::Form& form, const std::string& tip) {
+    NOTIFYICONDATAA record = TrayRecord(form, tip);
+    Shell_NotifyIconA(NIM_MODIFY, &record);
+}
+
+void TrayDeleteIcon(const gui::Form& form) {
+    NOTIFYICONDATAA record = TrayRecord(form, {});
+    Shell_NotifyIconA(NIM_DELETE, &record);
+}
+
+} // namespace modSystemTray
