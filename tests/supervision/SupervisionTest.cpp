@@ -166,8 +166,9 @@ TEST_F(Panel, ACrashedServersDialogIsLoggedAndTheSuiteRestarted) {
     servers.Command(Server::Login, Command::RaiseDialogs);
     EXPECT_TRUE(WaitUntil([&] { return !IsWindow(before[0]) && !IsWindow(before[1]); }));
     const HWND zoneLog = FindWindowExA(before[2], nullptr, modServerControl::kMessageBoxClass, nullptr);
-    EXPECT_TRUE(WaitUntil([&] { return support::TextOf(zoneLog).ends_with("Back in a minute\r\n"); }))
-        << support::TextOf(zoneLog);
+    EXPECT_TRUE(WaitUntil([&] {
+        return support::TextOf(zoneLog).find("Broadcast: Back in a minute\r\n") != std::string::npos;
+    })) << support::TextOf(zoneLog);
     // The two zone servers, and the character server's window of the same class.
     EXPECT_TRUE(WaitUntil([&] {
         int windows = 0;
