@@ -21,7 +21,6 @@ void frmMainMenu::Form_Load() {
     LoadSharedSettings();
     MakeDataFolders();
     // Windows that the tool does not have yet.
-
     cmdAccountEditor.Enabled(false);
     mnuAccountEditor.Enabled(false);
 
