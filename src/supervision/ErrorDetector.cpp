@@ -42,13 +42,13 @@ void MakeLogFolder() {
 
 } // namespace
 
-void ErrorDetector::Handle(const ErrorDetectorSettings& settings) const {
+bool ErrorDetector::Handle(const ErrorDetectorSettings& settings) const {
     if (!settings.handleDialogs || !HasDialog(IsServerPathWindow))
-        return;
+        return false;
     if (!CloseDialogs(settings.logFilename))
-        return;
-    if (settings.restartAll && IsZoneRunning())
-        RestartAll({.message = settings.message, .meanwhile = {}, .checkExecutables = true}, priorities_);
+        return false;
+    return settings.restartAll && IsZoneRunning() &&
+           RestartAll({.message = settings.message, .meanwhile = {}, .checkExecutables = true}, priorities_);
 }
 
 /// False when it ended because it was no longer wanted.

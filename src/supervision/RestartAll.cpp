@@ -7,7 +7,7 @@
 
 namespace supervision {
 
-void RestartAll(const Restart& restart, const clsINI& priorities) {
+bool RestartAll(const Restart& restart, const clsINI& priorities) {
     if (restart.message)
         modServerControl::SendPlayerMessage(*restart.message);
     modServerControl::ShutdownAll();
@@ -15,8 +15,9 @@ void RestartAll(const Restart& restart, const clsINI& priorities) {
         restart.meanwhile();
     // Asked after the shutdown: a folder that is being replaced by a new version stays down.
     if (restart.checkExecutables && !HasAllExecutables())
-        return;
+        return false;
     modServerControl::StartAllWithPriority(priorities);
+    return true;
 }
 
 bool HasAllExecutables() {
