@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <limits>
 
 namespace {
 
@@ -21,7 +22,7 @@ using support::Rows;
 using support::WaitUntil;
 using Action = BackupAction;
 
-const SYSTEMTIME kNow{.wYear = 2004, .wMonth = 6, .wDay = 30, .wHour = 23, .wMinute = 58, .wSecond = 30};
+const SYSTEMTIME kNow{2004, 6, 3, 30, 23, 58, 30, 0};
 
 TEST(BackupClock, ACycleSecondBySecond) {
     BackupSettings settings{.periodMinutes = 60,
@@ -48,7 +49,7 @@ TEST(BackupClock, ACycleSecondBySecond) {
 }
 
 TEST(BackupClock, StandsSillyNumbers) {
-    const double huge = common::Val("9e999");
+    const double huge = std::numeric_limits<double>::infinity();
     const struct {
         double period, duration, interval, repeats;
         long second;
@@ -165,6 +166,7 @@ struct Backup : Panel {
         page.txtBackupMinutes.Text("60");
         page.txtBackupDuration.Text("2");
         page.txtNumOfBackup.Text("1");
+        page.txtBackupMessageInterval.Text("2");
     }
     ~Backup() override { modServerControl::MySQLPath(""); }
 
@@ -183,14 +185,16 @@ struct Backup : Panel {
                 names.push_back(entry.path().filename().string());
         return names;
     }
-    /// Ticks at the first second of the backup phase.
+    /// Ticks at the first second of a cycle and at that of its backup phase.
     void TickWhenDue() {
         page.clock.Reset();
-        for (int second = 1; second < 3600; ++second)
+        page.tmrBackup.Tick();
+        for (int second = 2; second < 3600; ++second)
             page.clock.Count();
         page.tmrBackup.Tick();
     }
 
+    support::MessageBoxes boxes;
     database::Connection root;
     database::Connection remote;
     std::vector<std::string> tables;
@@ -239,9 +243,9 @@ TEST_F(Backup, TableFilesOfABackupAreTheTables) {
         const support::ServerDown down;
         for (const auto& database : dbsetup::Databases()) {
             const std::string name(database.name);
-            std::filesystem::copy(BackupFolder() + "\\" + Folders()[0] + "\\" + name,
-                                  support::DataFolder() + "\\" + name,
-                                  std::filesystem::copy_options::overwrite_existing);
+            std::filesystem::copy(
+                BackupFolder() + "\\" + Folders()[0] + "\\" + name, support::DataFolder() + "\\" + name,
+                std::filesystem::copy_options::overwrite_existing | std::filesystem::copy_options::recursive);
         }
     }
     root.Open(support::RootConnection());
@@ -249,8 +253,6 @@ TEST_F(Backup, TableFilesOfABackupAreTheTables) {
 }
 
 TEST_F(Backup, FailuresAreShownOnceAndTheNextBackupWorks) {
-    support::MessageBoxes boxes;
-    const auto before = Sums(root);
     const std::string start = "Kerno Tools Error :: [";
     kerno.INIProperty(kBackupOption, "2");
     const auto expectOneBox = [&](const std::string& text) {
@@ -271,6 +273,7 @@ TEST_F(Backup, FailuresAreShownOnceAndTheNextBackupWorks) {
     }
     remote.Open(support::RootConnection(support::kRemoteServer));
     root.Execute("DROP TABLE amcharacter.flaginfo");
+    std::filesystem::remove_all(BackupFolder());
     expectOneBox("53] File not found: ");
     const std::string folder = BackupFolder() + "\\" + Folders()[0];
     EXPECT_TRUE(common::FileExists(folder + "\\amcharacter\\charinfo.MYD"));
@@ -288,7 +291,7 @@ TEST_F(Backup, FailuresAreShownOnceAndTheNextBackupWorks) {
     EXPECT_TRUE(Folders().empty());
     kerno.INIProperty(kBackupOption, "1");
     TickWhenDue();
-    EXPECT_EQ(Sums(remote, "bk_").size(), tables.size());
+    EXPECT_EQ(Sums(remote, "bk_"), Sums(root));
     EXPECT_EQ(page.lblBackupStatus.Caption(), "Backup is disabled");
 }
 
@@ -311,6 +314,7 @@ TEST_F(Backup, ByHandTheSuiteGoesDownAndComesUp) {
     panel.mnuBackupDatabase.Choose();
     EXPECT_TRUE(downMeanwhile);
     EXPECT_TRUE(panel.state.BackupInProgress);
+    EXPECT_TRUE(boxes.Seen().empty());
     EXPECT_TRUE(Folders().empty());
     for (const Server server : kServers)
         EXPECT_TRUE(WaitUntil([&] { return servers.MainWindow(server) != nullptr; }));
