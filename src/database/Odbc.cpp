@@ -1,0 +1,162 @@
+#include "database/Odbc.h"
+
+#include "common/Text.h"
+#include "database/Error.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+namespace database::odbc {
+
+namespace {
+
+/// "[vendor][driver 1.0]Text" without the senders in front.
+std::string WithoutSenders(std::string_view text) {
+    while (text.starts_with('[') && text.find(']') != std::string_view::npos)
+        text.remove_prefix(text.find(']') + 1);
+    return common::Trim(text);
+}
+
+[[noreturn]] void RaiseDiagnostic(SQLSMALLINT kind, SQLHANDLE handle) {
+    SQLWCHAR state[6] = {};
+    SQLWCHAR text[1024] = {};
+    SQLINTEGER native = 0;
+    SQLSMALLINT length = 0;
+    const auto result = SQLGetDiagRecW(kind, handle, 1, state, &native, text, std::size(text), &length);
+    if (!SQL_SUCCEEDED(result))
+        Raise(kDriverError);
+    throw Error(native != 0 ? native : kDriverError, WithoutSenders(common::ToNarrow(text)),
+                common::ToNarrow(state));
+}
+
+SQLHANDLE Allocate(SQLSMALLINT kind, SQLSMALLINT parentKind, SQLHANDLE parent) {
+    SQLHANDLE handle = SQL_NULL_HANDLE;
+    if (!SQL_SUCCEEDED(SQLAllocHandle(kind, parent, &handle))) {
+        if (parent == SQL_NULL_HANDLE)
+            throw Error(kDriverError, "ODBC is not available.");
+        RaiseDiagnostic(parentKind, parent);
+    }
+    return handle;
+}
+
+SQLPOINTER Number(SQLULEN value) {
+    return reinterpret_cast<SQLPOINTER>(value);
+}
+
+} // namespace
+
+Session::Session(const std::string& connectionString, unsigned loginSeconds) {
+    environment_.reset(Allocate(SQL_HANDLE_ENV, 0, SQL_NULL_HANDLE));
+    SQLSetEnvAttr(environment_.get(), SQL_ATTR_ODBC_VERSION, Number(SQL_OV_ODBC3), 0);
+    connection_.reset(Allocate(SQL_HANDLE_DBC, SQL_HANDLE_ENV, environment_.get()));
+    // A driver that knows no login timeout declines this, and waits as long as it does.
+    SQLSetConnectAttrW(connection_.get(), SQL_ATTR_LOGIN_TIMEOUT, Number(loginSeconds), SQL_IS_UINTEGER);
+    std::wstring wide = common::ToWide(connectionString);
+    SQLSMALLINT length = 0;
+    SQLWCHAR completed[1024];
+    if (!SQL_SUCCEEDED(SQLDriverConnectW(connection_.get(), nullptr, wide.data(),
+                                         static_cast<SQLSMALLINT>(wide.size()), completed,
+                                         std::size(completed), &length, SQL_DRIVER_NOPROMPT)))
+        RaiseDiagnostic(SQL_HANDLE_DBC, connection_.get());
+}
+
+Session::~Session() {
+    // A connection that was never made has nothing to end.
+    if (connection_)
+        SQLDisconnect(connection_.get());
+}
+
+bool Session::WideText() {
+    if (!wideText_) {
+        common::Handle<SQLHANDLE, FreeStatement> types(
+            Allocate(SQL_HANDLE_STMT, SQL_HANDLE_DBC, connection_.get()));
+        wideText_ =
+            SQL_SUCCEEDED(SQLGetTypeInfoW(types.get(), SQL_WVARCHAR)) && SQL_SUCCEEDED(SQLFetch(types.get()));
+    }
+    return *wideText_;
+}
+
+bool Session::ParameterArrays() {
+    if (!parameterArrays_) {
+        common::Handle<SQLHANDLE, FreeStatement> probe(
+            Allocate(SQL_HANDLE_STMT, SQL_HANDLE_DBC, connection_.get()));
+        SQLULEN size = 0;
+        parameterArrays_ =
+            SQL_SUCCEEDED(SQLSetStmtAttrW(probe.get(), SQL_ATTR_PARAMSET_SIZE, Number(2), SQL_IS_UINTEGER)) &&
+            SQL_SUCCEEDED(
+                SQLGetStmtAttrW(probe.get(), SQL_ATTR_PARAMSET_SIZE, &size, SQL_IS_UINTEGER, nullptr)) &&
+            size == 2;
+    }
+    return *parameterArrays_;
+}
+
+std::size_t Session::PacketSize() {
+    if (!packetSize_) {
+        packetSize_ = 1024 * 1024;
+        common::Handle<SQLHANDLE, FreeStatement> asked(
+            Allocate(SQL_HANDLE_STMT, SQL_HANDLE_DBC, connection_.get()));
+        std::wstring sql = L"SELECT @@max_allowed_packet";
+        SQLBIGINT size = 0;
+        SQLLEN indicator = 0;
+        if (SQL_SUCCEEDED(SQLExecDirectW(asked.get(), sql.data(), SQL_NTS)) &&
+            SQL_SUCCEEDED(SQLFetch(asked.get())) &&
+            SQL_SUCCEEDED(SQLGetData(asked.get(), 1, SQL_C_SBIGINT, &size, sizeof size, &indicator)) &&
+            size > 0)
+            packetSize_ = static_cast<std::size_t>(size);
+    }
+    return *packetSize_;
+}
+
+Statement::Statement(const std::shared_ptr<Session>& session)
+    : session_(session), handle_(Allocate(SQL_HANDLE_STMT, SQL_HANDLE_DBC, session->Get())) {}
+
+void Statement::Check(SQLRETURN result) const {
+    // "No data" is how a change that met no row ends.
+    if (!SQL_SUCCEEDED(result) && result != SQL_NO_DATA)
+        RaiseDiagnostic(SQL_HANDLE_STMT, Get());
+}
+
+void Statement::ExecuteDirect(const std::string& sql) {
+    std::wstring wide = common::ToWide(sql);
+    Check(SQLExecDirectW(Get(), wide.data(), static_cast<SQLINTEGER>(wide.size())));
+}
+
+void Statement::Prepare(const std::string& sql) {
+    std::wstring wide = common::ToWide(sql);
+    Check(SQLPrepareW(Get(), wide.data(), static_cast<SQLINTEGER>(wide.size())));
+}
+
+void Statement::Execute() {
+    Check(SQLExecute(Get()));
+}
+
+bool Statement::Fetch() {
+    const SQLRETURN result = SQLFetch(Get());
+    Check(result);
+    return result != SQL_NO_DATA;
+}
+
+bool Statement::Set(SQLINTEGER attribute, SQLULEN value) {
+    SQLULEN taken = 0;
+    return SQL_SUCCEEDED(SQLSetStmtAttrW(Get(), attribute, Number(value), SQL_IS_UINTEGER)) &&
+           SQL_SUCCEEDED(SQLGetStmtAttrW(Get(), attribute, &taken, SQL_IS_UINTEGER, nullptr)) &&
+           taken == value;
+}
+
+void Statement::SetPointer(SQLINTEGER attribute, SQLPOINTER pointer) {
+    SQLSetStmtAttrW(Get(), attribute, pointer, SQL_IS_POINTER);
+}
+
+SQLSMALLINT Statement::ColumnCount() const {
+    SQLSMALLINT count = 0;
+    Check(SQLNumResultCols(Get(), &count));
+    return count;
+}
+
+std::int64_t Statement::RowCount() const {
+    SQLLEN count = 0;
+    Check(SQLRowCount(Get(), &count));
+    return count;
+}
+
+} // namespace database::odbc

@@ -1,0 +1,84 @@
+#pragma once
+
+#include "common/Handle.h"
+#include "database/Connection.h"
+
+#include <windows.h>
+
+#include <sql.h>
+#include <sqlext.h>
+
+#include <optional>
+#include <string>
+
+/// The border to ODBC. Text crosses it in UTF-16, by the wide entry points only: the ANSI ones of a driver
+/// manager are optional, and Wine's lacks most of them.
+namespace database::odbc {
+
+inline void FreeEnvironment(SQLHANDLE handle) {
+    SQLFreeHandle(SQL_HANDLE_ENV, handle);
+}
+inline void FreeConnection(SQLHANDLE handle) {
+    SQLFreeHandle(SQL_HANDLE_DBC, handle);
+}
+inline void FreeStatement(SQLHANDLE handle) {
+    SQLFreeHandle(SQL_HANDLE_STMT, handle);
+}
+
+/// A login on a server, and what its driver can do.
+class Session {
+public:
+    /// Raises Error.
+    Session(const std::string& connectionString, unsigned loginSeconds);
+    ~Session();
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+
+    SQLHDBC Get() const { return connection_.get(); }
+
+    /// True when the driver speaks UTF-16. The others (MySQL ODBC 3.51 and older) hand through the bytes of
+    /// the server's connection character set, which is the ANSI code page's in a usual installation.
+    bool WideText();
+    /// False when the driver sends one set of parameters for each execution only.
+    bool ParameterArrays();
+    void DeclineParameterArrays() { parameterArrays_ = false; }
+    /// Bytes that a statement with its parameters may have.
+    std::size_t PacketSize();
+
+private:
+    common::Handle<SQLHANDLE, FreeEnvironment> environment_;
+    common::Handle<SQLHANDLE, FreeConnection> connection_;
+    std::optional<bool> wideText_;
+    std::optional<bool> parameterArrays_;
+    std::optional<std::size_t> packetSize_;
+};
+
+/// A statement; keeps its session alive.
+class Statement {
+public:
+    explicit Statement(const std::shared_ptr<Session>& session);
+
+    SQLHSTMT Get() const { return handle_.get(); }
+    Session& Owner() const { return *session_; }
+
+    void ExecuteDirect(const std::string& sql);
+    void Prepare(const std::string& sql);
+    void Execute();
+    /// False at the end of the rows.
+    bool Fetch();
+    /// Raises the Error of a call that failed.
+    void Check(SQLRETURN result) const;
+
+    /// Sets a whole-number attribute; false when the driver did not take the value as it is.
+    bool Set(SQLINTEGER attribute, SQLULEN value);
+    void SetPointer(SQLINTEGER attribute, SQLPOINTER pointer);
+
+    SQLSMALLINT ColumnCount() const;
+    std::int64_t RowCount() const;
+
+private:
+    std::shared_ptr<Session> session_;
+    common::Handle<SQLHANDLE, FreeStatement> handle_;
+};
+
+} // namespace database::odbc

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "database/Odbc.h"
+#include "database/RowStore.h"
+
+#include <functional>
+#include <vector>
+
+namespace database {
+
+/// Values for the question marks of a statement, held column by column as drivers take them.
+class Parameters {
+public:
+    using CellAt = std::function<Cell(std::size_t row, std::size_t column)>;
+
+    /// Takes over `rows` rows of `columns` fields. A column whose fields are of several types travels as
+    /// text. `wideText` as the session says.
+    void Fill(bool wideText, std::size_t rows, std::size_t columns, const CellAt& cell);
+
+    /// One question mark for a column; the rows become the sets of a parameter array.
+    void BindArrays(odbc::Statement& statement);
+    /// One question mark for each field, row after row.
+    void BindRows(odbc::Statement& statement);
+
+private:
+    struct ColumnData {
+        SQLSMALLINT cType = SQL_C_CHAR;
+        SQLSMALLINT sqlType = SQL_VARCHAR;
+        SQLULEN size = 1;
+        std::size_t width = 1;
+        std::vector<char> data;
+        std::vector<SQLLEN> lengths;
+    };
+
+    void FillColumn(ColumnData& column, bool wideText, std::size_t rows, const std::vector<Cell>& cells);
+    void Bind(odbc::Statement& statement, std::size_t number, ColumnData& column, std::size_t row);
+
+    std::size_t rows_ = 0;
+    std::vector<ColumnData> columns_;
+};
+
+} // namespace database

@@ -1,0 +1,368 @@
+#include "database/Recordset.h"
+
+#include "common/Text.h"
+#include "database/BulkInserter.h"
+#include "database/Error.h"
+
+#include <algorithm>
+
+namespace database {
+
+void Recordset::Open(Connection& connection, const std::string& sql, const Progress& progress) {
+    Close();
+    connection_ = &connection;
+    sql_ = sql;
+    try {
+        Load(progress);
+    } catch (const RuntimeError&) {
+        Close();
+        throw;
+    }
+}
+
+void Recordset::Close() {
+    *this = Recordset();
+}
+
+void Recordset::Requery(const Progress& progress) {
+    CheckOpen();
+    connection_->Revive();
+    Connection& connection = *connection_;
+    Open(connection, std::string(sql_), progress);
+}
+
+void Recordset::Load(const Progress& progress) {
+    RowReader reader(*connection_, sql_);
+    columns_ = reader.Columns();
+    read_ = RowStore(columns_.size());
+    while (reader.Read(read_) > 0) {
+        if (progress)
+            progress(read_.Rows());
+    }
+    count_ = read_.Rows();
+    deleted_.assign(count_, false);
+    row_ = count_ == 0 ? -1 : 0;
+}
+
+void Recordset::CheckOpen() const {
+    if (!IsOpen())
+        Raise(kObjectClosed);
+}
+
+bool Recordset::IsCurrent() const {
+    return row_ >= 0 && row_ < End() && !deleted_[static_cast<std::size_t>(row_)];
+}
+
+void Recordset::CheckCurrent() const {
+    CheckOpen();
+    if (!IsCurrent() && !(edit_ && edit_->adding))
+        Raise(kNoCurrentRecord);
+}
+
+std::size_t Recordset::RecordCount() const {
+    CheckOpen();
+    return count_;
+}
+
+const std::string& Recordset::FieldName(std::size_t index) const {
+    if (index >= columns_.size())
+        Raise(kItemNotFound);
+    return columns_[index].name;
+}
+
+std::size_t Recordset::FieldIndex(std::string_view name) const {
+    // Callers nearly always write the name as the table does.
+    auto at = std::ranges::find(columns_, name, &Column::name);
+    if (at == columns_.end())
+        at = std::ranges::find_if(
+            columns_, [name](const Column& column) { return common::EqualsIgnoreCase(column.name, name); });
+    if (at == columns_.end())
+        Raise(kItemNotFound);
+    return static_cast<std::size_t>(at - columns_.begin());
+}
+
+bool Recordset::Bof() const {
+    CheckOpen();
+    return !edit_ && (row_ < 0 || (count_ == 0 && row_ >= End()));
+}
+
+bool Recordset::Eof() const {
+    CheckOpen();
+    return !edit_ && (row_ >= End() || (count_ == 0 && row_ < 0));
+}
+
+void Recordset::FinishEdit() {
+    CheckOpen();
+    if (edit_)
+        Update();
+}
+
+void Recordset::Move(std::ptrdiff_t from, std::ptrdiff_t step) {
+    do
+        from += step;
+    while (from >= 0 && from < End() && deleted_[static_cast<std::size_t>(from)]);
+    row_ = from;
+}
+
+void Recordset::MoveFirst() {
+    FinishEdit();
+    if (count_ == 0)
+        Raise(kNoCurrentRecord);
+    Move(-1, 1);
+}
+
+void Recordset::MoveLast() {
+    FinishEdit();
+    if (count_ == 0)
+        Raise(kNoCurrentRecord);
+    Move(End(), -1);
+}
+
+void Recordset::MoveNext() {
+    FinishEdit();
+    if (Eof())
+        Raise(kNoCurrentRecord);
+    Move(row_, 1);
+}
+
+void Recordset::MovePrevious() {
+    FinishEdit();
+    if (Bof())
+        Raise(kNoCurrentRecord);
+    Move(row_, -1);
+}
+
+std::size_t Recordset::Bookmark() const {
+    CheckOpen();
+    if (!IsCurrent())
+        Raise(kNoCurrentRecord);
+    return static_cast<std::size_t>(row_);
+}
+
+void Recordset::Bookmark(std::size_t row) {
+    FinishEdit();
+    if (row >= deleted_.size() || deleted_[row])
+        Raise(kNoCurrentRecord);
+    row_ = static_cast<std::ptrdiff_t>(row);
+}
+
+std::optional<Value> Recordset::ServerValue(std::size_t row, std::size_t column) const {
+    if (const auto sent = sent_.find(row); sent != sent_.end() && sent->second[column])
+        return sent->second[column];
+    if (row < read_.Rows())
+        return read_.At(row, column).ToValue();
+    return std::nullopt;
+}
+
+Value Recordset::Field(std::size_t index) const {
+    CheckCurrent();
+    if (index >= columns_.size())
+        Raise(kItemNotFound);
+    if (edit_ && edit_->set[index])
+        return *edit_->set[index];
+    if (edit_ && edit_->adding)
+        return {};
+    const auto row = static_cast<std::size_t>(row_);
+    if (const auto local = local_.find(row); local != local_.end() && local->second[index])
+        return *local->second[index];
+    return ServerValue(row, index).value_or(Value());
+}
+
+void Recordset::Field(std::size_t index, Value value) {
+    CheckCurrent();
+    if (index >= columns_.size())
+        Raise(kItemNotFound);
+    if (!edit_)
+        edit_ = Edit{false, Fields(columns_.size())};
+    edit_->set[index] = std::move(value);
+}
+
+void Recordset::AddNew() {
+    FinishEdit();
+    edit_ = Edit{true, Fields(columns_.size())};
+}
+
+void Recordset::Merge(Rows& into, std::size_t row, const Fields& set) const {
+    Fields& fields = into.try_emplace(row, columns_.size()).first->second;
+    for (std::size_t i = 0; i < set.size(); ++i) {
+        if (set[i])
+            fields[i] = set[i];
+    }
+}
+
+void Recordset::Update() {
+    CheckOpen();
+    if (!edit_)
+        return;
+    Edit edit = std::move(*edit_);
+    edit_.reset();
+    if (edit.adding) {
+        row_ = End();
+        deleted_.push_back(false);
+        ++count_;
+    }
+    const auto row = static_cast<std::size_t>(row_);
+    if (!edit.adding) {
+        // A value that is what it was changes nothing, and must not stand against somebody else's change.
+        for (std::size_t i = 0; i < edit.set.size(); ++i) {
+            if (edit.set[i] && SameValue(*edit.set[i], Field(i)))
+                edit.set[i].reset();
+        }
+        if (std::ranges::none_of(edit.set, [](const auto& value) { return value.has_value(); }))
+            return;
+    }
+    Merge(local_, row, edit.set);
+    if (!edit.adding && !changes_.empty() && changes_.back().row == row && !changes_.back().inDoubt) {
+        Fields& set = changes_.back().set;
+        for (std::size_t i = 0; i < set.size(); ++i) {
+            if (edit.set[i])
+                set[i] = std::move(edit.set[i]);
+        }
+        return;
+    }
+    changes_.push_back({edit.adding ? Kind::Add : Kind::Update, row, std::move(edit.set)});
+}
+
+void Recordset::Delete() {
+    CheckOpen();
+    // A new row that was not taken over yet is only given up.
+    if (edit_ && edit_->adding) {
+        edit_.reset();
+        return;
+    }
+    edit_.reset();
+    CheckCurrent();
+    const auto row = static_cast<std::size_t>(row_);
+    deleted_[row] = true;
+    --count_;
+    const auto isUnsentAdd = [row](const Change& change) {
+        return change.row == row && change.kind == Kind::Add && !change.inDoubt;
+    };
+    // The server never needs to hear of a row that came and went here.
+    if (std::ranges::any_of(changes_, isUnsentAdd))
+        std::erase_if(changes_, [row](const Change& change) { return change.row == row; });
+    else
+        changes_.push_back({Kind::Delete, row, Fields(columns_.size())});
+}
+
+void Recordset::UpdateBatch() {
+    FinishEdit();
+    if (changes_.empty())
+        return;
+    connection_->Revive();
+    TableWriter writer(*connection_, columns_);
+    std::vector<bool> done(changes_.size());
+    std::optional<Error> firstError;
+    for (std::size_t i = 0; i < changes_.size();) {
+        const std::size_t adds = done[i] ? 0 : AddsFrom(i, writer);
+        try {
+            if (adds > 1)
+                SendAdds(i, adds, writer, done);
+            else if (!done[i])
+                SendOne(changes_[i], writer);
+            done[i] = true;
+            i += std::max<std::size_t>(adds, 1);
+        } catch (const Error& error) {
+            if (error.ConnectionLost()) {
+                changes_[i].inDoubt = true;
+                TakeSent(done);
+                throw;
+            }
+            // Adds that failed together are tried again one by one.
+            if (adds > 1)
+                continue;
+            if (!firstError)
+                firstError = error;
+            ++i;
+        }
+    }
+    TakeSent(done);
+    if (firstError)
+        throw Error(*firstError);
+}
+
+std::size_t Recordset::AddsFrom(std::size_t first, const TableWriter& writer) const {
+    const auto given = [this](std::size_t change, std::size_t column) {
+        return changes_[change].set[column].has_value();
+    };
+    std::size_t last = first;
+    for (; last < changes_.size(); ++last) {
+        const Change& change = changes_[last];
+        if (change.kind != Kind::Add || change.inDoubt || !writer.GivesKey(change.set))
+            break;
+        bool alike = true;
+        for (std::size_t column = 0; column < columns_.size(); ++column)
+            alike = alike && given(last, column) == given(first, column);
+        if (!alike)
+            break;
+    }
+    return last - first;
+}
+
+void Recordset::SendAdds(std::size_t first, std::size_t count, const TableWriter& writer,
+                         std::vector<bool>& done) {
+    std::vector<std::string> names;
+    std::vector<std::size_t> columns;
+    for (std::size_t column = 0; column < columns_.size(); ++column) {
+        if (changes_[first].set[column]) {
+            names.push_back(columns_[column].baseName);
+            columns.push_back(column);
+        }
+    }
+    RowStore rows(columns.size());
+    for (std::size_t i = 0; i < count; ++i) {
+        for (const std::size_t column : columns)
+            rows.Append(Cell::Of(*changes_[first + i].set[column]));
+    }
+    BulkInserter inserter(*connection_, writer.Table(), names);
+    const auto takeSent = [&] {
+        for (std::size_t i = first; i < first + inserter.Sent(); ++i) {
+            done[i] = true;
+            Merge(sent_, changes_[i].row, changes_[i].set);
+        }
+    };
+    try {
+        inserter.Insert(rows);
+    } catch (const Error&) {
+        takeSent();
+        // A server without transactions keeps the rows before the one it refused.
+        const std::size_t from = first + inserter.Sent();
+        for (std::size_t i = from; i < std::min(from + BulkInserter::kBatchRows, first + count); ++i)
+            changes_[i].inDoubt = true;
+        throw;
+    }
+    takeSent();
+}
+
+void Recordset::SendOne(Change& change, TableWriter& writer) {
+    const auto before = [&](std::size_t column) { return ServerValue(change.row, column); };
+    switch (change.kind) {
+    case Kind::Add:
+        if (Value number = writer.Insert(change.set, change.inDoubt); !number.IsNull())
+            change.set[*writer.AutoNumber()] = std::move(number);
+        break;
+    case Kind::Update:
+        writer.Update(before, change.set, change.inDoubt);
+        break;
+    case Kind::Delete:
+        writer.Delete(before, change.inDoubt);
+        break;
+    }
+    Merge(sent_, change.row, change.set);
+}
+
+void Recordset::TakeSent(const std::vector<bool>& done) {
+    std::vector<Change> rest;
+    for (std::size_t i = 0; i < changes_.size(); ++i) {
+        if (done[i])
+            local_.erase(changes_[i].row);
+        else
+            rest.push_back(std::move(changes_[i]));
+    }
+    changes_ = std::move(rest);
+    // A row with some changes sent and some not looks here as it will when all are.
+    for (const Change& change : changes_)
+        Merge(local_, change.row, change.set);
+}
+
+} // namespace database

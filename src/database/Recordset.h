@@ -1,0 +1,124 @@
+#pragma once
+
+#include "database/TableWriter.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace database {
+
+/// The rows of a query, all held on this side, with a current row. Changes are kept here until UpdateBatch
+/// sends them; without it they are lost. Raises Error with the numbers of database/Error.h: kObjectClosed by
+/// everything on a closed set, kNoCurrentRecord where a current row is needed.
+class Recordset {
+public:
+    /// Told the number of rows read so far after every block of them.
+    using Progress = std::function<void(std::size_t rows)>;
+
+    /// Runs the query and reads all its rows; the first becomes current. The connection must outlive the
+    /// set, but may be closed and opened again meanwhile. Raises Error; the set is then closed.
+    void Open(Connection& connection, const std::string& sql, const Progress& progress = {});
+    bool IsOpen() const { return connection_ != nullptr; }
+    /// Forgets rows and changes. Nothing happens to a closed set.
+    void Close();
+    /// Runs the query again, with a new login when the server was gone. Changes that were not sent are lost.
+    void Requery(const Progress& progress = {});
+
+    std::size_t RecordCount() const;
+    std::size_t FieldCount() const { return columns_.size(); }
+    const std::string& FieldName(std::size_t index) const;
+    /// The position of the field, letter case aside. Raises kItemNotFound.
+    std::size_t FieldIndex(std::string_view name) const;
+
+    /// True before the first row and after the last; both in a set without rows.
+    bool Bof() const;
+    bool Eof() const;
+    /// The moves finish an edit in progress as Update does. First and last raise kNoCurrentRecord in an empty
+    /// set, next does at the end and previous at the beginning.
+    void MoveFirst();
+    void MoveNext();
+    void MovePrevious();
+    void MoveLast();
+
+    /// The current row's mark, good until Requery. Setting it makes that row current again; raises
+    /// kNoCurrentRecord when the row has been deleted.
+    std::size_t Bookmark() const;
+    void Bookmark(std::size_t row);
+
+    /// A field of the current row, with the edits made so far. Raises kItemNotFound.
+    Value Field(std::size_t index) const;
+    Value Field(std::string_view name) const { return Field(FieldIndex(name)); }
+    /// Edits a field of the current row; Update or a move takes the edits over.
+    void Field(std::size_t index, Value value);
+    void Field(std::string_view name, Value value) { Field(FieldIndex(name), std::move(value)); }
+
+    /// Begins a new row, which Update puts behind the last one. Fields that are not set get their defaults
+    /// from the server.
+    void AddNew();
+    /// Takes the edits of the current row over into the changes to be sent.
+    void Update();
+    /// Drops the edits of the current row, or the new row.
+    void CancelUpdate() { edit_.reset(); }
+    /// Deletes the current row, which stays current and can no longer be read.
+    void Delete();
+
+    /// Sends the changes in the order they were made, with a new login when the server was gone. What was
+    /// sent stays sent. A change that the server or a change of somebody else prevents (kRowChanged) stays
+    /// here and the ones behind it are tried; the first error is raised at the end. When the connection is
+    /// lost the rest stays here at once. Either way UpdateBatch can be tried again.
+    void UpdateBatch();
+
+    /// Changes that are not sent yet.
+    std::size_t PendingChanges() const { return changes_.size(); }
+
+private:
+    enum class Kind { Add, Update, Delete };
+    struct Change {
+        Kind kind;
+        std::size_t row;
+        Fields set;
+        bool inDoubt = false;
+    };
+    struct Edit {
+        bool adding = false;
+        Fields set;
+    };
+    using Rows = std::unordered_map<std::size_t, Fields>;
+
+    void CheckOpen() const;
+    void CheckCurrent() const;
+    bool IsCurrent() const;
+    void FinishEdit();
+    void Load(const Progress& progress);
+    void Move(std::ptrdiff_t from, std::ptrdiff_t step);
+    std::ptrdiff_t End() const { return static_cast<std::ptrdiff_t>(deleted_.size()); }
+    std::optional<Value> ServerValue(std::size_t row, std::size_t column) const;
+    void Merge(Rows& into, std::size_t row, const Fields& set) const;
+
+    std::size_t AddsFrom(std::size_t first, const TableWriter& writer) const;
+    void SendAdds(std::size_t first, std::size_t count, const TableWriter& writer, std::vector<bool>& done);
+    void SendOne(Change& change, TableWriter& writer);
+    void TakeSent(const std::vector<bool>& done);
+
+    Connection* connection_ = nullptr;
+    std::string sql_;
+    std::vector<Column> columns_;
+    /// The rows as they were read; rows added since stand behind them by number only.
+    RowStore read_;
+    std::vector<bool> deleted_;
+    std::size_t count_ = 0;
+    /// What the server holds of a row that differs from what was read, and what this side does.
+    Rows sent_;
+    Rows local_;
+    std::vector<Change> changes_;
+    std::optional<Edit> edit_;
+    /// -1 before the first row.
+    std::ptrdiff_t row_ = -1;
+};
+
+} // namespace database

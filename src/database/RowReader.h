@@ -1,0 +1,50 @@
+#pragma once
+
+#include "database/Connection.h"
+#include "database/RowStore.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace database {
+
+/// A column of a result.
+struct Column {
+    std::string name;
+    /// The database and table that it comes from and its name there; empty for what was worked out.
+    std::string baseDatabase;
+    std::string baseTable;
+    std::string baseName;
+    /// What the fields are when they are not null.
+    Cell::Kind kind = Cell::Kind::Text;
+    /// The server numbers new rows itself when they leave this column out.
+    bool autoNumber = false;
+};
+
+/// `name` in back-ticks.
+std::string Quoted(std::string_view name);
+
+/// Reads the rows of a query once, from the first to the last, in blocks. The connection must not be asked
+/// for anything else before the reader has ended where its driver can do only one thing at a time.
+class RowReader {
+public:
+    /// Runs the query; `parameters` stand for its question marks. Raises Error.
+    RowReader(Connection& connection, const std::string& sql, const std::vector<Value>& parameters = {});
+    ~RowReader();
+    RowReader(const RowReader&) = delete;
+    RowReader& operator=(const RowReader&) = delete;
+
+    const std::vector<Column>& Columns() const { return columns_; }
+
+    /// Appends the next rows, at most a thousand, to `rows`, a store of as many columns. Returns how many
+    /// they were, 0 at the end. Raises Error.
+    std::size_t Read(RowStore& rows);
+
+private:
+    class Fields;
+    std::vector<Column> columns_;
+    std::unique_ptr<Fields> fields_;
+};
+
+} // namespace database

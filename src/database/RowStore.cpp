@@ -1,0 +1,97 @@
+#include "database/RowStore.h"
+
+#include "common/Text.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace database {
+
+Cell Cell::Of(const Value& value) {
+    Cell cell;
+    const auto borrow = [&cell](const std::string& text, Kind kind) {
+        cell.characters = text.data();
+        cell.length = static_cast<std::uint32_t>(text.size());
+        cell.kind = kind;
+    };
+    if (const auto* whole = std::get_if<std::int64_t>(&value.Get())) {
+        cell.integer = *whole;
+        cell.kind = Kind::Integer;
+    } else if (const auto* real = std::get_if<double>(&value.Get())) {
+        cell.real = *real;
+        cell.kind = Kind::Real;
+    } else if (const auto* text = std::get_if<std::string>(&value.Get())) {
+        borrow(*text, Kind::Text);
+    } else if (const auto* bytes = std::get_if<Bytes>(&value.Get())) {
+        borrow(bytes->data, Kind::Bytes);
+    }
+    return cell;
+}
+
+Value Cell::ToValue() const {
+    switch (kind) {
+    case Kind::Integer:
+        return integer;
+    case Kind::Real:
+        return real;
+    case Kind::Text:
+        return Characters();
+    case Kind::Bytes:
+        return Bytes{std::string(Characters())};
+    case Kind::Null:
+        break;
+    }
+    return {};
+}
+
+char* RowStore::Reserve(std::size_t size) {
+    constexpr std::size_t kPiece = 256 * 1024;
+    while (piece_ < pieces_.size() && pieces_[piece_].size - used_ < size) {
+        ++piece_;
+        used_ = 0;
+    }
+    if (piece_ == pieces_.size()) {
+        const std::size_t made = std::max(kPiece, size);
+        pieces_.push_back({std::make_unique_for_overwrite<char[]>(made), made});
+        used_ = 0;
+    }
+    char* place = pieces_[piece_].memory.get() + used_;
+    used_ += size;
+    return place;
+}
+
+void RowStore::Append(Cell cell) {
+    if (cell.HasCharacters()) {
+        char* place = Reserve(cell.length);
+        std::memcpy(place, cell.characters, cell.length);
+        cell.characters = place;
+    }
+    cells_.push_back(cell);
+}
+
+void RowStore::AppendWide(std::wstring_view text) {
+    Cell cell;
+    cell.kind = Cell::Kind::Text;
+    // Nearly all text is plain ASCII, for which a call of the system's conversion costs far more than the
+    // conversion.
+    if (std::ranges::all_of(text, [](wchar_t letter) { return letter < 0x80; })) {
+        char* place = Reserve(text.size());
+        std::ranges::transform(text, place, [](wchar_t letter) { return static_cast<char>(letter); });
+        cell.characters = place;
+        cell.length = static_cast<std::uint32_t>(text.size());
+        cells_.push_back(cell);
+        return;
+    }
+    const std::string narrow = common::ToNarrow(text);
+    cell.characters = narrow.data();
+    cell.length = static_cast<std::uint32_t>(narrow.size());
+    Append(cell);
+}
+
+void RowStore::Clear() {
+    cells_.clear();
+    piece_ = 0;
+    used_ = 0;
+}
+
+} // namespace database

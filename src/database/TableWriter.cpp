@@ -1,0 +1,202 @@
+#include "database/TableWriter.h"
+
+#include "common/Text.h"
+#include "database/Error.h"
+#include "database/Odbc.h"
+#include "database/Parameters.h"
+
+#include <algorithm>
+
+namespace database {
+
+bool SameValue(const Value& a, const Value& b) {
+    if (a.IsNull() || b.IsNull() || a.Get().index() == b.Get().index())
+        return a == b;
+    return a.AsText() == b.AsText();
+}
+
+TableWriter::TableWriter(Connection& connection, const std::vector<Column>& columns)
+    : connection_(connection), columns_(columns) {
+    if (columns.empty() || columns.front().baseTable.empty())
+        Raise(kReadOnly);
+    const Column& first = columns.front();
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+        if (columns[i].baseTable != first.baseTable || columns[i].baseDatabase != first.baseDatabase ||
+            columns[i].baseName.empty())
+            Raise(kReadOnly);
+        if (columns[i].autoNumber)
+            autoNumber_ = i;
+    }
+    table_ = first.baseDatabase.empty() ? "" : Quoted(first.baseDatabase) + ".";
+    table_ += Quoted(first.baseTable);
+
+    const std::vector<std::string> names = PrimaryKey();
+    for (const std::string& name : names) {
+        const auto at = std::ranges::find(columns, name, &Column::baseName);
+        if (at != columns.end())
+            key_.push_back(static_cast<std::size_t>(at - columns.begin()));
+    }
+    // A key that was not read whole tells no rows apart.
+    hasKey_ = !names.empty() && key_.size() == names.size();
+    if (!hasKey_) {
+        key_.clear();
+        for (std::size_t i = 0; i < columns.size(); ++i)
+            key_.push_back(i);
+    }
+}
+
+std::vector<std::string> TableWriter::PrimaryKey() const {
+    RowReader reader(connection_, "SHOW KEYS FROM " + table_);
+    const auto position = [&reader](const char* name) {
+        const auto at = std::ranges::find(reader.Columns(), name, &Column::name);
+        if (at == reader.Columns().end())
+            Raise(kItemNotFound);
+        return static_cast<std::size_t>(at - reader.Columns().begin());
+    };
+    const std::size_t key = position("Key_name");
+    const std::size_t column = position("Column_name");
+    RowStore rows(reader.Columns().size());
+    while (reader.Read(rows) > 0) {
+    }
+    std::vector<std::string> names;
+    for (std::size_t row = 0; row < rows.Rows(); ++row) {
+        if (rows.At(row, key).Characters() == "PRIMARY")
+            names.emplace_back(rows.At(row, column).Characters());
+    }
+    return names;
+}
+
+bool TableWriter::GivesKey(const Fields& set) const {
+    return hasKey_ && std::ranges::all_of(key_, [&set](std::size_t column) {
+               return set[column].has_value() && !set[column]->IsNull();
+           });
+}
+
+void TableWriter::AddTest(Clause& clause, std::size_t column, const Value& value) const {
+    clause.sql += (clause.sql.empty() ? "" : " AND ") + Name(column) + " <=> ?";
+    clause.values.push_back(value);
+}
+
+TableWriter::Clause TableWriter::Address(const Before& before) const {
+    Clause clause;
+    for (const std::size_t column : key_) {
+        if (const auto value = before(column))
+            AddTest(clause, column, *value);
+    }
+    // A row of which nothing is known cannot be found.
+    if (clause.sql.empty())
+        Raise(kRowChanged);
+    return clause;
+}
+
+std::optional<RowStore> TableWriter::Find(const Clause& where) const {
+    std::string names;
+    for (std::size_t i = 0; i < columns_.size(); ++i)
+        names += (i == 0 ? "" : ",") + Name(i);
+    RowReader reader(connection_, "SELECT " + names + " FROM " + table_ + " WHERE " + where.sql + " LIMIT 1",
+                     where.values);
+    RowStore row(columns_.size());
+    if (reader.Read(row) == 0)
+        return std::nullopt;
+    return row;
+}
+
+std::int64_t TableWriter::Send(const std::string& sql, const std::vector<Value>& values) const {
+    odbc::Statement statement(connection_.Session());
+    statement.Prepare(sql);
+    Parameters parameters;
+    parameters.Fill(statement.Owner().WideText(), 1, values.size(),
+                    [&values](std::size_t, std::size_t column) { return Cell::Of(values[column]); });
+    parameters.BindRows(statement);
+    statement.Execute();
+    return statement.RowCount();
+}
+
+std::int64_t TableWriter::SendUpdate(const Fields& set, const Clause& where) const {
+    std::string assignments;
+    std::vector<Value> values;
+    for (std::size_t i = 0; i < set.size(); ++i) {
+        if (!set[i])
+            continue;
+        assignments += (assignments.empty() ? "" : ",") + Name(i) + "=?";
+        values.push_back(*set[i]);
+    }
+    values.insert(values.end(), where.values.begin(), where.values.end());
+    return Send("UPDATE " + table_ + " SET " + assignments + " WHERE " + where.sql + " LIMIT 1", values);
+}
+
+void TableWriter::RaiseChanged(const Clause& address) const {
+    std::string row;
+    if (hasKey_) {
+        for (std::size_t i = 0; i < key_.size(); ++i)
+            row += ", " + columns_[key_[i]].baseName + " " + address.values[i].AsText();
+    }
+    Raise(kRowChanged, " (" + columns_.front().baseTable + row + ")");
+}
+
+Value TableWriter::Insert(const Fields& set, bool inDoubt) {
+    std::string names;
+    std::string marks;
+    std::vector<Value> values;
+    Clause same;
+    for (std::size_t i = 0; i < set.size(); ++i) {
+        if (!set[i])
+            continue;
+        names += (names.empty() ? "" : ",") + Name(i);
+        marks += marks.empty() ? "?" : ",?";
+        values.push_back(*set[i]);
+        AddTest(same, i, *set[i]);
+    }
+    const bool numbered = autoNumber_ && !set[*autoNumber_];
+    if (inDoubt && !same.sql.empty()) {
+        if (const auto row = Find(same))
+            return numbered ? row->At(0, *autoNumber_).ToValue() : Value();
+    }
+    Send("INSERT INTO " + table_ + " (" + names + ") VALUES (" + marks + ")", values);
+    if (!numbered)
+        return {};
+    RowReader reader(connection_, "SELECT LAST_INSERT_ID()");
+    RowStore row(1);
+    return reader.Read(row) > 0 ? Value(row.At(0, 0).ToValue().AsInteger()) : Value();
+}
+
+void TableWriter::Update(const Before& before, const Fields& set, bool inDoubt) {
+    const Clause address = Address(before);
+    Clause unchanged = address;
+    for (std::size_t i = 0; i < set.size(); ++i) {
+        const bool addressed = std::ranges::find(key_, i) != key_.end();
+        if (const auto value = set[i] && !addressed ? before(i) : std::nullopt)
+            AddTest(unchanged, i, *value);
+    }
+    if (SendUpdate(set, unchanged) > 0)
+        return;
+
+    // No row met, or the driver counts only rows that became different, or a value does not compare equal
+    // to itself after its journey (characters that the code page lacks): look at the row.
+    const auto matches = [&](const RowStore& row, const Before& expected) {
+        for (std::size_t i = 0; i < set.size(); ++i) {
+            const auto value = set[i] ? expected(i) : std::nullopt;
+            if (value && !SameValue(row.At(0, i).ToValue(), *value))
+                return false;
+        }
+        return true;
+    };
+    const Before after = [&](std::size_t column) { return set[column] ? set[column] : before(column); };
+    auto row = Find(address);
+    if (!row && inDoubt)
+        row = Find(Address(after));
+    if (!row)
+        RaiseChanged(address);
+    if (matches(*row, after))
+        return;
+    if (!matches(*row, before) || SendUpdate(set, address) == 0)
+        RaiseChanged(address);
+}
+
+void TableWriter::Delete(const Before& before, bool inDoubt) {
+    const Clause address = Address(before);
+    if (Send("DELETE FROM " + table_ + " WHERE " + address.sql + " LIMIT 1", address.values) == 0 && !inDoubt)
+        RaiseChanged(address);
+}
+
+} // namespace database

@@ -1,0 +1,76 @@
+#include "common/Text.h"
+#include "database/Error.h"
+#include "support/Database.h"
+
+namespace {
+
+using namespace database;
+using support::Rows;
+
+class ConnectionTest : public support::DatabaseTest {};
+
+/// The error that `operation` raises; number 0 when it raises none.
+Error ErrorOf(const auto& operation) {
+    try {
+        operation();
+    } catch (const Error& error) {
+        return error;
+    }
+    return Error(0, "");
+}
+
+TEST_F(ConnectionTest, ErrorsCarryTheServersNumberStateAndText) {
+    Connection other;
+    const struct {
+        std::string connection;
+        long number;
+        const char* state;
+        const char* text;
+    } logins[] = {
+        {MySQLConnectionString("localhost", "root", "wrong"), 1045, "28000", "Access denied for user 'root'"},
+        {MySQLConnectionString("127.0.0.9", "root", ""), 2002, "HY000", "127.0.0.9"},
+        {"DRIVER={No Such Driver};SERVER=localhost", kDriverError, "01000", "No Such Driver"},
+    };
+    for (const auto& login : logins) {
+        const Error error = ErrorOf([&] { other.Open(login.connection); });
+        EXPECT_EQ(error.Number(), login.number) << error.Description();
+        EXPECT_EQ(error.SqlState(), login.state);
+        EXPECT_NE(error.Description().find(login.text), std::string::npos) << error.Description();
+        EXPECT_NE(error.Description().front(), '[');
+        EXPECT_FALSE(other.IsOpen());
+    }
+    EXPECT_EQ(ErrorOf([&] { root.Execute("CREATE TABLE test.t (a int) TYPE=MyISAM"); }).Number(), 1064);
+    EXPECT_EQ(ErrorOf([&] { Connection().Execute("SELECT 1"); }).Number(), kObjectClosed);
+}
+
+TEST_F(ConnectionTest, ValuesOfConnectionStringsMayHoldAnything) {
+    EXPECT_EQ(MySQLConnectionString("localhost", "root", "plain"),
+              "DRIVER={MySQL ODBC 3.51 Driver};SERVER=localhost;UID=root;PWD=plain;OPTION=3");
+    EXPECT_EQ(MySQLConnectionString("h", "u", "", "glogin"),
+              "DRIVER={MySQL ODBC 3.51 Driver};SERVER=h;UID=u;PWD=;DATABASE=glogin;OPTION=3");
+    root.Execute("CREATE DATABASE glogin");
+    for (const char* password : {"a;b", "{a", "a=b", "x'\"\\", "k\xF6nig", "a}b;c"}) {
+        const std::string escaped = common::ReplaceAll(common::ReplaceAll(password, "\\", "\\\\"), "'", "''");
+        root.Execute("GRANT ALL ON glogin.* TO friend@localhost IDENTIFIED BY '" + escaped + "'");
+        Connection other;
+        EXPECT_NO_THROW(other.Open(MySQLConnectionString("localhost", "friend", password, "glogin")))
+            << password;
+        EXPECT_EQ(Rows(other, "SELECT DATABASE()"), std::vector<std::string>{"glogin"});
+    }
+}
+
+TEST_F(ConnectionTest, LogsInWithoutUserAndOutlivesARestart) {
+    Connection anonymous;
+    anonymous.Open("DRIVER={MySQL ODBC 3.51 Driver};SERVER=localhost;OPTION=3");
+    EXPECT_EQ(Rows(anonymous, "SELECT VERSION();").size(), 1u);
+    {
+        support::ServerDown down;
+        const Error error = ErrorOf([&] { anonymous.Execute("SELECT 1"); });
+        EXPECT_TRUE(error.ConnectionLost()) << error.Number();
+        EXPECT_TRUE(ErrorOf([&] { anonymous.Revive(); }).ConnectionLost());
+    }
+    anonymous.Revive();
+    EXPECT_EQ(anonymous.Execute("SELECT 1"), 1);
+}
+
+} // namespace

@@ -1,0 +1,275 @@
+#include "database/Recordset.h"
+
+#include "support/Database.h"
+#include "support/Wait.h"
+
+#include <thread>
+
+namespace {
+
+using namespace database;
+using support::Rows;
+using Lines = std::vector<std::string>;
+
+constexpr const char* kAll = "SELECT * FROM glogin.account";
+
+class RecordsetTest : public support::DatabaseTest {
+protected:
+    void SetUp() override {
+        DatabaseTest::SetUp();
+        root.Execute("CREATE DATABASE glogin");
+        root.Execute(
+            "CREATE TABLE glogin.account (AID int unsigned NOT NULL auto_increment PRIMARY KEY, Name "
+            "varchar(24) NOT NULL default 'nobody', Note blob, Points int) ENGINE=MyISAM");
+        root.Execute(
+            "INSERT INTO glogin.account VALUES (1,'ann','n',10),(2,'bob',NULL,20),(3,'cid','',NULL)");
+        set.Open(root, kAll);
+    }
+
+    /// What another client sees.
+    Lines Stored(const std::string& what = "AID, Name, Note, Points", const std::string& table = "account") {
+        return Rows(remoteEye_, "SELECT " + what + " FROM glogin." + table + " ORDER BY 1");
+    }
+
+    /// Makes the row whose first field is `key` current.
+    void Find(Recordset& in, std::int64_t key) {
+        for (in.MoveFirst(); !in.Eof(); in.MoveNext()) {
+            if (in.Field(0) == Value(key))
+                return;
+        }
+        FAIL() << "no row " << key;
+    }
+
+    long ErrorOf(const auto& operation) {
+        try {
+            operation();
+        } catch (const RuntimeError& error) {
+            return error.Number();
+        }
+        return 0;
+    }
+
+    Recordset set;
+
+private:
+    struct Eye : Connection {
+        Eye() { Open(support::RootConnection()); }
+    } remoteEye_;
+};
+
+TEST_F(RecordsetTest, MovesBetweenItsEndsAndBackToBookmarks) {
+    EXPECT_EQ(set.RecordCount(), 3u);
+    EXPECT_EQ(set.FieldCount(), 4u);
+    EXPECT_EQ(set.FieldName(2), "Note");
+    EXPECT_EQ(set.Field("name"), Value("ann"));
+    EXPECT_EQ(set.Field("Note"), Value(Bytes{"n"}));
+    const auto first = set.Bookmark();
+    set.MovePrevious();
+    EXPECT_TRUE(set.Bof());
+    EXPECT_EQ(ErrorOf([&] { set.MovePrevious(); }), kNoCurrentRecord);
+    EXPECT_EQ(ErrorOf([&] { set.Field(0); }), kNoCurrentRecord);
+    set.MoveLast();
+    EXPECT_TRUE(set.Field("Points").IsNull());
+    set.MoveNext();
+    EXPECT_TRUE(set.Eof() && !set.Bof());
+    EXPECT_EQ(ErrorOf([&] { set.MoveNext(); }), kNoCurrentRecord);
+    set.Bookmark(first);
+    EXPECT_EQ(set.Field(0), Value(1));
+    EXPECT_EQ(ErrorOf([&] { set.Field("Nix"); }), kItemNotFound);
+
+    root.Execute("DELETE FROM glogin.account");
+    set.Requery();
+    EXPECT_TRUE(set.Bof() && set.Eof() && set.RecordCount() == 0);
+    EXPECT_EQ(ErrorOf([&] { set.MoveFirst(); }), kNoCurrentRecord);
+    set.Close();
+    EXPECT_EQ(ErrorOf([&] { set.RecordCount(); }), kObjectClosed);
+    EXPECT_EQ(ErrorOf([&] { set.Open(root, "SELECT * FROM glogin.nix"); }), 1146);
+    EXPECT_FALSE(set.IsOpen());
+}
+
+TEST_F(RecordsetTest, ChangesAreKeptUntilTheBatchAndLostWithoutIt) {
+    const Lines before = Stored();
+    const auto change = [this] {
+        Find(set, 2);
+        set.Field("Name", "b'o\\b\"%");
+        set.Field("Note", Bytes{std::string("\0'\\\xFF", 4)});
+        set.Update();
+        Find(set, 1);
+        set.Delete();
+        EXPECT_EQ(ErrorOf([&] { set.Field(0); }), kNoCurrentRecord);
+        set.AddNew();
+        set.Field("AID", std::int64_t{4294967295});
+        set.Field("Name", "max");
+        // A move takes an edit over as Update does.
+        set.MoveFirst();
+        EXPECT_EQ(set.Field("Name"), Value("b'o\\b\"%"));
+        set.MoveLast();
+        EXPECT_EQ(set.Field("AID"), Value(std::int64_t{4294967295}));
+        set.Field("Points", 7);
+        set.CancelUpdate();
+        EXPECT_EQ(set.RecordCount(), 3u);
+        EXPECT_EQ(set.PendingChanges(), 3u);
+    };
+    change();
+    EXPECT_EQ(Stored(), before);
+    set.Requery();
+    EXPECT_EQ(set.Field("Name"), Value("ann"));
+    EXPECT_EQ(set.PendingChanges(), 0u);
+
+    change();
+    set.UpdateBatch();
+    EXPECT_EQ(Stored("AID, Name, HEX(Note), Points"),
+              (Lines{"2|b'o\\b\"%|00275CFF|20", "3|cid||NULL", "4294967295|max|NULL|NULL"}));
+    // What was sent is the new original.
+    Find(set, 2);
+    set.Field("Name", "bea");
+    set.UpdateBatch();
+    EXPECT_EQ(Stored("AID, Name")[0], "2|bea");
+}
+
+TEST_F(RecordsetTest, ChangesAreSentInTheOrderTheyWereMade) {
+    // Two rows swap their keys by way of a third number; a row takes the key of one that was deleted.
+    for (const auto& [from, to] : {std::pair{1, 99}, {2, 1}, {99, 2}}) {
+        Find(set, from);
+        set.Field(0, to);
+        set.Update();
+    }
+    Find(set, 3);
+    set.Delete();
+    for (const int key : {3, 4, 5}) {
+        set.AddNew();
+        set.Field("AID", key);
+        set.Field("Name", "new");
+        set.Update();
+    }
+    set.Delete();
+    set.AddNew();
+    set.Field("Name", "numbered");
+    set.Update();
+    set.UpdateBatch();
+    EXPECT_EQ(set.Field("AID"), Value(100));
+    // The default that the server filled in does not stand against a change of the new row.
+    set.Field("Points", 5);
+    set.Field("Name", "renamed");
+    set.Delete();
+    set.AddNew();
+    set.UpdateBatch();
+    set.Field("Name", "late");
+    set.UpdateBatch();
+    EXPECT_EQ(Stored("AID, Name"), (Lines{"1|bob", "2|ann", "3|new", "4|new", "101|late"}));
+}
+
+TEST_F(RecordsetTest, WhatSomebodyElseDidIsReportedAndNotOverwritten) {
+    Recordset other;
+    Connection second;
+    second.Open(support::RootConnection());
+    other.Open(second, kAll);
+    other.Delete();
+    Find(other, 2);
+    other.Field("Name", "theirs");
+    Find(other, 3);
+    other.Field("Points", 1);
+    other.UpdateBatch();
+
+    set.Field("Name", "gone");
+    Find(set, 2);
+    set.Field("Name", "mine");
+    Find(set, 3);
+    set.Field("Name", "kept");
+    set.AddNew();
+    set.Field("AID", 3);
+    set.Update();
+    EXPECT_EQ(ErrorOf([&] { set.UpdateBatch(); }), kRowChanged);
+    EXPECT_EQ(Stored("AID, Name, Points"), (Lines{"2|theirs|20", "3|kept|1"}));
+    EXPECT_EQ(set.PendingChanges(), 3u);
+    // Once the obstacles are gone, the same batch goes through.
+    root.Execute("UPDATE glogin.account SET Name='bob' WHERE AID=2");
+    root.Execute("DELETE FROM glogin.account WHERE AID=3");
+    root.Execute("INSERT INTO glogin.account VALUES (1,'ann','n',10)");
+    set.UpdateBatch();
+    EXPECT_EQ(Stored("AID, Name"), (Lines{"1|gone", "2|mine", "3|nobody"}));
+    Find(set, 1);
+    set.Delete();
+    root.Execute("DELETE FROM glogin.account");
+    EXPECT_EQ(ErrorOf([&] { set.UpdateBatch(); }), kRowChanged);
+}
+
+TEST_F(RecordsetTest, RowsWithoutAKeyAreAddressedByAllTheyHeld) {
+    root.Execute("CREATE TABLE glogin.free (a int, r float, d datetime, t varchar(9), b blob)");
+    root.Execute("INSERT INTO glogin.free VALUES (1,0.1,'2004-01-02 03:04:05','x',''),(1,0.1,'2004-01-02 "
+                 "03:04:05','x',''),(1,NULL,NULL,NULL,NULL)");
+    Recordset free;
+    free.Open(root, "SELECT * FROM glogin.free");
+    free.Field("a", 2);
+    free.MoveLast();
+    free.Field("r", 0.5);
+    free.MoveFirst();
+    free.MoveNext();
+    free.Delete();
+    free.UpdateBatch();
+    EXPECT_EQ(Stored("a, r, t", "free"), (Lines{"1|0.5|NULL", "2|0.10000000149011612|x"}));
+
+    free.Open(root, "SELECT a, COUNT(*) FROM glogin.free GROUP BY a");
+    free.Field("a", 3);
+    EXPECT_EQ(ErrorOf([&] { free.UpdateBatch(); }), kReadOnly);
+}
+
+TEST_F(RecordsetTest, RowsThatTheServerRefusesStayAndTheOthersArrive) {
+    for (int key = 1; key <= 2500; ++key) {
+        set.AddNew();
+        set.Field("AID", key + 2);
+        set.Field("Name", key == 1234 ? "a name that is longer than 24" : "row");
+        set.Field("Note", Bytes{std::string(static_cast<std::size_t>(key), 'x')});
+        set.Update();
+    }
+    // Key 3 is taken.
+    EXPECT_EQ(ErrorOf([&] { set.UpdateBatch(); }), 1062);
+    EXPECT_EQ(set.PendingChanges(), 2u);
+    EXPECT_EQ(Stored("COUNT(*), SUM(AID), SUM(LENGTH(Note))"), (Lines{"2501|3130017|3125016"}));
+}
+
+TEST_F(RecordsetTest, AServerKilledInTheMiddleOfABatchLosesNothing) {
+    // The trigger holds the batch up at row 50 until the server is dead.
+    root.Execute("CREATE TRIGGER glogin.hold BEFORE INSERT ON glogin.account FOR EACH ROW "
+                 "IF NEW.AID = 50 THEN SET NEW.Points = SLEEP(60); END IF");
+    Find(set, 2);
+    set.Delete();
+    for (int key = 10; key <= 100; ++key) {
+        set.AddNew();
+        set.Field("AID", key);
+        set.Field("Name", "row");
+        set.Update();
+    }
+    Find(set, 1);
+    set.Field("Name", "last");
+    set.Update();
+    {
+        std::unique_ptr<support::ServerDown> down;
+        std::thread killer([&] {
+            // Its own login: the batch's is busy.
+            Connection watch;
+            watch.Open(support::RootConnection());
+            support::WaitUntil([&] {
+                return Rows(watch, "SELECT COUNT(*) FROM information_schema.processlist WHERE State = 'User "
+                                   "sleep'")[0] == "1";
+            });
+            watch.Close();
+            down = std::make_unique<support::ServerDown>();
+        });
+        EXPECT_NE(ErrorOf([&] { set.UpdateBatch(); }), 0);
+        killer.join();
+        EXPECT_EQ(set.PendingChanges(), 92u);
+        EXPECT_EQ(ErrorOf([&] { set.UpdateBatch(); }), 2002);
+        EXPECT_EQ(set.PendingChanges(), 92u);
+    }
+    Connection repair;
+    repair.Open(support::RootConnection());
+    repair.Execute("DROP TRIGGER glogin.hold");
+    set.UpdateBatch();
+    EXPECT_EQ(set.PendingChanges(), 0u);
+    EXPECT_EQ(Rows(repair, "SELECT COUNT(*), SUM(AID), MIN(Name) FROM glogin.account"),
+              (Lines{"93|5009|cid"}));
+    EXPECT_EQ(Rows(repair, "SELECT Name FROM glogin.account WHERE AID IN (1, 50)"), (Lines{"last", "row"}));
+}
+
+} // namespace

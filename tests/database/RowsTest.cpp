@@ -1,0 +1,129 @@
+#include "database/BulkInserter.h"
+#include "database/Odbc.h"
+#include "support/Database.h"
+
+namespace {
+
+using namespace database;
+using support::Rows;
+
+class RowsTest : public support::DatabaseTest {
+protected:
+    void SetUp() override {
+        DatabaseTest::SetUp();
+        root.Execute("CREATE DATABASE glogin");
+        root.Execute("USE glogin;");
+        root.Execute("FLUSH TABLES;");
+    }
+};
+
+std::string AllBytes() {
+    std::string bytes;
+    for (int i = 0; i < 256; ++i)
+        bytes.push_back(static_cast<char>(i));
+    return bytes;
+}
+
+TEST_F(RowsTest, EveryTypeArrivesAsItsValue) {
+    const struct {
+        const char* type;
+        const char* literal;
+        Value value;
+    } cases[] = {
+        {"int(6) unsigned", "4294967295", std::int64_t{4294967295}},
+        {"int(6) unsigned", "0", 0},
+        {"int(6)", "-2147483648", -2147483647 - 1},
+        {"tinyint", "-128", -128},
+        {"tinyint unsigned", "255", 255},
+        {"smallint unsigned", "65535", 65535},
+        {"mediumint", "-8388608", -8388608},
+        {"bigint", "-9223372036854775808", std::numeric_limits<std::int64_t>::min()},
+        {"bigint unsigned", "18446744073709551615", "18446744073709551615"},
+        {"year", "2004", 2004},
+        {"bit(1)", "1", 1},
+        {"decimal(30,10)", "12345678901234567890.0123456789", "12345678901234567890.0123456789"},
+        {"float", "0.1", double{0.1F}},
+        {"double", "0.1", 0.1},
+        {"double", "1.7976931348623157e308", 1.7976931348623157e308},
+        {"date", "'2004-02-29'", "2004-02-29"},
+        {"date", "'0000-00-00'", "0000-00-00"},
+        {"datetime", "'2004-02-29 23:59:58'", "2004-02-29 23:59:58"},
+        {"datetime", "'0000-00-00 00:00:00'", "0000-00-00 00:00:00"},
+        {"datetime(6)", "'2004-02-29 23:59:58.000123'", "2004-02-29 23:59:58.000123"},
+        {"timestamp", "'2004-02-29 23:59:58'", "2004-02-29 23:59:58"},
+        {"time", "'23:59:58'", "23:59:58"},
+        {"time", "'838:59:59'", "838:59:59"},
+        {"time", "'-01:02:03'", "-01:02:03"},
+        {"char(4)", "'ab'", "ab"},
+        {"varchar(24)", "''", ""},
+        {"varchar(24)", "0x4BF66E6967E420274F225C25", "K\xF6nig\xE4 'O\"\\%"},
+        {"varchar(3) charset utf8mb4", "0xE282ACE282ACE282AC", "\x80\x80\x80"},
+        {"enum('a','b')", "'b'", "b"},
+        {"set('a','b')", "'a,b'", "a,b"},
+        {"text", "REPEAT('x', 65535)", std::string(65535, 'x')},
+        {"longtext", "REPEAT('y', 200001)", std::string(200001, 'y')},
+        {"mediumblob", "REPEAT(0x00FF, 150000)", Bytes{[] {
+             std::string bytes;
+             for (int i = 0; i < 150000; ++i)
+                 bytes += std::string("\0\xFF", 2);
+             return bytes;
+         }()}},
+        {"binary(3)", "0x00FF00", Bytes{std::string("\0\xFF\0", 3)}},
+        {"blob", "''", Bytes{}},
+        {"varchar(24)", "NULL", {}},
+        {"blob", "NULL", {}},
+        {"longblob", "NULL", {}},
+        {"int(6)", "NULL", {}},
+        {"datetime", "NULL", {}},
+    };
+    root.Execute("SET sql_mode=''");
+    for (const auto& c : cases) {
+        SCOPED_TRACE(std::string(c.type) + " " + c.literal);
+        root.Execute("DROP TABLE IF EXISTS t, copy");
+        root.Execute("CREATE TABLE t (v " + std::string(c.type) + " NULL)");
+        root.Execute("CREATE TABLE copy LIKE t");
+        // Two rows: what is fetched and sent in arrays must stand at its place in them.
+        root.Execute("INSERT INTO t VALUES (" + std::string(c.literal) + "),(" + c.literal + ")");
+        RowReader reader(root, "SELECT * FROM t");
+        RowStore rows(1);
+        while (reader.Read(rows) > 0) {
+        }
+        ASSERT_EQ(rows.Rows(), 2u);
+        for (std::size_t row = 0; row < 2; ++row) {
+            const Value value = rows.At(row, 0).ToValue();
+            EXPECT_TRUE(value == c.value) << value.Get().index() << ' ' << value.AsText().substr(0, 100);
+        }
+        BulkInserter(root, "copy", {"v"}).Insert(rows);
+        const auto sums = Rows(root, "CHECKSUM TABLE t, copy");
+        EXPECT_EQ(sums.at(0).substr(9), sums.at(1).substr(12));
+    }
+}
+
+TEST_F(RowsTest, BlocksReachAnotherServerByEveryWayOfSending) {
+    root.Execute(
+        "CREATE TABLE t (id int unsigned NOT NULL PRIMARY KEY, name varchar(24), data blob, r double)");
+    remote.Execute("CREATE DATABASE bk");
+    remote.Execute(
+        "CREATE TABLE bk.t (id int unsigned NOT NULL PRIMARY KEY, name varchar(24), data blob, r double)");
+    // Lengths from none to the longest, so that blocks and arrays are cut at odd places.
+    RowReader bytes(root,
+                    "INSERT INTO t SELECT seq * 7158278, IF(seq % 7 = 0, NULL, CONCAT('na''me', seq)), "
+                    "IF(seq % 5 = 0, NULL, REPEAT(?, (seq % 256))), seq / 3 FROM seq_0_to_599",
+                    {Bytes{AllBytes()}});
+    const auto source = Rows(root, "CHECKSUM TABLE glogin.t");
+    for (const bool arrays : {true, false}) {
+        remote.Execute("DELETE FROM bk.t");
+        EXPECT_TRUE(remote.Session()->ParameterArrays());
+        if (!arrays)
+            remote.Session()->DeclineParameterArrays();
+        RowReader reader(root, "SELECT * FROM t");
+        BulkInserter inserter(remote, "bk.t", {"id", "name", "data", "r"});
+        RowStore block(4);
+        for (; reader.Read(block) > 0; block.Clear())
+            inserter.Insert(block);
+        EXPECT_EQ(inserter.Sent(), 600u);
+        EXPECT_EQ(Rows(remote, "CHECKSUM TABLE bk.t")[0].substr(4), source[0].substr(8));
+    }
+}
+
+} // namespace

@@ -1,0 +1,91 @@
+#include "support/Database.h"
+
+#include "common/Files.h"
+#include "common/Text.h"
+#include "support/TempFolder.h"
+#include "support/Wait.h"
+
+#include <windows.h>
+
+#include <cstdlib>
+#include <stdexcept>
+
+namespace support {
+
+namespace {
+
+std::string ServerFolder(const std::string& host) {
+    const char* servers = std::getenv("KTOOLS_MARIADB");
+    if (!servers)
+        throw std::runtime_error("no servers: run this by scripts/mariadb.sh run");
+    const std::string address = host == kLocalServer ? "127.0.0.1" : host;
+    return "Z:" + common::ReplaceAll(servers, "/", "\\") + "\\" + address;
+}
+
+bool Answers(const std::string& host) {
+    try {
+        database::Connection().Open(RootConnection(host));
+        return true;
+    } catch (const database::Error&) {
+        return false;
+    }
+}
+
+void Clean(database::Connection& connection) {
+    for (const std::string& name : Rows(connection, "SHOW DATABASES")) {
+        if (name != "mysql" && name != "sys" && !name.ends_with("_schema"))
+            connection.Execute("DROP DATABASE " + database::Quoted(name));
+    }
+    for (const std::string& user :
+         Rows(connection, "SELECT CONCAT('`', User, '`@`', Host, '`') FROM mysql.user "
+                          "WHERE User NOT IN ('root', '', 'mariadb.sys')"))
+        connection.Execute("DROP USER " + user);
+}
+
+} // namespace
+
+std::string RootConnection(const std::string& host, const std::string& database) {
+    return database::MySQLConnectionString(host, "root", "", database);
+}
+
+std::string DataFolder(const std::string& host) {
+    return ServerFolder(host) + "\\data";
+}
+
+std::vector<std::string> Rows(database::Connection& connection, const std::string& sql) {
+    database::RowReader reader(connection, sql);
+    const std::size_t columns = reader.Columns().size();
+    database::RowStore store(columns);
+    while (reader.Read(store) > 0) {
+    }
+    std::vector<std::string> rows(store.Rows());
+    for (std::size_t row = 0; row < rows.size(); ++row) {
+        for (std::size_t column = 0; column < columns; ++column) {
+            const database::Value value = store.At(row, column).ToValue();
+            rows[row] += (column == 0 ? "" : "|") + (value.IsNull() ? "NULL" : value.AsText());
+        }
+    }
+    return rows;
+}
+
+ServerDown::ServerDown(const std::string& host) : folder_(ServerFolder(host)), host_(host) {
+    WriteFile(folder_ + "\\hold", "");
+    WriteFile(folder_ + "\\kill", "");
+    // The killer removes its order when it is done.
+    if (!WaitUntil([this] { return !common::FileExists(folder_ + "\\kill"); }))
+        throw std::runtime_error("the server was not killed");
+}
+
+ServerDown::~ServerDown() {
+    DeleteFileA((folder_ + "\\hold").c_str());
+    WaitUntil([this] { return Answers(host_); });
+}
+
+void DatabaseTest::SetUp() {
+    root.Open(RootConnection());
+    remote.Open(RootConnection(kRemoteServer));
+    Clean(root);
+    Clean(remote);
+}
+
+} // namespace support

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "database/Error.h"
+#include "database/Recordset.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+/// The private servers that scripts/mariadb.sh runs.
+namespace support {
+
+inline constexpr const char* kLocalServer = "localhost";
+inline constexpr const char* kRemoteServer = "127.0.0.2";
+
+/// Connection string of the administrator.
+std::string RootConnection(const std::string& host = kLocalServer, const std::string& database = {});
+
+/// The folder of a server's table files, for Windows programs, without a trailing backslash.
+std::string DataFolder(const std::string& host = kLocalServer);
+
+/// All rows of a query, the fields of a row joined by "|", null as "NULL".
+std::vector<std::string> Rows(database::Connection& connection, const std::string& sql);
+
+/// Kills the server as a power cut would, and keeps it down as long as the object lives.
+class ServerDown {
+public:
+    explicit ServerDown(const std::string& host = kLocalServer);
+    ~ServerDown();
+    ServerDown(const ServerDown&) = delete;
+    ServerDown& operator=(const ServerDown&) = delete;
+
+private:
+    std::string folder_;
+    std::string host_;
+};
+
+/// Starts each test on servers that hold no database and no login but their own, logged in as administrator.
+class DatabaseTest : public testing::Test {
+protected:
+    void SetUp() override;
+
+    database::Connection root;
+    database::Connection remote;
+};
+
+} // namespace support
