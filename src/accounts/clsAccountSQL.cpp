@@ -93,13 +93,12 @@ std::int16_t clsAccountSQL::RefreshAccountSQL() {
 
 std::int16_t clsAccountSQL::UpdateAccountSQL() {
     return Run(std::int16_t{0}, [this](std::int16_t& done) {
-        try {
-            recordset_.UpdateBatch();
-        } catch (const RuntimeError&) {
-            IndexNewNumbers();
-            throw;
-        }
-        IndexNewNumbers();
+        // Some may have been sent before one that failed.
+        struct Index {
+            clsAccountSQL& store;
+            ~Index() { store.IndexNewNumbers(); }
+        } index{*this};
+        recordset_.UpdateBatch();
         done = 1;
     });
 }
@@ -107,14 +106,15 @@ std::int16_t clsAccountSQL::UpdateAccountSQL() {
 void clsAccountSQL::IndexNewNumbers() {
     if (unnumbered_.empty())
         return;
-    const std::size_t bookmark = recordset_.Bookmark();
+    const auto bookmark = OnRecord() ? std::optional(recordset_.Bookmark()) : std::nullopt;
     std::erase_if(unnumbered_, [this](std::size_t row) {
         recordset_.Bookmark(row);
         const accounts::AccountKey key = CurrentKey();
         index_.Insert(row, key);
         return key.id.has_value();
     });
-    recordset_.Bookmark(bookmark);
+    if (bookmark)
+        recordset_.Bookmark(*bookmark);
 }
 
 // ---- The current account
