@@ -28,9 +28,12 @@ template <class Read> auto NumberIn(std::string_view text, Read read) -> std::op
 
 /// Raises the file error now that rewriting would meet half-way, when the backup has been replaced already.
 void CheckReplaceable(const std::string& path) {
-    const HANDLE file =
-        CreateFileA(path.c_str(), GENERIC_WRITE | DELETE,
-                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING, 0, nullptr);
+    // An administrator may be let in, and the rewrite still refuses.
+    if (GetFileAttributesA(path.c_str()) & FILE_ATTRIBUTE_READONLY)
+        common::RaiseFileError(ERROR_ACCESS_DENIED, path);
+    const HANDLE file = CreateFileA(path.c_str(), GENERIC_WRITE | DELETE,
+                                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                    OPEN_EXISTING, 0, nullptr);
     if (file == INVALID_HANDLE_VALUE)
         common::RaiseFileError(GetLastError(), path);
     CloseHandle(file);
@@ -118,7 +121,8 @@ void GMTable::Save(const std::string& path) {
         const std::string old = common::ReadFileText(path);
         if (loadFailed_ && !old.empty())
             throw RuntimeError(common::kPathFileAccess,
-                               "The file could not be loaded, so writing it would lose what it holds: " + path);
+                               "The file could not be loaded, so writing it would lose what it holds: " +
+                                   path);
         CheckReplaceable(path);
         common::ReplaceFileText(
             path.substr(0, path.size() - std::min(path.size(), kBackupEnding.size())).append(kBackupEnding),

@@ -17,9 +17,9 @@ inline constexpr std::int16_t kLeaveAsItIs = 2;
 
 /// The game masters and what each may do, as the zone server reads it from its privilege file.
 ///
-/// Nothing that an operator wrote into the file by hand is lost: a line without an account number at its start
-/// is carried along where it stands, and a line with missing or unreadable flags is the row of its account
-/// with those flags read as 0, written back as it was until a flag of it is changed.
+/// Nothing that an operator wrote into the file by hand is lost: a line without an account number at its
+/// start is carried along where it stands, and a line with missing or unreadable flags is the row of its
+/// account with those flags read as 0, written back as it was until a flag of it is changed.
 class GMTable {
 public:
     /// Reads the file; its first line is a header whatever it holds. Raises the file error, 62 for a file

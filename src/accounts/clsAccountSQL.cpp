@@ -139,9 +139,8 @@ accounts::AccountKey clsAccountSQL::CurrentKey() const {
 }
 
 std::int32_t clsAccountSQL::NumOfAccounts() {
-    return Run(std::int32_t{0}, [this](std::int32_t& count) {
-        count = static_cast<std::int32_t>(recordset_.RecordCount());
-    });
+    return Run(std::int32_t{0},
+               [this](std::int32_t& count) { count = static_cast<std::int32_t>(recordset_.RecordCount()); });
 }
 
 std::string clsAccountSQL::CurrentName() {
@@ -250,9 +249,8 @@ bool clsAccountSQL::CheckAccountName(const std::string& accountName) {
 }
 
 bool clsAccountSQL::CheckAccountID(std::int32_t accountID) {
-    return Run(false, [&](bool& isFree) {
-        isFree = recordset_.RecordCount() == 0 || !index_.HasId(accountID);
-    });
+    return Run(false,
+               [&](bool& isFree) { isFree = recordset_.RecordCount() == 0 || !index_.HasId(accountID); });
 }
 
 std::int32_t clsAccountSQL::GetUniqueAccountID() {

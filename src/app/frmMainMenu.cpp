@@ -30,9 +30,6 @@ void frmMainMenu::Form_Load() {
     cmdServerControl.Enabled(false);
     mnuServerControl.Enabled(false);
 
-    cmdAccountEditor.Enabled(false);
-    mnuAccountEditor.Enabled(false);
-
     mnuSetUpMySQL.Enabled(false);
 }
 
@@ -98,7 +95,9 @@ void frmMainMenu::cmdServerConfig_Click() {}
 
 void frmMainMenu::cmdServerControl_Click() {}
 
-void frmMainMenu::cmdAccountEditor_Click() {}
+void frmMainMenu::cmdAccountEditor_Click() {
+    accountEditor_.Get().Show(this);
+}
 
 void frmMainMenu::mnuSetUpMySQL_Click() {}
 

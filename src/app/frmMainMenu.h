@@ -1,5 +1,6 @@
 #pragma once
 
+#include "accounts/frmAccountEditor.h"
 #include "app/frmMainMenu.ids.h"
 #include "app/ServerMenu.h"
 #include "gui/Control.h"
@@ -127,4 +128,5 @@ private:
     bool inTray_ = false;
     clsINI kTools_;
     ServerMenu servers_{*this, kTools_};
+    gui::FormSlot<frmAccountEditor> accountEditor_;
 };
