@@ -311,6 +311,7 @@ void Console::Run(Command command, int number) {
         break;
     case Command::Crash:
         Crash();
+        break;
     case Command::Broadcast:
         Broadcast();
         break;

@@ -1,8 +1,6 @@
 #include "Console.h"
-#include "Trouble.h"
 
 int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR, int showCommand) {
-    standin::DieQuietly();
     const bool quiet = GetEnvironmentVariableA(standin::kQuietVariable, nullptr, 0) > 0;
     const standin::Console console(instance, showCommand, quiet);
     MSG message;

@@ -12,9 +12,6 @@ void RaiseDialogs(HWND owner, Command kind, int count);
 bool DialogIsOpen();
 
 /// Ends the program as a fault would.
-[[noreturn]] void Crash();
-
-/// A fault ends the program without the system's own crash dialog.
-void DieQuietly();
+void Crash();
 
 } // namespace standin

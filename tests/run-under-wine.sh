@@ -6,6 +6,8 @@
 set -u
 program=$1
 shift
+# A desktop without a program would stay open for ever.
+[[ -f $program ]] || { echo "$program has not been built" >&2; exit 1; }
 windows_path() { printf 'Z:%s' "${1//\//\\}"; }
 
 log=$(mktemp)

@@ -8,6 +8,9 @@ namespace common {
 
 namespace {
 
+// Deleting included, or a second copy of the tool that reads a file would keep this one from replacing it.
+constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+
 using FindHandle = Handle<HANDLE, FindClose>;
 
 FileHandle Open(const std::string& path, DWORD access, DWORD share, DWORD disposition) {
@@ -25,6 +28,21 @@ void Write(HANDLE file, std::string_view text, const std::string& path) {
         if (!WriteFile(file, part.data(), static_cast<DWORD>(part.size()), &written, nullptr))
             RaiseFileError(GetLastError(), path);
         text.remove_prefix(written);
+    }
+}
+
+/// False when the file cannot be moved; GetLastError tells why.
+bool MoveOver(const std::string& from, const std::string& to) {
+    // Virus scanners and indexers hold a fresh file for a moment, and their moment must not fail a save.
+    constexpr int kAttempts = 5;
+    constexpr DWORD kPause = 20;
+    for (int attempt = 1;; ++attempt) {
+        if (MoveFileExA(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING))
+            return true;
+        const DWORD code = GetLastError();
+        if (attempt == kAttempts || (code != ERROR_SHARING_VIOLATION && code != ERROR_ACCESS_DENIED))
+            return false;
+        Sleep(kPause);
     }
 }
 
@@ -67,7 +85,7 @@ void MakeFolder(const std::string& path) {
 }
 
 std::string ReadFileText(const std::string& path) {
-    const FileHandle file = Open(path, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, OPEN_EXISTING);
+    const FileHandle file = Open(path, GENERIC_READ, kShareAll, OPEN_EXISTING);
     LARGE_INTEGER size;
     if (!GetFileSizeEx(file.get(), &size))
         RaiseFileError(GetLastError(), path);
@@ -103,7 +121,7 @@ void ReplaceFileText(const std::string& path, std::string_view text) {
         DeleteFileA(fresh.c_str());
         throw;
     }
-    if (!MoveFileExA(fresh.c_str(), path.c_str(), MOVEFILE_REPLACE_EXISTING)) {
+    if (!MoveOver(fresh, path)) {
         const DWORD code = GetLastError();
         DeleteFileA(fresh.c_str());
         RaiseFileError(code, path);
@@ -111,7 +129,7 @@ void ReplaceFileText(const std::string& path, std::string_view text) {
 }
 
 void AppendFileText(const std::string& path, std::string_view text) {
-    const FileHandle file = Open(path, FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE, OPEN_ALWAYS);
+    const FileHandle file = Open(path, FILE_APPEND_DATA, kShareAll, OPEN_ALWAYS);
     Write(file.get(), text, path);
 }
 

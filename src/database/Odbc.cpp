@@ -76,6 +76,22 @@ bool Session::WideText() {
     return *wideText_;
 }
 
+bool Session::Utf8Results() {
+    if (!utf8Results_) {
+        utf8Results_ = false;
+        common::Handle<SQLHANDLE, FreeStatement> asked(
+            Allocate(SQL_HANDLE_STMT, SQL_HANDLE_DBC, connection_.get()));
+        std::wstring sql = L"SELECT @@character_set_results";
+        char name[64] = {};
+        SQLLEN length = 0;
+        if (SQL_SUCCEEDED(SQLExecDirectW(asked.get(), sql.data(), SQL_NTS)) &&
+            SQL_SUCCEEDED(SQLFetch(asked.get())) &&
+            SQL_SUCCEEDED(SQLGetData(asked.get(), 1, SQL_C_CHAR, name, sizeof name, &length)))
+            utf8Results_ = WideText() && std::string_view(name).starts_with("utf8");
+    }
+    return *utf8Results_;
+}
+
 bool Session::ParameterArrays() {
     if (!parameterArrays_) {
         common::Handle<SQLHANDLE, FreeStatement> probe(

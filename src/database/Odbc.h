@@ -39,6 +39,8 @@ public:
     /// True when the driver speaks UTF-16. The others (MySQL ODBC 3.51 and older) hand through the bytes of
     /// the server's connection character set, which is the ANSI code page's in a usual installation.
     bool WideText();
+    /// True when text reaches this side in UTF-8 if asked for as bytes.
+    bool Utf8Results();
     /// False when the driver sends one set of parameters for each execution only.
     bool ParameterArrays();
     void DeclineParameterArrays() { parameterArrays_ = false; }
@@ -49,6 +51,7 @@ private:
     common::Handle<SQLHANDLE, FreeEnvironment> environment_;
     common::Handle<SQLHANDLE, FreeConnection> connection_;
     std::optional<bool> wideText_;
+    std::optional<bool> utf8Results_;
     std::optional<bool> parameterArrays_;
     std::optional<std::size_t> packetSize_;
 };

@@ -22,6 +22,12 @@ Cell::Kind CommonKind(const std::vector<Cell>& cells) {
     return kind;
 }
 
+bool IsAscii(const Cell& cell) {
+    return !cell.HasCharacters() || std::ranges::all_of(cell.Characters(), [](char letter) {
+        return static_cast<unsigned char>(letter) < 0x80;
+    });
+}
+
 /// Writes the text in UTF-16 and returns its length in bytes. `place` has two bytes for each of its bytes.
 std::size_t WriteWide(std::string_view text, char* place) {
     auto* wide = reinterpret_cast<wchar_t*>(place);
@@ -79,6 +85,8 @@ void Parameters::FillColumn(ColumnData& column, bool wideText, std::size_t rows,
         column.sqlType = isLong ? SQL_LONGVARBINARY : SQL_VARBINARY;
         break;
     default:
+        // Plain ASCII is the same in every character set, and drivers convert nothing on its way.
+        wideText = wideText && !std::ranges::all_of(cells, IsAscii);
         column.cType = wideText ? SQL_C_WCHAR : SQL_C_CHAR;
         column.sqlType =
             wideText ? (isLong ? SQL_WLONGVARCHAR : SQL_WVARCHAR) : (isLong ? SQL_LONGVARCHAR : SQL_VARCHAR);

@@ -2,6 +2,8 @@
 
 #include "common/Text.h"
 
+#include <windows.h>
+
 #include <algorithm>
 #include <cstring>
 
@@ -70,22 +72,28 @@ void RowStore::Append(Cell cell) {
 }
 
 void RowStore::AppendWide(std::wstring_view text) {
+    const std::string narrow = common::ToNarrow(text);
     Cell cell;
     cell.kind = Cell::Kind::Text;
-    // Nearly all text is plain ASCII, for which a call of the system's conversion costs far more than the
-    // conversion.
-    if (std::ranges::all_of(text, [](wchar_t letter) { return letter < 0x80; })) {
-        char* place = Reserve(text.size());
-        std::ranges::transform(text, place, [](wchar_t letter) { return static_cast<char>(letter); });
-        cell.characters = place;
-        cell.length = static_cast<std::uint32_t>(text.size());
-        cells_.push_back(cell);
-        return;
-    }
-    const std::string narrow = common::ToNarrow(text);
     cell.characters = narrow.data();
     cell.length = static_cast<std::uint32_t>(narrow.size());
     Append(cell);
+}
+
+void RowStore::AppendUtf8(std::string_view text) {
+    // Nearly all text is plain ASCII, which is the same in both and costs no call of the system.
+    if (std::ranges::all_of(text, [](char letter) { return static_cast<unsigned char>(letter) < 0x80; })) {
+        Cell cell;
+        cell.kind = Cell::Kind::Text;
+        cell.characters = text.data();
+        cell.length = static_cast<std::uint32_t>(text.size());
+        Append(cell);
+        return;
+    }
+    std::wstring wide(text.size(), L'\0');
+    wide.resize(static_cast<std::size_t>(MultiByteToWideChar(
+        CP_UTF8, 0, text.data(), static_cast<int>(text.size()), wide.data(), static_cast<int>(wide.size()))));
+    AppendWide(wide);
 }
 
 void RowStore::Clear() {

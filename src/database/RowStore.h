@@ -43,6 +43,8 @@ public:
     void Append(Cell cell);
     /// As above for text in UTF-16, which becomes text of the ANSI code page.
     void AppendWide(std::wstring_view text);
+    /// The same for UTF-8.
+    void AppendUtf8(std::string_view text);
 
     /// No rows, but the memory for as many again.
     void Clear();

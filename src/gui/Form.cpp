@@ -38,6 +38,18 @@ std::string TypeName(const std::type_info& type) {
     return name ? name.get() : type.name();
 }
 
+/// Loads the window classes that dialog templates name, once; they stay to the end of the program.
+void LoadControlClasses() {
+    static const bool loaded = [] {
+        const INITCOMMONCONTROLSEX classes{sizeof classes, ICC_STANDARD_CLASSES | ICC_TAB_CLASSES |
+                                                               ICC_TREEVIEW_CLASSES | ICC_BAR_CLASSES};
+        InitCommonControlsEx(&classes);
+        // The rich-text box.
+        return LoadLibraryA("riched20.dll") != nullptr;
+    }();
+    static_cast<void>(loaded);
+}
+
 UINT TaskbarCreatedMessage() {
     static const UINT message = RegisterWindowMessageA("TaskbarCreated");
     return message;
@@ -83,6 +95,7 @@ void Form::LoadPages() {
 }
 
 void Form::MakeWindow(HWND owner) {
+    LoadControlClasses();
     const HINSTANCE module = GetModuleHandleA(nullptr);
     const HWND window = CreateDialogParamA(module, MAKEINTRESOURCEA(templateId_), owner, Procedure,
                                            reinterpret_cast<LPARAM>(this));

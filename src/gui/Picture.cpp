@@ -9,8 +9,8 @@
 #include <algorithm>
 // GDI+ headers call min and max unqualified.
 namespace Gdiplus {
-using std::max;
-using std::min;
+using std::max; // NOLINT(misc-unused-using-decls)
+using std::min; // NOLINT(misc-unused-using-decls)
 } // namespace Gdiplus
 #include <gdiplus.h>
 

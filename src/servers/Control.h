@@ -24,13 +24,10 @@ std::int16_t Shutdown(Server server);
 std::int16_t Show(Server server);
 std::int16_t Hide(Server server);
 
-/// The value of a setting by its key, "" when there is none: whichever file the caller keeps the priorities
-/// in.
-using SettingReader = std::function<std::string(const std::string& key)>;
-
-/// Start, then SetPriority by the number in the server's priority setting, where it has one. The priority
-/// goes to whatever windows there are at that moment, so a server that has no window yet keeps its own.
-/// Returns Start's status. Raises 6 when the number is out of the 16-bit range, and what `setting` raises.
+/// Start, then SetPriority by the number under the server's priority key, where it has one, in whichever file
+/// the caller keeps the priorities in; a text that is no number counts as 0. The priority goes to whatever
+/// windows there are at that moment, so a server that has no window yet keeps its own. Returns Start's
+/// status. Raises 6 when the number is out of the 16-bit range, and the errors of reading the file.
 std::int16_t StartWithPriority(Server server, const clsINI& priorities);
 
 /// The three servers in turn: login, character, zone.

@@ -27,16 +27,6 @@ Snapshot ModulesOf(DWORD process) {
     return {};
 }
 
-/// `room` is what the system is told of the buffer, its terminator included.
-std::string ReadText(HWND window, int length, int room) {
-    if (length <= 0)
-        return {};
-    std::string text(static_cast<std::size_t>(length) + 1, '\0');
-    const int read = GetWindowTextA(window, text.data(), room);
-    text.resize(read > 0 ? static_cast<std::size_t>(read) : 0);
-    return text;
-}
-
 } // namespace
 
 HWND FindWindowWhere(HWND parent, const char* windowClass, const std::function<bool(HWND)>& visit) {
@@ -50,14 +40,24 @@ HWND FindWindowWhere(HWND parent, const char* windowClass, const std::function<b
 }
 
 std::string ReadTitle(HWND window) {
-    // The terminator takes the last character's room. The titles in the table of servers count on it.
-    const int length = GetWindowTextLengthA(window);
-    return ReadText(window, length, length);
+    // The titles in the table of servers count on the missing character.
+    std::string title = ReadFullTitle(window);
+    if (!title.empty())
+        title.pop_back();
+    return title;
 }
 
 std::string ReadFullTitle(HWND window) {
-    const int length = GetWindowTextLengthA(window);
-    return ReadText(window, length, length + 1);
+    // The length cannot be had first: GetWindowTextLength asks the window itself on some systems, and a hung
+    // one never answers. GetWindowText reads what the window manager keeps.
+    constexpr std::size_t kLongest = 1u << 20;
+    for (std::size_t room = 256;; room *= 4) {
+        std::string text(room, '\0');
+        const int read = GetWindowTextA(window, text.data(), static_cast<int>(room));
+        text.resize(read > 0 ? static_cast<std::size_t>(read) : 0);
+        if (text.size() + 1 < room || room >= kLongest)
+            return text;
+    }
 }
 
 std::string GetWindowModulePath(HWND window) {

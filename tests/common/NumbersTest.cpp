@@ -1,6 +1,6 @@
 #include "common/Numbers.h"
 
-#include "common/RuntimeError.h"
+#include "support/Errors.h"
 
 #include <gtest/gtest.h>
 
@@ -19,25 +19,16 @@ TEST(Numbers, ValReadsTheLeadingNumber) {
         EXPECT_EQ(Val(c.text), c.value) << c.text;
 }
 
-long ErrorOf(const auto& operation) {
-    try {
-        operation();
-    } catch (const RuntimeError& error) {
-        return error.Number();
-    }
-    return 0;
-}
-
 TEST(Numbers, ConversionsRoundHalvesToEvenAndRefuseWhatDoesNotFit) {
     EXPECT_EQ(CInt(2.5), 2);
     EXPECT_EQ(CInt(3.5), 4);
     EXPECT_EQ(CInt("-1.5"), -2);
     EXPECT_EQ(CLng(" 2147483647 "), 2147483647);
-    EXPECT_EQ(ErrorOf([] { CInt(32767.5); }), kOverflow);
-    EXPECT_EQ(ErrorOf([] { CLng("2147483648"); }), kOverflow);
-    EXPECT_EQ(ErrorOf([] { CLng("1e999"); }), kOverflow);
+    EXPECT_EQ(support::ErrorNumber([] { CInt(32767.5); }), kOverflow);
+    EXPECT_EQ(support::ErrorNumber([] { CLng("2147483648"); }), kOverflow);
+    EXPECT_EQ(support::ErrorNumber([] { CLng("1e999"); }), kOverflow);
     for (const char* text : {"", " ", "abc", "12 apples", "1e"})
-        EXPECT_EQ(ErrorOf([&] { CInt(text); }), kTypeMismatch) << text;
+        EXPECT_EQ(support::ErrorNumber([&] { CInt(text); }), kTypeMismatch) << text;
 }
 
 TEST(Numbers, ThousandsTextGroupsFromTheRight) {

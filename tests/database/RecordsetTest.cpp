@@ -1,6 +1,7 @@
 #include "database/Recordset.h"
 
 #include "support/Database.h"
+#include "support/Errors.h"
 #include "support/Wait.h"
 
 #include <thread>
@@ -8,6 +9,7 @@
 namespace {
 
 using namespace database;
+using support::ErrorNumber;
 using support::Rows;
 using Lines = std::vector<std::string>;
 
@@ -40,15 +42,6 @@ protected:
         FAIL() << "no row " << key;
     }
 
-    long ErrorOf(const auto& operation) {
-        try {
-            operation();
-        } catch (const RuntimeError& error) {
-            return error.Number();
-        }
-        return 0;
-    }
-
     Recordset set;
 
 private:
@@ -66,24 +59,24 @@ TEST_F(RecordsetTest, MovesBetweenItsEndsAndBackToBookmarks) {
     const auto first = set.Bookmark();
     set.MovePrevious();
     EXPECT_TRUE(set.Bof());
-    EXPECT_EQ(ErrorOf([&] { set.MovePrevious(); }), kNoCurrentRecord);
-    EXPECT_EQ(ErrorOf([&] { set.Field(0); }), kNoCurrentRecord);
+    EXPECT_EQ(ErrorNumber([&] { set.MovePrevious(); }), kNoCurrentRecord);
+    EXPECT_EQ(ErrorNumber([&] { set.Field(0); }), kNoCurrentRecord);
     set.MoveLast();
     EXPECT_TRUE(set.Field("Points").IsNull());
     set.MoveNext();
     EXPECT_TRUE(set.Eof() && !set.Bof());
-    EXPECT_EQ(ErrorOf([&] { set.MoveNext(); }), kNoCurrentRecord);
+    EXPECT_EQ(ErrorNumber([&] { set.MoveNext(); }), kNoCurrentRecord);
     set.Bookmark(first);
     EXPECT_EQ(set.Field(0), Value(1));
-    EXPECT_EQ(ErrorOf([&] { set.Field("Nix"); }), kItemNotFound);
+    EXPECT_EQ(ErrorNumber([&] { set.Field("Nix"); }), kItemNotFound);
 
     root.Execute("DELETE FROM glogin.account");
     set.Requery();
     EXPECT_TRUE(set.Bof() && set.Eof() && set.RecordCount() == 0);
-    EXPECT_EQ(ErrorOf([&] { set.MoveFirst(); }), kNoCurrentRecord);
+    EXPECT_EQ(ErrorNumber([&] { set.MoveFirst(); }), kNoCurrentRecord);
     set.Close();
-    EXPECT_EQ(ErrorOf([&] { set.RecordCount(); }), kObjectClosed);
-    EXPECT_EQ(ErrorOf([&] { set.Open(root, "SELECT * FROM glogin.nix"); }), 1146);
+    EXPECT_EQ(ErrorNumber([&] { set.RecordCount(); }), kObjectClosed);
+    EXPECT_EQ(ErrorNumber([&] { set.Open(root, "SELECT * FROM glogin.nix"); }), 1146);
     EXPECT_FALSE(set.IsOpen());
 }
 
@@ -96,7 +89,7 @@ TEST_F(RecordsetTest, ChangesAreKeptUntilTheBatchAndLostWithoutIt) {
         set.Update();
         Find(set, 1);
         set.Delete();
-        EXPECT_EQ(ErrorOf([&] { set.Field(0); }), kNoCurrentRecord);
+        EXPECT_EQ(ErrorNumber([&] { set.Field(0); }), kNoCurrentRecord);
         set.AddNew();
         set.Field("AID", std::int64_t{4294967295});
         set.Field("Name", "max");
@@ -179,7 +172,7 @@ TEST_F(RecordsetTest, WhatSomebodyElseDidIsReportedAndNotOverwritten) {
     set.AddNew();
     set.Field("AID", 3);
     set.Update();
-    EXPECT_EQ(ErrorOf([&] { set.UpdateBatch(); }), kRowChanged);
+    EXPECT_EQ(ErrorNumber([&] { set.UpdateBatch(); }), kRowChanged);
     EXPECT_EQ(Stored("AID, Name, Points"), (Lines{"2|theirs|20", "3|kept|1"}));
     EXPECT_EQ(set.PendingChanges(), 3u);
     // Once the obstacles are gone, the same batch goes through.
@@ -191,7 +184,7 @@ TEST_F(RecordsetTest, WhatSomebodyElseDidIsReportedAndNotOverwritten) {
     Find(set, 1);
     set.Delete();
     root.Execute("DELETE FROM glogin.account");
-    EXPECT_EQ(ErrorOf([&] { set.UpdateBatch(); }), kRowChanged);
+    EXPECT_EQ(ErrorNumber([&] { set.UpdateBatch(); }), kRowChanged);
 }
 
 TEST_F(RecordsetTest, RowsWithoutAKeyAreAddressedByAllTheyHeld) {
@@ -211,7 +204,7 @@ TEST_F(RecordsetTest, RowsWithoutAKeyAreAddressedByAllTheyHeld) {
 
     free.Open(root, "SELECT a, COUNT(*) FROM glogin.free GROUP BY a");
     free.Field("a", 3);
-    EXPECT_EQ(ErrorOf([&] { free.UpdateBatch(); }), kReadOnly);
+    EXPECT_EQ(ErrorNumber([&] { free.UpdateBatch(); }), kReadOnly);
 }
 
 TEST_F(RecordsetTest, RowsThatTheServerRefusesStayAndTheOthersArrive) {
@@ -223,7 +216,7 @@ TEST_F(RecordsetTest, RowsThatTheServerRefusesStayAndTheOthersArrive) {
         set.Update();
     }
     // Key 3 is taken.
-    EXPECT_EQ(ErrorOf([&] { set.UpdateBatch(); }), 1062);
+    EXPECT_EQ(ErrorNumber([&] { set.UpdateBatch(); }), 1062);
     EXPECT_EQ(set.PendingChanges(), 2u);
     EXPECT_EQ(Stored("COUNT(*), SUM(AID), SUM(LENGTH(Note))"), (Lines{"2501|3130017|3125016"}));
 }
@@ -256,10 +249,10 @@ TEST_F(RecordsetTest, AServerKilledInTheMiddleOfABatchLosesNothing) {
             watch.Close();
             down = std::make_unique<support::ServerDown>();
         });
-        EXPECT_NE(ErrorOf([&] { set.UpdateBatch(); }), 0);
+        EXPECT_NE(ErrorNumber([&] { set.UpdateBatch(); }), 0);
         killer.join();
         EXPECT_EQ(set.PendingChanges(), 92u);
-        EXPECT_EQ(ErrorOf([&] { set.UpdateBatch(); }), 2002);
+        EXPECT_EQ(ErrorNumber([&] { set.UpdateBatch(); }), 2002);
         EXPECT_EQ(set.PendingChanges(), 92u);
     }
     Connection repair;

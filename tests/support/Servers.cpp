@@ -79,11 +79,11 @@ ServerFolder::~ServerFolder() {
     modServerControl::ServerDetectionMethod(modServerControl::kDetectByTitle);
 }
 
-HWND ServerFolder::Launch(Server server) {
+HWND ServerFolder::Launch(Server server) const {
     return Launch(server, modServerControl::ComponentOf(server).executable);
 }
 
-HWND ServerFolder::Launch(Server server, const std::string& fileName) {
+HWND ServerFolder::Launch(Server server, const std::string& fileName) const {
     const std::string path = path_ + fileName;
     if (!std::filesystem::exists(path))
         std::filesystem::copy_file(path_ + modServerControl::ComponentOf(server).executable, path);

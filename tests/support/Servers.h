@@ -26,8 +26,8 @@ public:
     const std::string& Path() const { return path_; }
 
     /// Starts the server, also under another file name, and returns its main window; null when none came.
-    HWND Launch(Server server);
-    HWND Launch(Server server, const std::string& fileName);
+    HWND Launch(Server server) const;
+    HWND Launch(Server server, const std::string& fileName) const;
 
     /// The main window, application window and first child of a class in the main window, whatever the
     /// current detection method: by the process that runs from this folder. Null for none.

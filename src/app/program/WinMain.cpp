@@ -2,20 +2,9 @@
 
 #include "common/Handle.h"
 
-#include <commctrl.h>
-
 namespace {
 
 using MutexHandle = common::Handle<HANDLE, CloseHandle>;
-
-/// Loads what dialog templates name by window class.
-void LoadControlClasses() {
-    const INITCOMMONCONTROLSEX classes{sizeof classes, ICC_STANDARD_CLASSES | ICC_TAB_CLASSES |
-                                                           ICC_TREEVIEW_CLASSES | ICC_BAR_CLASSES};
-    InitCommonControlsEx(&classes);
-    // Rich-text boxes; the module stays to the end of the program.
-    LoadLibraryA("riched20.dll");
-}
 
 } // namespace
 
@@ -23,7 +12,6 @@ int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int) {
     // Held until the end: whoever starts a second copy finds the name taken.
     const MutexHandle instance(CreateMutexA(nullptr, FALSE, "kTools.Instance"));
     const bool previousInstance = GetLastError() == ERROR_ALREADY_EXISTS;
-    LoadControlClasses();
     frmMainMenu mainMenu(previousInstance);
     mainMenu.Load();
     if (!gui::Ending())

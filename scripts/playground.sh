@@ -1,0 +1,51 @@
+# The playground: a program folder, a server folder and a MySQL folder to try kTools in. Sourced after lib.sh.
+# shellcheck shell=bash
+
+# put_text TEMPLATE FILE [SED EXPRESSION]: as a Windows text file, unless the file is there already.
+put_text() { [[ -e $2 ]] || sed -e "${3-}" -e 's/$/\r/' "$top/scripts/playground/$1" >"$2"; }
+
+# lay_out FOLDER: makes or completes the playground. The programs are always those just built; everything
+# that a user may have changed stays as it is.
+lay_out() {
+    local folder=$1 program map
+    mkdir -p "$folder"/{kTools/kTools,Kerno/database,MySQL/bin,.servers/127.0.0.1}
+    for program in kTools kLogin kCharacter kZone; do
+        program=$(find "$top/build/x86_64" -name "$program.exe" -print -quit)
+        [[ -n $program ]] || continue
+        case $program in
+        */kTools.exe) cp -u "$program" "$folder/kTools/" ;;
+        *) cp -u "$program" "$folder/Kerno/" ;;
+        esac
+    done
+    cp -rn "$top/data/kTools/." "$folder/kTools/kTools/"
+
+    # New players start in the middle of the first map that the tool knows.
+    IFS=, read -r -a map < <(tr -d '\r' <"$folder/kTools/kTools/databases/MapInfo.txt" 2>/dev/null) || true
+    map=("${map[0]-start.map}" "${map[1]-100}" "${map[2]-100}")
+    put_text Kerno.ini "$folder/Kerno/Kerno.ini" \
+        "s/@MAP@/${map[0]%????}/;s/@MAP_X@/$((map[1] / 2))/;s/@MAP_Y@/$((map[2] / 2))/"
+    put_text id_table.txt "$folder/Kerno/database/id_table.txt"
+    put_text kTools.ini "$folder/kTools/kTools.ini"
+    put_text mysqld.txt "$folder/MySQL/bin/mysqld.exe"
+    [[ -L $folder/MySQL/data ]] || ln -s ../.servers/127.0.0.1/data "$folder/MySQL/data"
+}
+
+# start_playground FOLDER: Wine and the database server; the folders are C:\kTools, C:\Kerno and C:\MySQL.
+start_playground() {
+    local folder=$1 name
+    start_wine "$folder/.wine"
+    for name in kTools Kerno MySQL; do
+        [[ -e $WINEPREFIX/drive_c/$name ]] || ln -s "../../$name" "$WINEPREFIX/drive_c/$name"
+    done
+    export KTOOLS_MARIADB=$folder/.servers
+    say "starting the database server"
+    on_exit 'unlocked "$top/scripts/mariadb.sh" stop 127.0.0.1 2>/dev/null'
+    unlocked "$top/scripts/mariadb.sh" stop 127.0.0.1 # what a killed run left
+    unlocked "$top/scripts/mariadb.sh" start 127.0.0.1 || fail "the database server did not start"
+    eval "$("$top/scripts/mariadb.sh" env)"
+    if [[ ! -e $folder/.servers/filled ]]; then
+        mariadb --no-defaults -h 127.0.0.1 -P 3306 -u root <"$top/scripts/playground/databases.sql" ||
+            fail "the databases could not be filled"
+        touch "$folder/.servers/filled"
+    fi
+}

@@ -1,0 +1,353 @@
+// Takes the pictures for the guide: starts kTools, opens one window after the other as a user would, by its
+// buttons and menu entries, and saves what is on the screen. A window with tabs gives a picture of each tab.
+//
+//   tour.exe KTOOLS.EXE FOLDER
+//
+// FOLDER\tour.log tells what was seen, and ends with "tour ended with 0" when every window came up.
+
+#include "app/frmMainMenu.ids.h"
+
+// clang-format off
+#include <windows.h>
+#include <objidl.h>
+// clang-format on
+#include <algorithm>
+#include <commctrl.h>
+// GDI+ headers call min and max unqualified.
+namespace Gdiplus {
+using std::max; // NOLINT(misc-unused-using-decls)
+using std::min; // NOLINT(misc-unused-using-decls)
+} // namespace Gdiplus
+#include <gdiplus.h>
+
+#include <cctype>
+#include <cstdio>
+#include <functional>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace {
+
+constexpr DWORD kAppearsWithin = 30000;
+
+FILE* logFile = nullptr;
+int failures = 0;
+std::string folder;
+DWORD toolProcess = 0;
+
+/// One picture: how it is come by from the window before it, and what is opened from it in turn.
+struct Stop {
+    std::string name;
+    std::function<void(HWND)> open;
+    std::vector<Stop> next = {};
+};
+
+/// Presses the button with this id, on whichever page it is, or chooses the menu entry.
+std::function<void(HWND)> Press(int id) {
+    return [id](HWND window) {
+        HWND button = nullptr;
+        struct Search {
+            int id;
+            HWND* found;
+        } search{id, &button};
+        EnumChildWindows(
+            window,
+            [](HWND child, LPARAM parameter) -> BOOL {
+                auto& wanted = *reinterpret_cast<Search*>(parameter);
+                if (GetDlgCtrlID(child) == wanted.id)
+                    *wanted.found = child;
+                return !*wanted.found;
+            },
+            reinterpret_cast<LPARAM>(&search));
+        if (button)
+            PostMessageA(button, BM_CLICK, 0, 0);
+        else
+            PostMessageA(window, WM_COMMAND, static_cast<WPARAM>(id), 0);
+    };
+}
+
+void PostKeys(HWND window, int key, int times) {
+    for (int i = 0; i < times; ++i)
+        PostMessageA(window, WM_KEYDOWN, static_cast<WPARAM>(key), 0);
+}
+
+/// Opens a menu of the menu bar, counted from 0.
+std::function<void(HWND)> MenuBar(int index) {
+    return [index](HWND window) {
+        PostMessageA(window, WM_SYSCOMMAND, SC_KEYMENU, 0);
+        PostKeys(window, VK_RIGHT, index);
+        PostKeys(window, VK_DOWN, 1);
+    };
+}
+
+/// Opens the tray icon's menu, as the task bar reports a right press on the icon, and in it the submenu that
+/// `downs` presses of the down key lead to (0 for none).
+std::function<void(HWND)> TrayMenu(int downs) {
+    return [downs](HWND window) {
+        SetCursorPos(480, 200);
+        PostMessageA(window, WM_LBUTTONDOWN, 0, WM_RBUTTONDOWN);
+        PostKeys(window, VK_DOWN, downs);
+        PostKeys(window, VK_RIGHT, downs ? 1 : 0);
+    };
+}
+
+// The tour. Pages of a window need no entry.
+const std::vector<Stop> kStops = {
+    {"menu-settings", MenuBar(0)},
+    {"menu-extras", MenuBar(1)},
+    {"menu-tray", TrayMenu(0)},
+    {"menu-tray-components", TrayMenu(4)},
+    {"server-folder", Press(IDM_frmMainMenu_mnuSetPath)},
+    {"mysql-folder", Press(IDM_frmMainMenu_mnuSetSQLPath)},
+    {"about", Press(IDM_frmMainMenu_mnuAbout)},
+};
+
+void Log(const char* format, const std::string& text) {
+    std::fprintf(logFile, format, text.c_str());
+    std::fflush(logFile);
+}
+
+void Failed(const std::string& what) {
+    ++failures;
+    Log("FAILED: %s\n", what);
+}
+
+bool WaitUntil(const std::function<bool()>& condition) {
+    for (const ULONGLONG start = GetTickCount64(); GetTickCount64() - start < kAppearsWithin; Sleep(20)) {
+        if (condition())
+            return true;
+    }
+    return false;
+}
+
+std::string TextOf(HWND window) {
+    char text[256] = "";
+    GetWindowTextA(window, text, sizeof text);
+    return text;
+}
+
+bool IsMenu(HWND window) {
+    char name[16] = "";
+    GetClassNameA(window, name, sizeof name);
+    return std::string(name) == "#32768";
+}
+
+/// The visible windows of kTools, opened menus included.
+std::set<HWND> ToolWindows() {
+    std::set<HWND> windows;
+    EnumWindows(
+        [](HWND window, LPARAM parameter) -> BOOL {
+            DWORD process = 0;
+            GetWindowThreadProcessId(window, &process);
+            RECT bounds;
+            GetWindowRect(window, &bounds);
+            if (process == toolProcess && IsWindowVisible(window) && !IsRectEmpty(&bounds))
+                reinterpret_cast<std::set<HWND>*>(parameter)->insert(window);
+            return TRUE;
+        },
+        reinterpret_cast<LPARAM>(&windows));
+    return windows;
+}
+
+struct Pixels {
+    int width, height;
+    std::vector<DWORD> colours;
+    bool operator==(const Pixels&) const = default;
+};
+
+Pixels ScreenAt(const RECT& area) {
+    Pixels pixels{area.right - area.left, area.bottom - area.top, {}};
+    pixels.colours.resize(static_cast<size_t>(pixels.width) * static_cast<size_t>(pixels.height));
+    BITMAPINFO info{};
+    info.bmiHeader = {sizeof info.bmiHeader, pixels.width, -pixels.height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
+    HDC screen = GetDC(nullptr);
+    HDC memory = CreateCompatibleDC(screen);
+    void* bits = nullptr;
+    HBITMAP bitmap = CreateDIBSection(memory, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
+    HGDIOBJ before = SelectObject(memory, bitmap);
+    BitBlt(memory, 0, 0, pixels.width, pixels.height, screen, area.left, area.top, SRCCOPY);
+    GdiFlush();
+    std::copy_n(static_cast<DWORD*>(bits), pixels.colours.size(), pixels.colours.begin());
+    SelectObject(memory, before);
+    DeleteObject(bitmap);
+    DeleteDC(memory);
+    ReleaseDC(nullptr, screen);
+    return pixels;
+}
+
+/// What is on the screen once it has stopped changing; what never stops is taken as it is at last.
+Pixels SettledScreenAt(const RECT& area) {
+    Pixels last = ScreenAt(area);
+    for (int i = 0; i < 40; ++i) {
+        Sleep(250);
+        Pixels now = ScreenAt(area);
+        if (now == last)
+            break;
+        last = std::move(now);
+    }
+    return last;
+}
+
+void Save(const std::string& name, RECT area) {
+    const RECT whole{0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)};
+    IntersectRect(&area, &area, &whole);
+    Pixels pixels = SettledScreenAt(area);
+    constexpr CLSID kPng{0x557cf406, 0x1a04, 0x11d3, {0x9a, 0x73, 0x00, 0x00, 0xf8, 0x1e, 0xf3, 0x2e}};
+    Gdiplus::Bitmap bitmap(pixels.width, pixels.height, pixels.width * 4, PixelFormat32bppRGB,
+                           reinterpret_cast<BYTE*>(pixels.colours.data()));
+    const std::string path = folder + "\\" + name + ".png";
+    if (bitmap.Save(std::wstring(path.begin(), path.end()).c_str(), &kPng, nullptr) != Gdiplus::Ok)
+        Failed(path + " cannot be written");
+    Log("%s\n", name);
+}
+
+RECT BoundsOf(const std::set<HWND>& windows) {
+    RECT all{};
+    for (HWND window : windows) {
+        RECT bounds;
+        GetWindowRect(window, &bounds);
+        UnionRect(&all, &all, &bounds);
+    }
+    return all;
+}
+
+/// The caption of the page in front, as a part of a file name.
+std::string PageInFront(HWND panel) {
+    for (HWND child = GetWindow(GetParent(panel), GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
+        char name[16] = "";
+        GetClassNameA(child, name, sizeof name);
+        if (std::string(name) != "#32770" || !IsWindowVisible(child))
+            continue;
+        std::string caption = TextOf(child);
+        std::erase(caption, '&');
+        for (char& c : caption)
+            c = std::isalnum(static_cast<unsigned char>(c)) ? static_cast<char>(std::tolower(c)) : '-';
+        return caption;
+    }
+    return {};
+}
+
+void TakePictures(const std::string& name, HWND window) {
+    HWND panel = FindWindowExA(window, nullptr, WC_TABCONTROLA, nullptr);
+    if (!panel) {
+        Save(name, BoundsOf({window}));
+        return;
+    }
+    const int tabs = static_cast<int>(SendMessageA(panel, TCM_GETITEMCOUNT, 0, 0));
+    for (int tab = 0; tab < tabs; ++tab) {
+        SendMessageA(panel, TCM_SETCURFOCUS, static_cast<WPARAM>(tab), 0);
+        const std::string page = PageInFront(panel);
+        Save(name + "-" + (page.empty() ? std::to_string(tab + 1) : page), BoundsOf({window}));
+    }
+}
+
+void Visit(const Stop& stop, HWND from) {
+    const std::set<HWND> before = ToolWindows();
+    std::set<HWND> opened;
+    stop.open(from);
+    const auto appeared = [&] {
+        opened.clear();
+        for (HWND window : ToolWindows()) {
+            if (!before.contains(window))
+                opened.insert(window);
+        }
+        return !opened.empty();
+    };
+    if (!WaitUntil(appeared)) {
+        Failed(stop.name + " did not come up");
+        return;
+    }
+    HWND window = *opened.begin();
+    if (IsMenu(window)) {
+        // A submenu comes up a moment after its menu, and the window that the menu belongs to is shown too.
+        SettledScreenAt(BoundsOf(before));
+        appeared();
+        opened.insert(from);
+        Save(stop.name, BoundsOf(opened));
+        PostMessageA(from, WM_CANCELMODE, 0, 0);
+    } else {
+        Log("%s: ", TextOf(window));
+        TakePictures(stop.name, window);
+        for (const Stop& next : stop.next)
+            Visit(next, window);
+        PostMessageA(window, WM_CLOSE, 0, 0);
+    }
+    if (!WaitUntil([&] { return !IsWindowVisible(window); }))
+        Failed(stop.name + " did not close");
+}
+
+/// Starts the three servers as the tray menu does, so that the windows have something to show, and opens the
+/// servers' own windows, which start minimised.
+void StartServers(HWND mainMenu) {
+    Press(IDM_frmMainMenu_mnuStartKerno)(mainMenu);
+    std::vector<HWND> servers;
+    const auto allThere = [&] {
+        servers.clear();
+        for (const char* windowClass : {"TForm1", "TfrmMain"}) {
+            for (HWND window = nullptr; (window = FindWindowExA(nullptr, window, windowClass, nullptr));) {
+                if (IsWindowVisible(window))
+                    servers.push_back(window);
+            }
+        }
+        return servers.size() == 3;
+    };
+    if (!WaitUntil(allThere))
+        Failed("the servers did not start");
+    // Around the main window, which stands in the middle.
+    constexpr POINT kPlaces[] = {{20, 30}, {780, 30}, {20, 420}};
+    for (size_t i = 0; i < servers.size() && i < std::size(kPlaces); ++i) {
+        ShowWindow(servers[i], SW_SHOWNOACTIVATE);
+        SetWindowPos(servers[i], nullptr, kPlaces[i].x, kPlaces[i].y, 0, 0,
+                     SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    }
+}
+
+void Tour(std::string program) {
+    STARTUPINFOA startup{};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION process{};
+    if (!CreateProcessA(nullptr, program.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
+                        &process)) {
+        Failed(program + " cannot be started");
+        return;
+    }
+    toolProcess = process.dwProcessId;
+    HWND mainMenu = nullptr;
+    if (!WaitUntil([&] {
+            const auto windows = ToolWindows();
+            mainMenu = windows.empty() ? nullptr : *windows.begin();
+            return mainMenu != nullptr;
+        })) {
+        Failed("no main window came up");
+    } else {
+        StartServers(mainMenu);
+        SetForegroundWindow(mainMenu);
+        Save("desktop", {0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)});
+        TakePictures("main-menu", mainMenu);
+        for (const Stop& stop : kStops)
+            Visit(stop, mainMenu);
+    }
+    TerminateProcess(process.hProcess, 0);
+    CloseHandle(process.hThread);
+    CloseHandle(process.hProcess);
+}
+
+} // namespace
+
+int main(int count, char** arguments) {
+    if (count != 3)
+        return 2;
+    folder = arguments[2];
+    logFile = std::fopen((folder + "\\tour.log").c_str(), "w");
+    if (!logFile)
+        return 2;
+    ULONG_PTR token = 0;
+    const Gdiplus::GdiplusStartupInput input;
+    Gdiplus::GdiplusStartup(&token, &input, nullptr);
+    Tour(arguments[1]);
+    Gdiplus::GdiplusShutdown(token);
+    std::fprintf(logFile, "tour ended with %d\n", failures);
+    std::fclose(logFile);
+    return failures;
+}

@@ -1,0 +1,254 @@
+#include "frmSample.h"
+
+#include "support/ChildProcess.h"
+#include "support/TempFolder.h"
+#include "support/Wait.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+namespace {
+
+using support::WaitUntil;
+
+void Click(const gui::Control& control) {
+    SendMessageA(control.Window(), BM_CLICK, 0, 0);
+}
+
+void Type(const gui::Control& control, const char* text) {
+    for (; *text; ++text)
+        SendMessageA(control.Window(), WM_CHAR, static_cast<WPARAM>(*text), 0);
+}
+
+TEST(Form, EventsReachTheirHandlers) {
+    frmSample form;
+    form.Load();
+    form.events.clear();
+    const struct {
+        const char* event;
+        std::function<void()> cause;
+    } cases[] = {
+        {"cmdPress", [&] { Click(form.cmdPress); }},
+        {"chkFlag", [&] { Click(form.chkFlag); }},
+        {"chkFlag", [&] { form.chkFlag.Value(1); }},
+        {"optSecond", [&] { Click(form.optSecond); }},
+        {"optFirst", [&] { form.optFirst.Value(true); }},
+        {"txtText_Change", [&] { form.txtText.Text("new"); }},
+        {"txtText_Change", [&] { Type(form.txtText, "a"); }},
+        {"lstNames", [&] { form.lstNames.ListIndex(0); }},
+        {"cboNames", [&] { form.cboNames.ListIndex(0); }},
+        {"mstTabs", [&] { form.mstTabs.Tab(1); }},
+        {"mnuInBar", [&] { SendMessageA(form.Window(), WM_COMMAND, IDM_frmSample_mnuInBar, 0); }},
+        {"picMap", [&] { SendMessageA(form.picMap.Window(), WM_LBUTTONDOWN, 0, MAKELPARAM(3, 3)); }},
+        {"Form_MouseDown", [&] { SendMessageA(form.Window(), WM_LBUTTONDOWN, 0, MAKELPARAM(2, 2)); }},
+        {"fraBox_MouseDown",
+         [&] {
+             const RECT box = form.fraBox.Bounds();
+             SendMessageA(form.Window(), WM_RBUTTONDOWN, 0, MAKELPARAM(box.left + 5, box.top + 9));
+         }},
+    };
+    for (const auto& c : cases) {
+        form.events.clear();
+        c.cause();
+        EXPECT_EQ(form.events, std::vector<std::string>{c.event});
+    }
+}
+
+TEST(Form, ControlsKeepWhatTheyAreGiven) {
+    frmSample form;
+    form.Load();
+    form.optFirst.Value(true);
+    form.optOther.Value(true);
+    form.optSecond.Value(true);
+    EXPECT_FALSE(form.optFirst.Value());
+    EXPECT_TRUE(form.optSecond.Value());
+    EXPECT_TRUE(form.optOther.Value()) << "another group";
+
+    Type(form.txtText, "xaxc");
+    EXPECT_EQ(form.txtText.Text(), "bc") << "x is swallowed, a is changed";
+
+    form.lstNames.AddItem("b");
+    form.lstNames.AddItem("B");
+    form.lstNames.ListIndex(7);
+    EXPECT_EQ(form.lstNames.ListIndex(), -1);
+    EXPECT_EQ(form.lstNames.IndexOf("B"), 1);
+
+    form.rtfLog.Append("one\r\n");
+    form.rtfLog.Append("two");
+    EXPECT_EQ(form.rtfLog.Text(), "one\r\ntwo");
+
+    for (gui::MenuItem* item : {&form.mnuInBar, &form.mnuInPopup}) {
+        item->Checked(true);
+        item->Enabled(false);
+        item->Caption("Other");
+        EXPECT_TRUE(item->Checked());
+        EXPECT_FALSE(item->Enabled());
+        EXPECT_EQ(item->Caption(), "Other");
+    }
+
+    EXPECT_EQ(form.first.txtInside.Text(), "loaded");
+    form.mstTabs.Step(1);
+    EXPECT_TRUE(GetWindowLongPtrA(form.second.Window(), GWL_STYLE) & WS_VISIBLE);
+    EXPECT_FALSE(GetWindowLongPtrA(form.first.Window(), GWL_STYLE) & WS_VISIBLE);
+    form.mstTabs.Step(1);
+    EXPECT_EQ(form.mstTabs.Tab(), 0);
+}
+
+TEST(Form, ATemplateThatLacksAControlIsALoadError) {
+    class frmBroken final : public gui::Form {
+    public:
+        frmBroken() : Form(IDD_frmSample) {}
+        gui::CheckBox chkMissing{*this, IDC_frmSample_notInTemplate};
+    } form;
+    try {
+        form.Load();
+        ADD_FAILURE() << "loaded";
+    } catch (const RuntimeError& error) {
+        EXPECT_NE(error.Description().find("frmBroken"), std::string::npos);
+        EXPECT_NE(error.Description().find("CheckBox 9099"), std::string::npos);
+    }
+    EXPECT_FALSE(form.Loaded());
+}
+
+TEST(Form, AnErrorStopsAtTheFormAndEndsOnlyItsHandler) {
+    frmSample form;
+    form.Load();
+    form.whenPressed = [] { throw RuntimeError(common::kPermissionDenied); };
+    Click(form.cmdPress);
+    EXPECT_EQ(form.errorNumber, common::kPermissionDenied);
+    form.whenPressed = nullptr;
+    Click(form.cmdPress);
+    EXPECT_EQ(form.Count("cmdPress"), 2);
+}
+
+TEST(Form, AnErrorWhileLoadingLeavesItUnloadedWithoutUnload) {
+    frmSample form;
+    form.whenLoading = [] { throw RuntimeError(common::kInputPastEnd); };
+    form.Load();
+    EXPECT_FALSE(form.Loaded());
+    EXPECT_EQ(form.errorNumber, common::kInputPastEnd);
+    EXPECT_EQ(form.events, std::vector<std::string>{"Load"});
+}
+
+TEST(Form, ATimerNeverRunsInsideItselfWhileOthersGoOn) {
+    frmSample form;
+    form.Load();
+    int depth = 0;
+    int deepest = 0;
+    form.whenTicking = [&] {
+        deepest = std::max(deepest, ++depth);
+        WaitUntil([&] { return form.Count("other") >= 3; });
+        --depth;
+    };
+    form.tmrTick.Enabled(true);
+    form.tmrOther.Enabled(true);
+    EXPECT_TRUE(WaitUntil([&] { return form.Count("tick") >= 2 && depth == 0; }));
+    EXPECT_EQ(deepest, 1);
+
+    form.tmrTick.Interval(std::chrono::milliseconds(0));
+    form.events.clear();
+    EXPECT_TRUE(WaitUntil([&] { return form.Count("other") >= 5; }));
+    EXPECT_EQ(form.Count("tick"), 0) << "an interval of 0 never fires";
+}
+
+TEST(Form, AClosedFormIsReleasedOnlyAfterItsHandlerHasReturned) {
+    gui::FormSlot<frmSample> slot;
+    frmSample& form = slot.Get();
+    form.Load();
+    const auto life = std::make_shared<int>();
+    bool goneAtOnce = false;
+    bool aliveInside = false;
+    form.whenPressed = [&, life] {
+        form.Unload();
+        goneAtOnce = !form.Loaded() && !slot.Peek();
+        gui::DoEvents();
+        aliveInside = life.use_count() == 2;
+        EXPECT_EQ(form.txtText.Text(), "") << "a control without a window reads empty";
+    };
+    Click(form.cmdPress);
+    EXPECT_TRUE(goneAtOnce);
+    EXPECT_TRUE(aliveInside);
+    EXPECT_TRUE(WaitUntil([&] {
+        PostThreadMessageA(GetCurrentThreadId(), WM_NULL, 0, 0);
+        return life.use_count() == 1;
+    }));
+}
+
+TEST(Form, AModalFormDisablesItsOwnerUntilItIsUnloaded) {
+    frmSample owner;
+    owner.Show();
+    frmSample modal;
+    bool disabled = false;
+    modal.whenTicking = [&] {
+        disabled = !IsWindowEnabled(owner.Window());
+        modal.Unload();
+    };
+    modal.tmrTick.Enabled(true);
+    modal.ShowModal(owner);
+    EXPECT_TRUE(disabled);
+    EXPECT_TRUE(IsWindowEnabled(owner.Window()));
+    EXPECT_EQ(modal.Count("Unload"), 1);
+}
+
+/// Leaves the tool from a timer while a modal form is open over a handler that waits, and writes down what
+/// ended.
+const support::ChildEntry leaveInTheMiddle("LeaveInTheMiddle", [](const std::string& folder) {
+    frmSample owner;
+    frmSample modal;
+    std::ofstream log(folder + "\\log.txt");
+    owner.whenPressed = [&] {
+        owner.tmrTick.Enabled(true);
+        try {
+            modal.ShowModal(owner);
+        } catch (const gui::Leaving&) {
+            log << "modal ended\n";
+            throw;
+        }
+        log << "handler went on\n";
+    };
+    owner.whenTicking = [] { gui::End(5); };
+    owner.Show();
+    PostMessageA(owner.cmdPress.Window(), BM_CLICK, 0, 0);
+    const int code = gui::Run();
+    log << "run returned " << code << "\n";
+});
+
+TEST(Form, LeavingEndsEveryLoop) {
+    const support::TempFolder folder;
+    const support::ChildProcess child("LeaveInTheMiddle", folder.Path());
+    EXPECT_TRUE(WaitUntil([&] { return !child.Running(); }));
+    EXPECT_EQ(common::ReadFileText(folder / "log.txt"), "modal ended\r\nrun returned 5\r\n");
+}
+
+TEST(Form, APictureShowsAGifAndTakesNothingElse) {
+    // 2 x 2 pixels: red, green over blue, white.
+    static const unsigned char gif[] = {'G', 'I', 'F', '8', '9', 'a', 2, 0,   2,   0,    0x91, 0,    0, 255,
+                                        0,   0,   0,   255, 0,   0,   0, 255, 255, 255,  255,  0x2C, 0, 0,
+                                        0,   0,   2,   0,   2,   0,   0, 2,   3,   0x44, 0x34, 0x05, 0, 0x3B};
+    const support::TempFolder folder;
+    support::WriteFile(folder / "map.gif", std::string(reinterpret_cast<const char*>(gif), sizeof gif));
+    support::WriteFile(folder / "text.gif", "no picture");
+    frmSample form;
+    form.Show();
+    form.picMap.Load(folder / "map.gif");
+    EXPECT_FALSE(form.picMap.Empty());
+    form.shpMark.Visible(false);
+    const RECT bounds = form.picMap.Bounds();
+    const auto pixel = [&](int quarterX, int quarterY) {
+        RedrawWindow(form.picMap.Window(), nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
+        const HDC context = GetDC(form.picMap.Window());
+        const COLORREF colour = GetPixel(context, (bounds.right - bounds.left) * quarterX / 4,
+                                         (bounds.bottom - bounds.top) * quarterY / 4);
+        ReleaseDC(form.picMap.Window(), context);
+        return colour;
+    };
+    EXPECT_EQ(pixel(1, 1), RGB(255, 0, 0));
+    EXPECT_EQ(pixel(3, 1), RGB(0, 255, 0));
+    EXPECT_EQ(pixel(1, 3), RGB(0, 0, 255));
+    form.picMap.Load(folder / "text.gif");
+    EXPECT_TRUE(form.picMap.Empty());
+    EXPECT_THROW(form.picMap.Load(folder / "missing.gif"), RuntimeError);
+}
+
+} // namespace

@@ -1,0 +1,238 @@
+#include "common/RuntimeError.h"
+#include "gui/Application.h"
+#include "servers/modServerControl.h"
+#include "support/Servers.h"
+#include "support/Wait.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <filesystem>
+#include <thread>
+
+using namespace modServerControl;
+using standin::Command;
+using support::ServerFolder;
+using support::WaitUntil;
+
+namespace {
+
+const std::string kFirstError = std::string("Error 1: ") + standin::kErrorText;
+
+/// What is read of a dialog's text.
+std::string Read(const std::string& text) {
+    return text.substr(0, text.size() - 1);
+}
+
+TEST(Control, StartsMinimisedAndShutsDown) {
+    const ServerFolder folder;
+    for (const Server server : kServers) {
+        EXPECT_EQ(Shutdown(server), 0);
+        EXPECT_EQ(Start(server), 1);
+        ASSERT_TRUE(WaitUntil([&] { return IsRunning(server); }));
+        ASSERT_TRUE(WaitUntil([&] { return IsIconic(MainWindow(server)); }));
+    }
+    EXPECT_EQ(std::filesystem::current_path().string() + "\\", folder.Path());
+    // The zone server's pause ends in its overflow, and takes the status along.
+    EXPECT_EQ(ShutdownLoginServer(), 1);
+    EXPECT_EQ(ShutdownCharacterServer(), 1);
+    EXPECT_EQ(ShutdownZoneServer(), 0);
+    for (const Server server : kServers)
+        EXPECT_TRUE(WaitUntil([&] { return !folder.IsRunning(server); })) << ComponentOf(server).name;
+}
+
+TEST(Control, StartsNothingThatCannotBeStarted) {
+    const ServerFolder folder;
+    std::filesystem::remove(folder.Path() + "kLogin.exe");
+    support::WriteFile(folder.Path() + "kZone.exe", "no program");
+    EXPECT_EQ(StartLoginServer(), 0);
+    EXPECT_EQ(StartZoneServer(), 0);
+    KernoPath(folder.Path().substr(0, folder.Path().size() - 1));
+    EXPECT_EQ(StartCharacterServer(), 0);
+    KernoPath("C:\\no such folder\\");
+    EXPECT_EQ(StartCharacterServer(), 0);
+    EXPECT_FALSE(folder.IsRunning(Server::Character));
+}
+
+TEST(Control, AppliesThePriorityToTheWindowsThereAre) {
+    const ServerFolder folder;
+    ASSERT_TRUE(folder.Launch(Server::Login));
+    ASSERT_TRUE(folder.Launch(Server::Zone));
+    clsINI settings(folder.Path() + "settings.ini");
+    settings.INIProperty("LoginPriority", "5 (low)");
+    settings.INIProperty("CharacterPriority", "40000");
+    EXPECT_EQ(StartWithPriority(Server::Login, settings), 1);
+    EXPECT_EQ(GetPriority(Server::Login), 5);
+    EXPECT_THROW(StartWithPriority(Server::Character, settings), RuntimeError);
+    EXPECT_EQ(StartWithPriority(Server::Zone, settings), 1);
+    EXPECT_EQ(GetPriority(Server::Zone), 3);
+}
+
+TEST(Control, ShowsAndHidesBothWindows) {
+    const ServerFolder folder;
+    EXPECT_EQ(ShowZoneServer(), 0);
+    const HWND main = folder.Launch(Server::Zone);
+    const HWND app = folder.AppWindow(Server::Zone);
+    ASSERT_TRUE(main && app);
+    EXPECT_EQ(HideZoneServer(), 1);
+    EXPECT_TRUE(WaitUntil([&] { return !IsWindowVisible(main) && !IsWindowVisible(app); }));
+    EXPECT_TRUE(IsZoneRunning());
+    EXPECT_EQ(ShowZoneServer(), 1);
+    EXPECT_TRUE(WaitUntil([&] { return IsWindowVisible(main) && IsWindowVisible(app); }));
+    ASSERT_TRUE(support::SetTextOf(app, "Something else"));
+    EXPECT_EQ(HideZoneServer(), 0);
+    EXPECT_TRUE(WaitUntil([&] { return !IsWindowVisible(main); }));
+    EXPECT_TRUE(IsWindowVisible(app));
+}
+
+TEST(Control, OutlivesServersThatRefuseHangOrCrash) {
+    const ServerFolder folder;
+    for (const Server server : kServers)
+        ASSERT_TRUE(folder.Launch(server));
+    folder.Command(Server::Character, Command::RefuseToClose);
+    EXPECT_EQ(ShutdownCharacterServer(), 1);
+    EXPECT_TRUE(WaitUntil(
+        [&] { return support::TextOf(folder.Child(Server::Character, "TMemo")).ends_with("refused.\r\n"); }));
+    EXPECT_TRUE(IsCharacterRunning());
+
+    folder.Command(Server::Login, Command::WriteLines, 3);
+    folder.Command(Server::Login, Command::Hang, 600);
+    folder.Command(Server::Zone, Command::Crash);
+    EXPECT_TRUE(WaitUntil([&] { return !folder.IsRunning(Server::Zone); }));
+    EXPECT_EQ(TrayStatusText(), "Kerno Tools :: [Login(Active) Character(Active) Zone(Inactive)]");
+    // Nothing here may wait for an answer that does not come in ten minutes.
+    EXPECT_TRUE(WaitUntil([&] { return ReadLoginLog().empty(); }));
+    EXPECT_EQ(ReadLoginLog(), "");
+    EXPECT_EQ(HideLoginServer(), 1);
+    EXPECT_EQ(ShowLoginServer(), 1);
+    EXPECT_EQ(SetLoginPriority(4), 1);
+    EXPECT_EQ(ShutdownLoginServer(), 1);
+    EXPECT_TRUE(IsLoginRunning());
+}
+
+TEST(Messages, TakesWhatTheServerWrote) {
+    const ServerFolder folder;
+    EXPECT_EQ(ReadZoneLog(), "");
+    ASSERT_TRUE(folder.Launch(Server::Zone));
+    EXPECT_EQ(ReadZoneLog(), "");
+    const HWND memo = folder.Child(Server::Zone, kMessageBoxClass);
+    ASSERT_TRUE(support::SetTextOf(memo, "  one\r\ntwo, \xE9 "));
+    EXPECT_EQ(ReadZoneLog(), "one\r\ntwo, \xE9");
+    EXPECT_EQ(support::TextOf(memo), "");
+    EXPECT_EQ(ReadZoneLog(), "");
+    EXPECT_EQ(GetZoneTitle(), "Kerno Zone Server 00:00:00:00 Current Players (Count: 0)");
+}
+
+TEST(Messages, ReachThePlayersThroughTwoServers) {
+    const ServerFolder folder;
+    EXPECT_EQ(TypeZoneMessage("nobody"), 0);
+    EXPECT_EQ(ClickServerButton("Send Message"), 0);
+    ASSERT_TRUE(folder.Launch(Server::Zone));
+    const HWND field = folder.Child(Server::Zone, kTextFieldClass);
+    EXPECT_EQ(TypeZoneMessage(""), 1);
+    // The zone server's own button is not the one that is pressed.
+    EXPECT_EQ(SendPlayerMessage("Closing, caf\xE9"), 0);
+    EXPECT_TRUE(WaitUntil([&] { return support::TextOf(field) == "Closing, caf\xE9"; }));
+    ASSERT_TRUE(folder.Launch(Server::Character));
+    for (const std::int16_t method : {kDetectByTitle, kDetectByProcess}) {
+        ServerDetectionMethod(method);
+        EXPECT_EQ(ClickServerButton("No such button"), 0);
+        EXPECT_EQ(SendPlayerMessage("!"), 1);
+        std::string log;
+        EXPECT_TRUE(WaitUntil([&] { return !(log += ReadZoneLog()).empty(); }));
+        EXPECT_TRUE(
+            log.ends_with(method == kDetectByTitle ? "Broadcast: Closing, caf\xE9!\r\n" : "Broadcast: !\r\n"))
+            << log;
+    }
+}
+
+TEST(Dialogs, AreClosedOneByOneByTheirKind) {
+    const ServerFolder folder;
+    ASSERT_TRUE(folder.Launch(Server::Login));
+    EXPECT_EQ(CloseDialogByProcess(), "");
+    EXPECT_EQ(CloseServerDialogs(), 1);
+    folder.Command(Server::Login, Command::RaiseDialogs);
+    ASSERT_TRUE(WaitUntil([&] { return folder.DialogCount() == 1; }));
+    EXPECT_EQ(HasDialogByProcess(), 1);
+    EXPECT_EQ(HasDialogByTitle(), 0);
+    EXPECT_EQ(CloseDialogByTitle(), "");
+    EXPECT_EQ(CloseDialogByProcess(), Read(kFirstError));
+    EXPECT_TRUE(WaitUntil([&] { return !HasDialogByProcess(); }));
+
+    folder.Command(Server::Login, Command::RaiseTitledDialog);
+    ASSERT_TRUE(WaitUntil([&] { return HasDialogByTitle() == 1; }));
+    EXPECT_TRUE(CloseDialogByTitle().starts_with("Error 2: "));
+    EXPECT_TRUE(WaitUntil([&] { return !HasDialogByTitle(); }));
+}
+
+TEST(Dialogs, AreSweptAwayWhoeverRaisesThem) {
+    const ServerFolder folder;
+    ASSERT_TRUE(folder.Launch(Server::Character));
+    ASSERT_TRUE(folder.Launch(Server::Zone));
+    folder.Command(Server::Character, Command::RaiseDialogs, 20);
+    folder.Command(Server::Zone, Command::RaiseTitledDialog);
+    // A program that is no server, with a server's name in its title.
+    std::thread stranger([] { MessageBoxA(nullptr, "Fault", "About KLOGIN", MB_OK); });
+    EXPECT_TRUE(
+        WaitUntil([&] { return folder.DialogCount() >= 9 && FindWindowA("#32770", "About KLOGIN"); }));
+    EXPECT_EQ(CloseServerDialogs(), 1);
+    EXPECT_EQ(HasDialogByProcess() + HasDialogByTitle(), 0);
+    stranger.join();
+}
+
+TEST(Dialogs, LeaveTheToolAliveWhenTheyDoNotClose) {
+    const ServerFolder folder;
+    const HWND window = folder.Launch(Server::Login);
+    ASSERT_TRUE(window);
+    folder.Command(Server::Login, Command::RaiseStubbornDialog);
+    ASSERT_TRUE(WaitUntil([&] { return HasDialogByProcess() == 1; }));
+    // The tool's own messages go on being dispatched, and the sweep ends when somebody else ends the dialog.
+    static int ticks;
+    ticks = 0;
+    const UINT_PTR timer = SetTimer(nullptr, 0, 20, [](HWND, UINT, UINT_PTR, DWORD) {
+        if (++ticks == 5)
+            PostMessageA(FindWindowA("#32770", standin::kErrorTitle), WM_COMMAND, IDOK, 0);
+    });
+    EXPECT_EQ(CloseServerDialogs(), 1);
+    KillTimer(nullptr, timer);
+    EXPECT_GE(ticks, 5);
+    EXPECT_TRUE(IsWindow(window));
+}
+
+TEST(ZonePause, EndsByTheHour) {
+    struct Case {
+        double start; // the clock at the first look, days
+        double later; // and from the second look on
+        int looks;    // at the clock, the first included
+        bool ends;    // by equality; else by overflow
+    };
+    constexpr double kLast = 2147483647;
+    const Case cases[] = {
+        {kLast - 2000, kLast - 2000, 1001, true},        // midnight
+        {kLast - 2000.25, kLast - 2000.25, 1001, false}, // at a quarter to it, 1000 turns are not enough
+        {kLast - 2000.5, kLast - 2000.5, 1002, false},   // halves go to the even day
+        {kLast - 1999.5, kLast - 1999, 1002, true},      // midnight comes while it counts
+        {kLast - 1000, kLast - 1000, 1001, true},        // the last number that there is
+        {kLast - 999, kLast - 999, 1000, false},         // the count runs out first
+    };
+    for (const Case& c : cases) {
+        int looks = 0;
+        int yields = 0;
+        const PauseSurroundings surroundings{[&] { return ++looks == 1 ? c.start : c.later; },
+                                             [] { return true; }, [&] { ++yields; }};
+        if (c.ends)
+            EXPECT_NO_THROW(RunZonePause(surroundings)) << c.start - kLast;
+        else
+            EXPECT_THROW(RunZonePause(surroundings), RuntimeError) << c.start - kLast;
+        EXPECT_EQ(looks, c.looks) << c.start - kLast;
+        EXPECT_GE(yields, 1);
+    }
+}
+
+TEST(ZonePause, LetsTheToolBeLeft) {
+    const PauseSurroundings surroundings{[] { return 40000.25; }, [] { return true; },
+                                         [] { throw gui::Leaving{}; }};
+    EXPECT_THROW(RunZonePause(surroundings), gui::Leaving);
+}
+
+} // namespace

@@ -1,0 +1,127 @@
+#include "servers/modServerControl.h"
+#include "support/Servers.h"
+#include "support/Wait.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+using namespace modServerControl;
+using support::ServerFolder;
+
+namespace {
+
+/// A window of the test program with a server's class and any title.
+class FakeWindow {
+public:
+    FakeWindow(const char* windowClass, const std::string& title) {
+        WNDCLASSA kind{};
+        kind.lpfnWndProc = DefWindowProcA;
+        kind.lpszClassName = windowClass;
+        RegisterClassA(&kind);
+        window_ = CreateWindowExA(0, windowClass, title.c_str(), WS_POPUP, 0, 0, 9, 9, nullptr, nullptr,
+                                  nullptr, nullptr);
+    }
+    ~FakeWindow() { DestroyWindow(window_); }
+    HWND get() const { return window_; }
+
+private:
+    HWND window_;
+};
+
+TEST(Detection, TellsServersByTheirTitles) {
+    struct Case {
+        const char* title;
+        bool login, character, zone;
+    };
+    const Case cases[] = {
+        {"Kerno Login Server", true, false, false},
+        {"Kerno Login Serve", false, false, false}, // its last character is not read
+        {"Kerno Login Serverless", true, false, false},
+        {"kerno login server", false, false, false},
+        {"My Kerno Login Server", false, false, false},
+        {"Kerno Character Server", false, true, false},
+        {"Kerno Character Serve", false, false, false},
+        {"Kerno Zone Server 00:12:34:56 x", false, false, true},
+        {"Kerno Zone Server 00:12:34:56", false, false, false},
+        {"Kerno Zone Server 00:12:34:5x x", false, false, false},
+        {"Kerno Zone Server 00.12:34:56 x", false, false, false},
+        {"K", false, false, false},
+        {"", false, false, false},
+    };
+    ServerDetectionMethod(kDetectByTitle);
+    for (const Case& c : cases) {
+        const FakeWindow login("TForm1", c.title);
+        const FakeWindow zone("TfrmMain", c.title);
+        EXPECT_EQ(IsLoginServerWindow(login.get()), c.login) << c.title;
+        EXPECT_EQ(IsLoginRunning(), c.login) << c.title;
+        EXPECT_EQ(IsCharacterServerWindow(login.get()), c.character) << c.title;
+        EXPECT_EQ(IsCharacterRunning(), c.character) << c.title;
+        EXPECT_EQ(IsZoneServerWindow(zone.get()), c.zone) << c.title;
+        EXPECT_EQ(IsZoneRunning(), c.zone) << c.title;
+    }
+    const FakeWindow app("TApplication", "Kerno Zone");
+    const FakeWindow shortApp("TApplication", "Kerno Zon");
+    EXPECT_TRUE(IsZoneAppWindow(app.get()));
+    EXPECT_FALSE(IsZoneAppWindow(shortApp.get()));
+}
+
+TEST(Detection, FindsTheThreeServersByEitherMethodAndByNoOther) {
+    const ServerFolder folder;
+    EXPECT_EQ(TrayStatusText(), "Kerno Tools :: [Kerno Inactive]");
+    for (const Server server : kServers)
+        ASSERT_TRUE(folder.Launch(server));
+    for (const std::int16_t method : {kDetectByTitle, kDetectByProcess, std::int16_t{2}, std::int16_t{-1}}) {
+        ServerDetectionMethod(method);
+        for (const Server server : kServers) {
+            const bool known = method == kDetectByTitle || method == kDetectByProcess;
+            EXPECT_EQ(MainWindow(server), known ? folder.MainWindow(server) : nullptr) << method;
+            EXPECT_EQ(IsAppWindow(server, folder.AppWindow(server)), known) << method;
+        }
+    }
+    ServerDetectionMethod(kDetectByProcess);
+    EXPECT_EQ(GetWindowModuleName(folder.MainWindow(Server::Zone)), "kZone.exe");
+    folder.Kill(Server::Character);
+    EXPECT_EQ(TrayStatusText(), "Kerno Tools :: [Login(Active) Character(Inactive) Zone(Active)]");
+    EXPECT_EQ(ServerStatusText(), TrayStatusText());
+    EXPECT_EQ(GetWindowModuleName(nullptr), "");
+}
+
+TEST(Detection, ComparesExecutablesWithTheirLetterCase) {
+    const ServerFolder folder;
+    std::filesystem::remove(folder.Path() + "kLogin.exe");
+    std::filesystem::copy_file(folder.Path() + "kZone.exe", folder.Path() + "KZONE.EXE.tmp");
+    std::filesystem::remove(folder.Path() + "kZone.exe");
+    std::filesystem::rename(folder.Path() + "KZONE.EXE.tmp", folder.Path() + "KZONE.EXE");
+    const HWND window = folder.Launch(Server::Zone, "KZONE.EXE");
+    ASSERT_TRUE(window);
+    EXPECT_TRUE(IsZoneRunning());
+    ServerDetectionMethod(kDetectByProcess);
+    EXPECT_FALSE(IsZoneRunning());
+    EXPECT_FALSE(IsServerProcessWindow(window));
+    EXPECT_TRUE(IsServerPathWindow(window));
+}
+
+TEST(Priority, PairsIndexesWithClasses) {
+    const ServerFolder folder;
+    const HWND window = folder.Launch(Server::Login);
+    ASSERT_TRUE(window);
+    struct Case {
+        int set;
+        int status, read;
+    };
+    // Index 2 is refused, and the class stays what it was.
+    const Case cases[] = {{5, 1, 5}, {4, 1, 4}, {2, 0, 4}, {1, 1, 1}, {3, 1, 3}, {-1, 0, 3}, {6, 0, 3}};
+    for (const Case& c : cases) {
+        EXPECT_EQ(SetLoginPriority(c.set), c.status) << c.set;
+        EXPECT_EQ(GetLoginPriority(), c.read) << c.set;
+    }
+    EXPECT_EQ(SetProcessPriority(window, ABOVE_NORMAL_PRIORITY_CLASS), 1);
+    EXPECT_EQ(GetLoginPriority(), 0);
+    EXPECT_EQ(PriorityIndexOf(0xFFFF8000), 2);
+    EXPECT_EQ(SetCharacterPriority(3), 0);
+    EXPECT_EQ(GetCharacterPriority(), 0);
+    EXPECT_EQ(GetProcessPriority(nullptr), 0u);
+}
+
+} // namespace
