@@ -3,6 +3,7 @@
 #include "common/Files.h"
 #include "common/RuntimeError.h"
 #include "support/ChildProcess.h"
+#include "support/Errors.h"
 #include "support/TempFolder.h"
 
 #include <gtest/gtest.h>
@@ -34,12 +35,7 @@ protected:
         return text.substr(kHeader.size());
     }
     long ErrorOf(void (GMTable::*operation)(const std::string&)) {
-        try {
-            (table.*operation)(path);
-            return 0;
-        } catch (const RuntimeError& error) {
-            return error.Number();
-        }
+        return support::ErrorNumber([&] { (table.*operation)(path); });
     }
 
     support::TempFolder folder;
@@ -71,8 +67,8 @@ TEST_F(GMTableTest, RowsAreAddedChangedAndRemoved) {
 }
 
 TEST_F(GMTableTest, WhatIsNoProperRowIsCarriedAlong) {
-    const std::string odd = "// trusted people\r\n\r\n5,1,1\r\n6,yes,1,99999,0\r\n4294967296,1\r\n8" + kAllOnes +
-                            ",a friend\r\n";
+    const std::string odd =
+        "// trusted people\r\n\r\n5,1,1\r\n6,yes,1,99999,0\r\n4294967296,1\r\n8" + kAllOnes + ",a friend\r\n";
     Load(odd);
     EXPECT_EQ(table.Retrieve(5), (Privileges{1, 1}));
     EXPECT_EQ(table.Retrieve(6), (Privileges{0, 1}));
@@ -128,8 +124,8 @@ TEST_F(GMTableTest, ARefusedSaveLeavesFileAndBackup) {
     support::WriteFile(backup, "older");
     table.Remove(1);
     {
-        const common::FileHandle lock(CreateFileA(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
-                                                  OPEN_EXISTING, 0, nullptr));
+        const common::FileHandle lock(
+            CreateFileA(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
         EXPECT_EQ(ErrorOf(&GMTable::Save), common::kPermissionDenied);
     }
     SetFileAttributesA(path.c_str(), FILE_ATTRIBUTE_READONLY);
