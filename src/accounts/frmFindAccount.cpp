@@ -3,6 +3,13 @@
 #include "common/Text.h"
 #include "gui/modGUI.h"
 
+namespace {
+
+// It has no caption of its own, and speaks for the editor.
+constexpr const char* kTitle = "Kerno Tools :: Accounts Editor";
+
+} // namespace
+
 void frmFindAccount::Form_Load() {
     // The search text comes to lie where the account's name stands.
     RECT anchor{};
@@ -38,5 +45,5 @@ void frmFindAccount::cmdNext_Click() {
     if (common::Trim(txtAccountName.Text()).empty())
         return;
     if (!ChooseFrom(names_.Shown() + 1))
-        MsgBox("There is no more accounts that match");
+        MsgBox("There is no more accounts that match", MB_OK, kTitle);
 }

@@ -245,7 +245,7 @@ TEST_F(EditorTest, TheSearchBoxWalksToTheEnd) {
         EXPECT_TRUE(boxes.Seen().empty());
         find.cmdNext.Press();
     }
-    EXPECT_EQ(boxes.Texts(), Texts{"There is no more accounts that match"});
+    EXPECT_EQ(Said(), Texts{"There is no more accounts that match"});
     EXPECT_EQ(editor.txtAccountID.Text(), "100011");
     editor.cmdCancel.Press();
     EXPECT_EQ(editor.FindBox(), nullptr);
