@@ -5,6 +5,7 @@ void AccountNameBox::Attached() {
     info.cbSize = sizeof info;
     GetComboBoxInfo(Window(), &info);
     field_ = info.hwndItem;
+    list_ = info.hwndList;
     names_.Clear();
     shown_ = -1;
     typed_.clear();
@@ -34,8 +35,15 @@ void AccountNameBox::Shown(int index) {
 }
 
 void AccountNameBox::AddItem(const std::string& name) {
-    ComboBox::AddItem(name);
+    // Through the box itself it would take twenty times as long: seconds for 100,000 names.
+    SendMessageA(list_, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(name.c_str()));
     names_.Add(name);
+}
+
+void AccountNameBox::Fill(int count, const std::function<void()>& fill) {
+    SendMessageA(list_, WM_SETREDRAW, FALSE, 0);
+    ComboBox::Fill(count, fill);
+    SendMessageA(list_, WM_SETREDRAW, TRUE, 0);
 }
 
 void AccountNameBox::Rename(int index, const std::string& name) {

@@ -28,6 +28,8 @@ public:
 
     const accounts::NameList& Names() const { return names_; }
     void AddItem(const std::string& name);
+    /// As for every list.
+    void Fill(int count, const std::function<void()>& fill);
     void Rename(int index, const std::string& name);
     void RemoveItem(int index);
     void Clear();
@@ -43,6 +45,7 @@ private:
     std::function<void()> change_;
     accounts::NameList names_;
     HWND field_ = nullptr;
+    HWND list_ = nullptr;
     int shown_ = -1;
     std::string typed_;
     std::string offer_;
