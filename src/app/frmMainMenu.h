@@ -3,6 +3,8 @@
 #include "accounts/frmAccountEditor.h"
 #include "app/frmMainMenu.ids.h"
 #include "app/ServerMenu.h"
+#include "config/frmServerStatus.h"
+#include "config/frmServerSettings.h"
 #include "gui/Control.h"
 #include "gui/Menu.h"
 #include "servers/modServerControl.h"
@@ -129,4 +131,6 @@ private:
     clsINI kTools_;
     ServerMenu servers_{*this, kTools_};
     gui::FormSlot<frmAccountEditor> accountEditor_;
+    gui::FormSlot<frmServerStatus> serverStatus_;
+    gui::FormSlot<frmServerSettings> serverSettings_;
 };
