@@ -85,8 +85,10 @@ void frmAccountEditor::FillList() {
 }
 
 void frmAccountEditor::TellProgress(std::size_t accountsRead) {
-    Caption(std::string(kTitle) + " - loading " + common::ThousandsText(static_cast<double>(accountsRead)) +
-            " accounts");
+    const std::string count = common::ThousandsText(static_cast<double>(accountsRead));
+    std::string caption = kTitle;
+    caption.append(" - loading ").append(count).append(" accounts");
+    Caption(caption);
 }
 
 /// A message of the editor; false when the editor was closed meanwhile.
