@@ -41,6 +41,7 @@ public:
                                    &frmAccountEditor::cmdClearAll_Click};
     gui::Frame fraAccount{*this, IDC_frmAccountEditor_fraAccount, &frmAccountEditor::fraAccount_MouseDown};
 
+    gui::Frame fraGM{*this, IDC_frmAccountEditor_fraGM};
     gui::CheckBox chkIsGM{*this, IDC_frmAccountEditor_chkIsGM, &frmAccountEditor::chkIsGM_Click};
     gui::CheckBox chkBroadcast{*this, IDC_frmAccountEditor_chkBroadcast};
     gui::CheckBox chkItemSummon{*this, IDC_frmAccountEditor_chkItemSummon};
@@ -63,12 +64,22 @@ public:
                                               &frmAccountEditor::cmdRemoveAllPrivileges_Click};
 
     // Room for characters and storage, which the tool does not edit: nothing here reacts.
+    gui::Frame fraCharacters{*this, IDC_frmAccountEditor_fraCharacters};
+    gui::Label lblSlot1{*this, IDC_frmAccountEditor_lblSlot1};
+    gui::Label lblSlot2{*this, IDC_frmAccountEditor_lblSlot2};
+    gui::Label lblSlot3{*this, IDC_frmAccountEditor_lblSlot3};
+    gui::Label lblSlot4{*this, IDC_frmAccountEditor_lblSlot4};
+    gui::Label lblSlot6{*this, IDC_frmAccountEditor_lblSlot6};
+    gui::Label lblSlot7{*this, IDC_frmAccountEditor_lblSlot7};
+    gui::Label lblSlot8{*this, IDC_frmAccountEditor_lblSlot8};
+    gui::Label lblSlot9{*this, IDC_frmAccountEditor_lblSlot9};
     gui::ListBox lstCurrentCharacters{*this, IDC_frmAccountEditor_lstCurrentCharacters};
     gui::ListBox lstOrphanCharacters{*this, IDC_frmAccountEditor_lstOrphanCharacters};
     gui::CommandButton cmdAdd{*this, IDC_frmAccountEditor_cmdAdd};
     gui::CommandButton cmdDelete{*this, IDC_frmAccountEditor_cmdDelete};
     gui::CommandButton cmdGoUp{*this, IDC_frmAccountEditor_cmdGoUp};
     gui::CommandButton cmdGoDown{*this, IDC_frmAccountEditor_cmdGoDown};
+    gui::Frame fraKafra{*this, IDC_frmAccountEditor_fraKafra};
     gui::CommandButton cmdEditKafra{*this, IDC_frmAccountEditor_cmdEditKafra};
     gui::PopupMenu mnuPopup{*this, IDR_frmAccountEditor_mnuPopup};
     gui::PopupMenu mnuPopup2{*this, IDR_frmAccountEditor_mnuPopup2};
