@@ -32,8 +32,6 @@ void frmMainMenu::Form_Load() {
 
     cmdAccountEditor.Enabled(false);
     mnuAccountEditor.Enabled(false);
-
-    mnuSetUpMySQL.Enabled(false);
 }
 
 void frmMainMenu::LoadSharedSettings() {
@@ -100,7 +98,9 @@ void frmMainMenu::cmdServerControl_Click() {}
 
 void frmMainMenu::cmdAccountEditor_Click() {}
 
-void frmMainMenu::mnuSetUpMySQL_Click() {}
+void frmMainMenu::mnuSetUpMySQL_Click() {
+    mySQLSetUp_.Get().Show(this);
+}
 
 void frmMainMenu::cmdMinimizetoTray_Click() {
     modSystemTray::TrayAddIcon(*this, modServerControl::TrayStatusText());

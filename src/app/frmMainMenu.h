@@ -2,6 +2,7 @@
 
 #include "app/frmMainMenu.ids.h"
 #include "app/ServerMenu.h"
+#include "dbsetup/frmMySQLSetUp.h"
 #include "gui/Control.h"
 #include "gui/Menu.h"
 #include "servers/modServerControl.h"
@@ -127,4 +128,5 @@ private:
     bool inTray_ = false;
     clsINI kTools_;
     ServerMenu servers_{*this, kTools_};
+    gui::FormSlot<frmMySQLSetUp> mySQLSetUp_;
 };
