@@ -4,7 +4,7 @@
 
 namespace gui {
 
-/// Shows the busy cursor as long as it lives; for waits that do not yield.
+/// The hour-glass, until the object goes or the mouse is next told where it is.
 class WaitCursor {
 public:
     WaitCursor() : before_(SetCursor(LoadCursorA(nullptr, IDC_WAIT))) {}
