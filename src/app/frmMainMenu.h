@@ -2,6 +2,8 @@
 
 #include "app/frmMainMenu.ids.h"
 #include "app/ServerMenu.h"
+#include "config/frmServerSettings.h"
+#include "config/frmServerStatus.h"
 #include "dbsetup/frmMySQLSetUp.h"
 #include "gui/Control.h"
 #include "gui/Menu.h"
@@ -129,4 +131,6 @@ private:
     clsINI kTools_;
     ServerMenu servers_{*this, kTools_};
     gui::FormSlot<frmMySQLSetUp> mySQLSetUp_;
+    gui::FormSlot<frmServerStatus> serverStatus_;
+    gui::FormSlot<frmServerSettings> serverSettings_;
 };
