@@ -20,11 +20,10 @@ public:
         const auto rejection = Rejection(statement);
         if (!rejection)
             return true;
-        if (!allowed_)
-            allowed_ = allow_(*rejection);
-        if (*allowed_)
+        allowed_ = allowed_ || allow_(*rejection);
+        if (allowed_)
             server_.Execute(EngineForm(statement));
-        return *allowed_;
+        return allowed_;
     }
 
 private:
@@ -41,7 +40,7 @@ private:
 
     SetUpServer& server_;
     const AllowEngineForm& allow_;
-    std::optional<bool> allowed_;
+    bool allowed_ = false;
 };
 
 } // namespace
