@@ -20,13 +20,6 @@ void frmMainMenu::Form_Load() {
         settings::CreateDefaultSettings(kTools_.INIPath());
     LoadSharedSettings();
     MakeDataFolders();
-    // Windows that the tool does not have yet.
-
-    cmdServerControl.Enabled(false);
-    mnuServerControl.Enabled(false);
-
-    cmdAccountEditor.Enabled(false);
-    mnuAccountEditor.Enabled(false);
 }
 
 void frmMainMenu::LoadSharedSettings() {
@@ -93,9 +86,16 @@ void frmMainMenu::cmdServerConfig_Click() {
     serverSettings_.Get().Show(this);
 }
 
-void frmMainMenu::cmdServerControl_Click() {}
+void frmMainMenu::cmdServerControl_Click() {
+    frmServerControl& panel = serverControl_.Get();
+    if (panel.State() == gui::WindowState::Minimized)
+        panel.State(gui::WindowState::Normal);
+    panel.Show(this);
+}
 
-void frmMainMenu::cmdAccountEditor_Click() {}
+void frmMainMenu::cmdAccountEditor_Click() {
+    accountEditor_.Get().Show(this);
+}
 
 void frmMainMenu::mnuSetUpMySQL_Click() {
     mySQLSetUp_.Get().Show(this);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "accounts/frmAccountEditor.h"
 #include "app/frmMainMenu.ids.h"
 #include "app/ServerMenu.h"
 #include "config/frmServerSettings.h"
@@ -9,6 +10,7 @@
 #include "gui/Menu.h"
 #include "servers/modServerControl.h"
 #include "settings/clsINI.h"
+#include "supervision/frmServerControl.h"
 
 /// The tool's first and central window: opens the others, and carries the tray icon whose menu drives the
 /// servers. Unloading it ends the tool; the servers keep running.
@@ -131,6 +133,8 @@ private:
     clsINI kTools_;
     ServerMenu servers_{*this, kTools_};
     gui::FormSlot<frmMySQLSetUp> mySQLSetUp_;
+    gui::FormSlot<frmServerControl> serverControl_;
+    gui::FormSlot<frmAccountEditor> accountEditor_;
     gui::FormSlot<frmServerStatus> serverStatus_;
     gui::FormSlot<frmServerSettings> serverSettings_;
 };
