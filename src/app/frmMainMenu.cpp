@@ -20,9 +20,6 @@ void frmMainMenu::Form_Load() {
         settings::CreateDefaultSettings(kTools_.INIPath());
     LoadSharedSettings();
     MakeDataFolders();
-    // Windows that the tool does not have yet.
-
-    mnuSetUpMySQL.Enabled(false);
 }
 
 void frmMainMenu::LoadSharedSettings() {
@@ -100,7 +97,9 @@ void frmMainMenu::cmdAccountEditor_Click() {
     accountEditor_.Get().Show(this);
 }
 
-void frmMainMenu::mnuSetUpMySQL_Click() {}
+void frmMainMenu::mnuSetUpMySQL_Click() {
+    mySQLSetUp_.Get().Show(this);
+}
 
 void frmMainMenu::cmdMinimizetoTray_Click() {
     modSystemTray::TrayAddIcon(*this, modServerControl::TrayStatusText());

@@ -5,6 +5,7 @@
 #include "app/ServerMenu.h"
 #include "config/frmServerSettings.h"
 #include "config/frmServerStatus.h"
+#include "dbsetup/frmMySQLSetUp.h"
 #include "gui/Control.h"
 #include "gui/Menu.h"
 #include "servers/modServerControl.h"
@@ -131,6 +132,7 @@ private:
     bool inTray_ = false;
     clsINI kTools_;
     ServerMenu servers_{*this, kTools_};
+    gui::FormSlot<frmMySQLSetUp> mySQLSetUp_;
     gui::FormSlot<frmServerControl> serverControl_;
     gui::FormSlot<frmAccountEditor> accountEditor_;
     gui::FormSlot<frmServerStatus> serverStatus_;
