@@ -37,7 +37,7 @@ VIAddVersionKey LegalCopyright ""
 
 !define MUI_ICON "${ICON}"
 !define MUI_UNICON "${ICON}"
-!define MUI_ABORTWARNING
+!define MUI_WELCOMEFINISHPAGE_BITMAP "${SIDE}"
 !define MUI_DIRECTORYPAGE_TEXT_TOP "${TITLE} keeps its settings, logs and backups in its own folder, so choose one \
 in which you may write. Settings, logs and backups that are there already stay."
 !define MUI_PAGE_CUSTOMFUNCTION_LEAVE CheckFolder
