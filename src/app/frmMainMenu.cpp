@@ -21,11 +21,6 @@ void frmMainMenu::Form_Load() {
     LoadSharedSettings();
     MakeDataFolders();
     // Windows that the tool does not have yet.
-    cmdServerStatus.Enabled(false);
-    mnuServerStatus.Enabled(false);
-
-    cmdServerConfig.Enabled(false);
-    mnuServerConfig.Enabled(false);
 
     cmdServerControl.Enabled(false);
     mnuServerControl.Enabled(false);
@@ -92,9 +87,13 @@ void frmMainMenu::Form_Error(const RuntimeError& error) {
     gui::End(1);
 }
 
-void frmMainMenu::cmdServerStatus_Click() {}
+void frmMainMenu::cmdServerStatus_Click() {
+    serverStatus_.Get().Show(this);
+}
 
-void frmMainMenu::cmdServerConfig_Click() {}
+void frmMainMenu::cmdServerConfig_Click() {
+    serverSettings_.Get().Show(this);
+}
 
 void frmMainMenu::cmdServerControl_Click() {}
 

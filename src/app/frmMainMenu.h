@@ -2,6 +2,8 @@
 
 #include "app/frmMainMenu.ids.h"
 #include "app/ServerMenu.h"
+#include "config/frmServerStatus.h"
+#include "config/frmServerSettings.h"
 #include "gui/Control.h"
 #include "gui/Menu.h"
 #include "servers/modServerControl.h"
@@ -127,4 +129,6 @@ private:
     bool inTray_ = false;
     clsINI kTools_;
     ServerMenu servers_{*this, kTools_};
+    gui::FormSlot<frmServerStatus> serverStatus_;
+    gui::FormSlot<frmServerSettings> serverSettings_;
 };

@@ -108,6 +108,9 @@ void Form::MakeWindow(HWND owner) {
 }
 
 void Form::Attach() {
+    RECT size;
+    GetWindowRect(window_, &size);
+    smallest_ = {size.right - size.left, size.bottom - size.top};
     for (Control* control : controls_) {
         control->window_ = GetDlgItem(window_, control->id_);
         if (!control->window_)
@@ -375,6 +378,9 @@ bool Form::Handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
         return true;
     case WM_SIZE:
         Raise([this] { Form_Resize(); });
+        return true;
+    case WM_GETMINMAXINFO:
+        reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = smallest_;
         return true;
     case WM_CLOSE:
         Unload();

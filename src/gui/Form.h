@@ -32,7 +32,8 @@ template <class F, class C, class... A> std::function<void(A...)> Bind(F& form, 
 /// A window made from a dialog template. A class derived from it declares its controls, timers and menu
 /// entries as members; each registers itself here and is attached to its window when the form loads.
 ///
-/// A string resource with a control's id is that control's tooltip.
+/// A string resource with a control's id is that control's tooltip. A template with a sizing border gives the
+/// smallest size that the user can give the form.
 class Form {
 public:
     explicit Form(int templateId);
@@ -122,6 +123,7 @@ private:
     HWND window_ = nullptr;
     HWND toolTips_ = nullptr;
     HWND disabledOwner_ = nullptr;
+    POINT smallest_{};
     bool unloading_ = false;
     int busy_ = 0;
     std::exception_ptr attachError_;

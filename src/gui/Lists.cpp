@@ -81,7 +81,8 @@ void ComboBox::Attached() {
         return;
     COMBOBOXINFO info{};
     info.cbSize = sizeof info;
-    const bool hasField = GetComboBoxInfo(Window(), &info) && info.hwndItem != Window();
+    // A list without a field names itself or nothing here, as the system's version has it.
+    const bool hasField = GetComboBoxInfo(Window(), &info) && info.hwndItem;
     Watch(hasField ? info.hwndItem : Window());
 }
 

@@ -56,6 +56,10 @@ public:
              void (C::*keyPress)(int&) = nullptr)
         : ListControl(form, id, kMessages, Bind(form, click)), change_(Bind(form, change)),
           keyPress_(Bind(form, keyPress)) {}
+    /// With a KeyPress handler alone, called for each character before the list takes it.
+    template <class F, class C>
+    ComboBox(F& form, int id, void (C::*keyPress)(int&))
+        : ListControl(form, id, kMessages, {}), keyPress_(Bind(form, keyPress)) {}
     std::string Text() const { return WindowText(); }
     /// Text of the field; does not run Change.
     void Text(const std::string& text) { WindowText(text); }

@@ -63,6 +63,12 @@ void Picture::Clear() {
     Visible(false);
 }
 
+SIZE Picture::PictureSize() const {
+    if (!bitmap_)
+        return {};
+    return {static_cast<LONG>(bitmap_->GetWidth()), static_cast<LONG>(bitmap_->GetHeight())};
+}
+
 void Picture::Draw(const DRAWITEMSTRUCT& item) {
     const int width = item.rcItem.right - item.rcItem.left;
     const int height = item.rcItem.bottom - item.rcItem.top;

@@ -25,6 +25,8 @@ public:
     /// Shows nothing and is hidden, so that what lies under it is seen.
     void Clear();
     bool Empty() const { return !bitmap_; }
+    /// Size of the picture itself, in its own pixels; 0 by 0 when there is none.
+    SIZE PictureSize() const;
 
 private:
     friend class Shape;

@@ -1,5 +1,6 @@
 #include "gui/Text.h"
 
+#include <commctrl.h>
 #include <richedit.h>
 
 namespace gui {
@@ -43,24 +44,46 @@ void TextBox::Command(int code) {
 void RichTextBox::Attached() {
     // Without this the box takes 64 KB.
     Send(EM_EXLIMITTEXT, 0, 0x7FFFFFFE);
-    if (mouseDown_)
-        Watch(Window());
+    // What was appended is never taken back, so nothing is kept for that.
+    Send(EM_SETUNDOLIMIT, 0);
+    Watch(Window());
 }
 
 void RichTextBox::Append(const std::string& text) {
     const CHARRANGE end{-1, -1};
+    // While it may draw, some versions go through all their lines at every change.
+    Send(WM_SETREDRAW, FALSE);
     Send(EM_EXSETSEL, 0, reinterpret_cast<LPARAM>(&end));
     SendText(EM_REPLACESEL, FALSE, text);
     Send(WM_VSCROLL, SB_BOTTOM);
+    Send(WM_SETREDRAW, TRUE);
+    InvalidateRect(Window(), nullptr, FALSE);
 }
 
-bool RichTextBox::Message(HWND /*window*/, UINT message, WPARAM& /*wParam*/, LPARAM lParam) {
-    if (message == WM_LBUTTONDOWN || message == WM_RBUTTONDOWN)
-        Raise([&] {
-            mouseDown_(message == WM_LBUTTONDOWN ? MouseButton::Left : MouseButton::Right,
-                       static_cast<short>(LOWORD(lParam)), static_cast<short>(HIWORD(lParam)));
-        });
-    return false;
+bool RichTextBox::SelectsText() const {
+    CHARRANGE selected{};
+    Send(EM_EXGETSEL, 0, reinterpret_cast<LPARAM>(&selected));
+    return selected.cpMin != selected.cpMax;
+}
+
+bool RichTextBox::Message(HWND window, UINT message, WPARAM& wParam, LPARAM lParam) {
+    switch (message) {
+    case WM_CHAR:
+        // Ctrl+C and the keys that move are not characters to the box; all else would only make it beep.
+        return true;
+    case WM_GETDLGCODE:
+        // Only the arrows are the box's own. Tab would not lead out of it otherwise, and Tab into it would
+        // select everything.
+        return !lParam || wParam < VK_LEFT || wParam > VK_DOWN;
+    case WM_LBUTTONUP:
+        // The box ends its selecting first, because a menu opened by the click takes the mouse from it.
+        DefSubclassProc(window, message, wParam, lParam);
+        if (!SelectsText())
+            Raise(click_);
+        return true;
+    default:
+        return false;
+    }
 }
 
 } // namespace gui

@@ -39,22 +39,25 @@ private:
     std::function<void()> change_;
 };
 
-/// A read-only box for text that grows without a limit.
+/// A read-only box for text that grows without a limit. Text in it can be selected with the mouse and copied;
+/// every other key press is swallowed.
 class RichTextBox : public TextControl {
 public:
+    /// `click`: a press and release of the left button that selects nothing.
     template <class F, class C = F>
-    RichTextBox(F& form, int id, void (C::*mouseDown)(MouseButton, int, int) = nullptr)
-        : TextControl(form, id, {}), mouseDown_(Bind(form, mouseDown)) {}
+    RichTextBox(F& form, int id, void (C::*click)() = nullptr)
+        : TextControl(form, id, {}), click_(Bind(form, click)) {}
     using TextControl::Text;
     void Text(const std::string& text) { WindowText(text); }
-    /// Puts text behind what is there and shows its end; costs what the new text costs.
+    /// Puts text behind what is there and shows its end, with the caret there; costs what the new text costs.
     void Append(const std::string& text);
 
 private:
     void Attached() override;
     bool Message(HWND window, UINT message, WPARAM& wParam, LPARAM lParam) override;
+    bool SelectsText() const;
 
-    MouseHandler mouseDown_;
+    std::function<void()> click_;
 };
 
 } // namespace gui

@@ -79,8 +79,12 @@ std::string GetWindowModuleName(HWND window) {
 }
 
 std::optional<LRESULT> Ask(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    constexpr UINT kFlags = SMTO_ABORTIFHUNG;
     DWORD_PTR answer = 0;
-    if (!SendMessageTimeoutA(window, message, wParam, lParam, SMTO_ABORTIFHUNG, kAnswerMilliseconds, &answer))
+    // Under Wine the time limit does not hold for messages about text, so the window has to show first that
+    // it answers at all.
+    if (!SendMessageTimeoutA(window, WM_NULL, 0, 0, kFlags, kAnswerMilliseconds, &answer) ||
+        !SendMessageTimeoutA(window, message, wParam, lParam, kFlags, kAnswerMilliseconds, &answer))
         return {};
     return static_cast<LRESULT>(answer);
 }

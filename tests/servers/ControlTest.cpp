@@ -172,11 +172,12 @@ TEST(Dialogs, AreSweptAwayWhoeverRaisesThem) {
     folder.Command(Server::Character, Command::RaiseDialogs, 20);
     folder.Command(Server::Zone, Command::RaiseTitledDialog);
     // A program that is no server, with a server's name in its title.
-    std::thread stranger([] { MessageBoxA(nullptr, "Fault", "About KLOGIN", MB_OK); });
+    std::thread stranger([] { MessageBoxA(nullptr, "Fault", "KLOGIN fault", MB_OK); });
     EXPECT_TRUE(
-        WaitUntil([&] { return folder.DialogCount() >= 9 && FindWindowA("#32770", "About KLOGIN"); }));
+        WaitUntil([&] { return folder.DialogCount() >= 9 && FindWindowA("#32770", "KLOGIN fault"); }));
     EXPECT_EQ(CloseServerDialogs(), 1);
     EXPECT_EQ(HasDialogByProcess() + HasDialogByTitle(), 0);
+    PostMessageA(FindWindowA("#32770", "KLOGIN fault"), WM_CLOSE, 0, 0);
     stranger.join();
 }
 
@@ -211,7 +212,7 @@ TEST(ZonePause, EndsByTheHour) {
         {kLast - 2000, kLast - 2000, 1001, true},        // midnight
         {kLast - 2000.25, kLast - 2000.25, 1001, false}, // at a quarter to it, 1000 turns are not enough
         {kLast - 2000.5, kLast - 2000.5, 1002, false},   // halves go to the even day
-        {kLast - 1999.5, kLast - 1999, 1002, true},      // midnight comes while it counts
+        {kLast - 1999.5, kLast - 1999, 1001, true},      // midnight comes while it counts
         {kLast - 1000, kLast - 1000, 1001, true},        // the last number that there is
         {kLast - 999, kLast - 999, 1000, false},         // the count runs out first
     };

@@ -1,0 +1,55 @@
+#include "config/MapPlacement.h"
+
+#include "common/Numbers.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace config {
+
+namespace {
+
+using Limits = std::numeric_limits<std::int16_t>;
+
+std::int16_t Clamped(double value) {
+    return static_cast<std::int16_t>(std::clamp<double>(value, Limits::min(), Limits::max()));
+}
+
+} // namespace
+
+std::int16_t CoordinateOf(std::string_view text) {
+    return Clamped(std::nearbyint(common::Val(text)));
+}
+
+Cell CellAt(POINT point, SIZE picture, Cell highest) {
+    if (picture.cx <= 0 || picture.cy <= 0)
+        return {};
+    const double right = static_cast<double>(point.x) / picture.cx;
+    const double up = static_cast<double>(picture.cy - point.y) / picture.cy;
+    return {Clamped(std::floor(right * highest.x)), Clamped(std::floor(up * highest.y))};
+}
+
+POINT PointOf(double x, double y, const RECT& bounds, Cell highest) {
+    if (highest.x == 0 || highest.y == 0)
+        return {bounds.left, bounds.top};
+    const double left = bounds.left + x / highest.x * (bounds.right - bounds.left);
+    const double top = bounds.bottom - y / highest.y * (bounds.bottom - bounds.top);
+    return {Clamped(std::nearbyint(left)), Clamped(std::nearbyint(top))};
+}
+
+RECT FitInto(const RECT& area, SIZE picture) {
+    const LONG width = area.right - area.left;
+    const LONG height = area.bottom - area.top;
+    if (picture.cx <= 0 || picture.cy <= 0)
+        return area;
+    const double scale =
+        std::min(static_cast<double>(width) / picture.cx, static_cast<double>(height) / picture.cy);
+    const LONG fitWidth = std::max(1L, std::lround(picture.cx * scale));
+    const LONG fitHeight = std::max(1L, std::lround(picture.cy * scale));
+    const LONG left = area.left + (width - fitWidth) / 2;
+    const LONG top = area.top + (height - fitHeight) / 2;
+    return {left, top, left + fitWidth, top + fitHeight};
+}
+
+} // namespace config

@@ -1,0 +1,3 @@
+#include "config/MiscPage.h"
+
+MiscPage::MiscPage(gui::TabPanel& panel) : TabPage(panel, IDD_MiscPage) {}

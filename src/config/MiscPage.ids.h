@@ -1,0 +1,18 @@
+#pragma once
+
+#define IDD_MiscPage 1600
+#define IDC_MiscPage_chkAutoStart 1601
+#define IDC_MiscPage_chkWarpDebug 1602
+#define IDC_MiscPage_chkDisableEquipLimit 1603
+#define IDC_MiscPage_chkDisableSkillLimit 1604
+#define IDC_MiscPage_chkDisableLevelLimit 1605
+#define IDC_MiscPage_chkDisableFleedown 1606
+#define IDC_MiscPage_chkEnableMonsterKnockback 1607
+#define IDC_MiscPage_chkDisableMonsterActive 1608
+#define IDC_MiscPage_chkMonsterMob 1609
+#define IDC_MiscPage_chkSummonMonsterMob 1610
+#define IDC_MiscPage_chkSummonMonsterName 1611
+#define IDC_MiscPage_chkSummonMonsterAgo 1612
+#define IDC_MiscPage_chkSummonMonsterExp 1613
+#define IDC_MiscPage_txtGlobalMessage 1614
+#define IDC_MiscPage_txtMapMessage 1615

@@ -1,0 +1,37 @@
+#include "config/PriorityPage.h"
+
+#include "config/SettingRow.h"
+#include "servers/modServerControl.h"
+
+void PriorityPage::Form_Load() {
+    for (gui::ComboBox* list :
+         {&cboLoginPrioritySettings, &cboCharacterPrioritySettings, &cboZonePrioritySettings,
+          &cboLoginPriority, &cboCharacterPriority, &cboZonePriority}) {
+        for (const char* name : {"Realtime", "High", "Above Normal", "Normal", "Below Normal", "Low"})
+            list->AddItem(name);
+        list->ListIndex(config::kNormalPriority);
+    }
+}
+
+void PriorityPage::ShowCurrentPriorities() {
+    for (const Current& each : current_) {
+        const bool running = modServerControl::IsRunning(each.server);
+        if (running)
+            each.list.ListIndex(modServerControl::GetPriority(each.server));
+        each.list.Enabled(running);
+        each.list.Visible(running);
+        each.notRunning.Visible(!running);
+    }
+}
+
+void PriorityPage::cboZonePriority_KeyPress(int& key) {
+    // A letter would choose the next entry that begins with it, "Realtime" perhaps, in passing; here that
+    // takes a choice from the list.
+    key = 0;
+}
+
+void PriorityPage::cmdApplyPriorityChanges_Click() {
+    for (const Current& each : current_)
+        if (each.list.Visible() && modServerControl::IsRunning(each.server))
+            modServerControl::SetPriority(each.server, each.list.ListIndex());
+}

@@ -1,0 +1,13 @@
+#pragma once
+
+#define IDD_PriorityPage 1560
+#define IDC_PriorityPage_cboLoginPrioritySettings 1561
+#define IDC_PriorityPage_cboCharacterPrioritySettings 1562
+#define IDC_PriorityPage_cboZonePrioritySettings 1563
+#define IDC_PriorityPage_cboLoginPriority 1564
+#define IDC_PriorityPage_cboCharacterPriority 1565
+#define IDC_PriorityPage_cboZonePriority 1566
+#define IDC_PriorityPage_lblNotRunning1 1567
+#define IDC_PriorityPage_lblNotRunning2 1568
+#define IDC_PriorityPage_lblNotRunning3 1569
+#define IDC_PriorityPage_cmdApplyPriorityChanges 1570

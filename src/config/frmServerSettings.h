@@ -1,0 +1,50 @@
+#pragma once
+
+#include "config/ConnectionsPage.h"
+#include "config/DatabasePage.h"
+#include "config/ExperiencesPage.h"
+#include "config/frmServerSettings.ids.h"
+#include "config/MiscPage.h"
+#include "config/NewPlayerPage.h"
+#include "config/PriorityPage.h"
+#include "config/SettingRow.h"
+
+#include <vector>
+
+/// The server configurator: edits the servers' own Kerno.ini and the tool's process priorities, and shows the
+/// priorities of the servers that run. Nothing is written before Save, and a file keeps every line that none
+/// of the settings here owns.
+class frmServerSettings final : public gui::Form {
+public:
+    frmServerSettings();
+
+    gui::TabPanel mstServerConfigurator{*this, IDC_frmServerSettings_mstServerConfigurator};
+    ConnectionsPage connections{mstServerConfigurator, kTools_};
+    ExperiencesPage experiences{mstServerConfigurator};
+    DatabasePage database{mstServerConfigurator};
+    PriorityPage priority{mstServerConfigurator};
+    NewPlayerPage newPlayer{mstServerConfigurator};
+    MiscPage misc{mstServerConfigurator};
+    gui::CommandButton cmdSaveSettings{*this, IDC_frmServerSettings_cmdSaveSettings,
+                                       &frmServerSettings::cmdSaveSettings_Click};
+    gui::CommandButton cmdReload{*this, IDC_frmServerSettings_cmdReload, &frmServerSettings::cmdReload_Click};
+    gui::CommandButton cmdClose{*this, IDC_frmServerSettings_cmdClose, &frmServerSettings::cmdClose_Click};
+
+    /// Fills every control from the two files, then shows the priorities of the running servers. Raises the
+    /// file error with the controls as they were.
+    void LoadSettings();
+    /// Writes every control back, one setting after the other. Raises the file error of the first that fails.
+    void SaveSettings();
+
+private:
+    void Form_Load() override;
+    gui::CommandButton* CancelButton() override { return &cmdClose; }
+
+    void cmdSaveSettings_Click();
+    void cmdReload_Click() { LoadSettings(); }
+    void cmdClose_Click() { Unload(); }
+
+    clsINI kerno_;
+    clsINI kTools_;
+    std::vector<config::SettingRow> rows_;
+};

@@ -1,0 +1,7 @@
+#pragma once
+
+#define IDD_frmServerSettings 1500
+#define IDC_frmServerSettings_mstServerConfigurator 1501
+#define IDC_frmServerSettings_cmdSaveSettings 1502
+#define IDC_frmServerSettings_cmdReload 1503
+#define IDC_frmServerSettings_cmdClose 1504

@@ -1,0 +1,104 @@
+#pragma once
+
+#include "common/clsLog.h"
+#include "config/CIpHelper.h"
+#include "config/frmServerStatus.ids.h"
+#include "config/TrafficGraph.h"
+#include "config/TrafficMeter.h"
+#include "gui/Anchors.h"
+#include "gui/Control.h"
+#include "gui/Menu.h"
+#include "gui/Text.h"
+#include "gui/Timer.h"
+#include "settings/clsINI.h"
+
+#include <functional>
+
+/// Shows what the three servers write into their message boxes, which it empties, and logs it on request;
+/// the zone server's uptime and players; and the machine's network traffic since the window was opened.
+class frmServerStatus final : public gui::Form {
+public:
+    /// The bytes that all interfaces have carried so far.
+    using TotalsReader = std::function<config::Traffic()>;
+
+    frmServerStatus() : Form(IDD_frmServerStatus) {}
+    /// With totals from elsewhere than the machine's interfaces.
+    explicit frmServerStatus(TotalsReader totals) : Form(IDD_frmServerStatus), totals_(std::move(totals)) {}
+
+    gui::RichTextBox txtLoginStatus{*this, IDC_frmServerStatus_txtLoginStatus,
+                                    &frmServerStatus::txtLoginStatus_Click};
+    gui::RichTextBox txtCharacterStatus{*this, IDC_frmServerStatus_txtCharacterStatus,
+                                        &frmServerStatus::txtCharacterStatus_Click};
+    gui::RichTextBox txtZoneStatus{*this, IDC_frmServerStatus_txtZoneStatus,
+                                   &frmServerStatus::txtZoneStatus_Click};
+    gui::Label lblCharacterHead{*this, IDC_frmServerStatus_lblCharacterHead};
+    gui::Label lblZoneHead{*this, IDC_frmServerStatus_lblZoneHead};
+    gui::Label lblServerUptime{*this, IDC_frmServerStatus_lblServerUptime};
+    gui::Label lblplayers{*this, IDC_frmServerStatus_lblplayers};
+    gui::Frame fraTraffic{*this, IDC_frmServerStatus_fraTraffic, &frmServerStatus::fraTraffic_MouseDown};
+    gui::Label lblReceived{*this, IDC_frmServerStatus_lblReceived};
+    gui::Label lblSent{*this, IDC_frmServerStatus_lblSent};
+    gui::Label lblDownload{*this, IDC_frmServerStatus_lblDownload};
+    gui::Label lblUpload{*this, IDC_frmServerStatus_lblUpload};
+    config::TrafficGraph picSpeeds{*this, IDC_frmServerStatus_picSpeeds};
+
+    gui::PopupMenu mnuFormMenu{*this, IDR_frmServerStatus_mnuFormMenu};
+    gui::PopupMenu mnuLoginMessage{*this, IDR_frmServerStatus_mnuLoginMessage};
+    gui::PopupMenu mnuCharacterMessage{*this, IDR_frmServerStatus_mnuCharacterMessage};
+    gui::PopupMenu mnuZoneMessage{*this, IDR_frmServerStatus_mnuZoneMessage};
+    gui::PopupMenu mnuStats{*this, IDR_frmServerStatus_mnuStats};
+    gui::MenuItem mnuAlwaysOnTop{*this, IDM_frmServerStatus_mnuAlwaysOnTop,
+                                 &frmServerStatus::mnuAlwaysOnTop_Click};
+    gui::MenuItem mnuClearLogin{*this, IDM_frmServerStatus_mnuClearLogin,
+                                &frmServerStatus::mnuClearLogin_Click};
+    gui::MenuItem mnuLogLogin{*this, IDM_frmServerStatus_mnuLogLogin, &frmServerStatus::mnuLogLogin_Click};
+    gui::MenuItem mnuClearCharacter{*this, IDM_frmServerStatus_mnuClearCharacter,
+                                    &frmServerStatus::mnuClearCharacter_Click};
+    gui::MenuItem mnuLogCharacter{*this, IDM_frmServerStatus_mnuLogCharacter,
+                                  &frmServerStatus::mnuLogCharacter_Click};
+    gui::MenuItem mnuClearZone{*this, IDM_frmServerStatus_mnuClearZone, &frmServerStatus::mnuClearZone_Click};
+    gui::MenuItem mnuLogZone{*this, IDM_frmServerStatus_mnuLogZone, &frmServerStatus::mnuLogZone_Click};
+    /// Shown, but choosing it changes nothing: the amounts are those since the window was opened.
+    gui::MenuItem mnuResetTraffic{*this, IDM_frmServerStatus_mnuResetTraffic};
+
+    gui::Timer tmrUpdate{*this, std::chrono::milliseconds(1000), &frmServerStatus::tmrUpdate_Timer};
+    gui::Timer tmrUpdateMessages{*this, std::chrono::milliseconds(5000),
+                                 &frmServerStatus::tmrUpdateMessages_Timer};
+
+private:
+    void Form_Load() override;
+    void Form_Resize() override { anchors_.Apply(); }
+    void Form_MouseDown(gui::MouseButton button, int x, int y) override;
+
+    void txtLoginStatus_Click() { mnuLoginMessage.Show(); }
+    void txtCharacterStatus_Click() { mnuCharacterMessage.Show(); }
+    void txtZoneStatus_Click() { mnuZoneMessage.Show(); }
+    void fraTraffic_MouseDown(gui::MouseButton button, int x, int y);
+
+    void mnuAlwaysOnTop_Click();
+    void mnuClearLogin_Click() { txtLoginStatus.Text(""); }
+    void mnuClearCharacter_Click() { txtCharacterStatus.Text(""); }
+    void mnuClearZone_Click() { txtZoneStatus.Text(""); }
+    void mnuLogLogin_Click();
+    void mnuLogCharacter_Click();
+    void mnuLogZone_Click();
+
+    void tmrUpdate_Timer();
+    void tmrUpdateMessages_Timer();
+
+    void AnchorControls();
+    void PrepareLogs();
+    void SwitchLog(gui::MenuItem& item, std::string_view key);
+    void UpdateZone();
+    void UpdateTraffic();
+    config::Traffic MachineTotals();
+
+    clsINI kTools_;
+    clsLog loginLog_;
+    clsLog characterLog_;
+    clsLog zoneLog_;
+    CIpHelper ipHelper_;
+    TotalsReader totals_ = [this] { return MachineTotals(); };
+    config::TrafficMeter traffic_;
+    gui::Anchors anchors_{*this};
+};

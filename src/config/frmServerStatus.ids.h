@@ -1,0 +1,31 @@
+#pragma once
+
+#define IDD_frmServerStatus 1400
+#define IDC_frmServerStatus_txtLoginStatus 1401
+#define IDC_frmServerStatus_txtCharacterStatus 1402
+#define IDC_frmServerStatus_txtZoneStatus 1403
+#define IDC_frmServerStatus_lblServerUptime 1404
+#define IDC_frmServerStatus_lblplayers 1405
+#define IDC_frmServerStatus_fraTraffic 1406
+#define IDC_frmServerStatus_lblReceived 1407
+#define IDC_frmServerStatus_lblSent 1408
+#define IDC_frmServerStatus_lblDownload 1409
+#define IDC_frmServerStatus_lblUpload 1410
+#define IDC_frmServerStatus_picSpeeds 1411
+#define IDC_frmServerStatus_lblCharacterHead 1412
+#define IDC_frmServerStatus_lblZoneHead 1413
+
+#define IDR_frmServerStatus_mnuFormMenu 1440
+#define IDR_frmServerStatus_mnuLoginMessage 1441
+#define IDR_frmServerStatus_mnuCharacterMessage 1442
+#define IDR_frmServerStatus_mnuZoneMessage 1443
+#define IDR_frmServerStatus_mnuStats 1444
+
+#define IDM_frmServerStatus_mnuAlwaysOnTop 1450
+#define IDM_frmServerStatus_mnuClearLogin 1451
+#define IDM_frmServerStatus_mnuLogLogin 1452
+#define IDM_frmServerStatus_mnuClearCharacter 1453
+#define IDM_frmServerStatus_mnuLogCharacter 1454
+#define IDM_frmServerStatus_mnuClearZone 1455
+#define IDM_frmServerStatus_mnuLogZone 1456
+#define IDM_frmServerStatus_mnuResetTraffic 1457

@@ -1,0 +1,14 @@
+#pragma once
+
+#define IDD_frmStartingLocationPicker 1700
+#define IDC_frmStartingLocationPicker_lstMapList 1701
+#define IDC_frmStartingLocationPicker_fraMapPreview 1702
+#define IDC_frmStartingLocationPicker_imgMap 1703
+#define IDC_frmStartingLocationPicker_lblMap 1704
+#define IDC_frmStartingLocationPicker_txtCurrentX 1705
+#define IDC_frmStartingLocationPicker_txtCurrentY 1706
+#define IDC_frmStartingLocationPicker_lblAhaha 1707
+#define IDC_frmStartingLocationPicker_lblCurrentX 1708
+#define IDC_frmStartingLocationPicker_lblCurrentY 1709
+#define IDC_frmStartingLocationPicker_cmdOK 1710
+#define IDC_frmStartingLocationPicker_cmdCancel 1711

@@ -1,0 +1,239 @@
+#include "Configurator.h"
+
+#include "common/Text.h"
+#include "servers/modServerControl.h"
+#include "supervision/IPDetection.h"
+#include "support/Wait.h"
+
+using modServerControl::Server;
+using support::SeenBox;
+
+namespace {
+
+// The keys of the text boxes and of the check boxes from the first tab to the last; "-" for one without a
+// key.
+const auto kTexts =
+    common::Split("Name IP sv1port sv2port sv3port BaseExpMultiplier JobExpMultiplier DeathBaseLoss "
+                  "DeathJobLoss DropMultiplier gloginname gloginpass amcharactername "
+                  "amcharacterpass amglobalname amglobalpass DefaultMap DefaultPoint_X "
+                  "DefaultPoint_Y DefaultZeny GlobalGMsg MapGMsg",
+                  ' ');
+const auto kChecks =
+    common::Split("AutoStart WarpDebug DisableEquipLimit DisableSkillLimit - DisableFleeDown "
+                  "EnableMonsterKnockBack DisableMonsterActive MonsterMob SummonMonsterMob "
+                  "SummonMonsterName SummonMonsterAgo SummonMonsterExp",
+                  ' ');
+
+/// A text that no other key has, with what a sloppy reader or writer would lose.
+std::string ValueOf(const std::string& key) {
+    return "  [" + key + "] = ;&\t\x80\x81\x9f\xff ";
+}
+
+class ServerSettings : public Configurator {
+protected:
+    /// The windows of a class on all pages, in the order in which the Tab key visits them.
+    std::vector<HWND> Windows(const std::string& windowClass, LONG_PTR buttonType = -1) const {
+        std::vector<HWND> windows;
+        for (const gui::Form* page :
+             std::initializer_list<const gui::Form*>{&form.connections, &form.experiences, &form.database,
+                                                     &form.priority, &form.newPlayer, &form.misc})
+            for (HWND each = GetWindow(page->Window(), GW_CHILD); each; each = GetWindow(each, GW_HWNDNEXT)) {
+                char name[20];
+                GetClassNameA(each, name, sizeof name);
+                if (windowClass == name &&
+                    (buttonType < 0 || (GetWindowLongPtrA(each, GWL_STYLE) & BS_TYPEMASK) == buttonType))
+                    windows.push_back(each);
+            }
+        return windows;
+    }
+    std::vector<HWND> TextBoxes() const { return Windows("Edit"); }
+    std::vector<HWND> CheckBoxes() const { return Windows("Button", BS_AUTOCHECKBOX); }
+    void Save() { form.cmdSaveSettings.Press(); }
+};
+
+TEST_F(ServerSettings, SavesBackWhatItLoadedAndLeavesTheRestOfBothFilesAlone) {
+    std::string kerno = "; of the operator\r\n\r\n[Server]\r\nname=other\r\n\tUnknown = 1 \n#x\r";
+    for (const std::string& key : kTexts)
+        kerno += key + "=" + ValueOf(key) + "\r\n";
+    kerno += "IP =5\r\nPriority=5\r\n\r\n";
+    for (const std::string& key : kChecks)
+        kerno += key + "=0\r\n";
+    const std::string tool = "[Path]\r\nPriority=0\r\nLoginPriority=1\r\nCharacterPriority=4\r\n";
+    Open(kerno, tool);
+    const auto texts = TextBoxes();
+    const auto checks = CheckBoxes();
+    ASSERT_EQ(texts.size(), kTexts.size());
+    ASSERT_EQ(checks.size(), kChecks.size());
+    for (std::size_t i = 0; i < texts.size(); ++i)
+        EXPECT_EQ(support::TextOf(texts[i]), ValueOf(kTexts[i]));
+    PriorityPage& page = form.priority;
+    EXPECT_EQ(page.cboZonePrioritySettings.Text() + page.cboLoginPrioritySettings.Text() +
+                  page.cboCharacterPrioritySettings.Text(),
+              "LowHighBelow Normal");
+    Save();
+    EXPECT_EQ(boxes.Seen(), (std::vector<SeenBox>{{"kTools", "Server settings saved", MB_OK}}));
+    EXPECT_EQ(Kerno(), kerno);
+    EXPECT_EQ(Tool(), tool);
+
+    for (std::size_t i = 0; i < checks.size(); ++i) {
+        const bool bound = kChecks[i] != "-";
+        const std::string line = "\n" + kChecks[i];
+        SendMessageA(checks[i], BM_CLICK, 0, 0);
+        Save();
+        EXPECT_EQ(Kerno(), bound ? common::ReplaceAll(kerno, line + "=0", line + "=1") : kerno);
+        form.cmdReload.Press();
+        for (const HWND box : checks)
+            EXPECT_EQ(SendMessageA(box, BM_GETCHECK, 0, 0), box == checks[i]) << line;
+        SendMessageA(checks[i], BM_CLICK, 0, 0);
+    }
+    SetWindowTextA(texts[0], "new");
+    page.cboZonePrioritySettings.ListIndex(0);
+    page.cboLoginPrioritySettings.ListIndex(2);
+    Save();
+    kerno = common::ReplaceAll(kerno, ValueOf("Name"), "new");
+    EXPECT_EQ(Kerno(), common::ReplaceAll(kerno, "Priority=5", "Priority=0"));
+    EXPECT_EQ(Tool(), common::ReplaceAll(tool, "LoginPriority=1", "LoginPriority=2"));
+}
+
+TEST_F(ServerSettings, ShowsBadValuesAsWhatSaveThenWrites) {
+    const struct {
+        const char* text;
+        int check;
+        int priority;
+    } cases[] = {{"", 0, 0},    {"abc", 0, 0}, {"2", 1, 2},   {"-1", 1, 3},    {"1x", 0, 1},  {"0.4", 0, 0},
+                 {" 1 ", 1, 1}, {"6", 1, 3},   {"3.5", 1, 4}, {"40000", 0, 3}, {"1e99", 0, 3}};
+    for (const auto& c : cases) {
+        const std::string text = c.text;
+        Open("AutoStart=" + text + "\r\nPriority=" + text + "\r\n", "LoginPriority=" + text + "\r\n");
+        EXPECT_EQ(form.misc.chkAutoStart.Value(), c.check) << text;
+        EXPECT_EQ(form.priority.cboZonePrioritySettings.ListIndex(), c.priority) << text;
+        Save();
+        const std::string priority = "Priority=" + std::to_string(c.priority) + "\r\n";
+        const std::string start =
+            "AutoStart=" + std::to_string(c.check) + "\r\n" + priority + "Name=\r\nIP=\r\n";
+        EXPECT_TRUE(Kerno().starts_with(start)) << Kerno();
+        EXPECT_EQ(Tool(), "Login" + priority + "CharacterPriority=0\r\n") << text;
+    }
+}
+
+TEST_F(ServerSettings, FilesThatCannotBeUsed) {
+    form.Load();
+    EXPECT_FALSE(form.Loaded());
+    EXPECT_EQ(boxes.Seen(), (std::vector<SeenBox>{{"kTools",
+                                                   "Can't find 'Kerno.ini' in current directory. The server "
+                                                   "configurator will now close",
+                                                   MB_OK}}));
+    support::WriteFile(kernoIni, "");
+    form.Load();
+    EXPECT_FALSE(form.Loaded());
+
+    const std::string kerno = "Name=a\r\nIP=b\r\n";
+    Open(kerno);
+    form.connections.txtServerName.Text("edited");
+    support::WriteFile(kernoIni, "");
+    boxes.Clear();
+    form.cmdReload.Press();
+    EXPECT_EQ(form.connections.txtServerName.Text(), "edited");
+    support::WriteFile(kernoIni, kerno);
+    SetFileAttributesA(kernoIni.c_str(), FILE_ATTRIBUTE_READONLY);
+    Save();
+    SetFileAttributesA(kernoIni.c_str(), FILE_ATTRIBUTE_NORMAL);
+    EXPECT_EQ(Kerno(), kerno);
+    ASSERT_EQ(boxes.Seen().size(), 2u);
+    EXPECT_TRUE(boxes.Texts()[0].starts_with("Error 62")) << boxes.Texts()[0];
+    EXPECT_TRUE(boxes.Texts()[1].starts_with("Error 70")) << boxes.Texts()[1];
+}
+
+TEST_F(ServerSettings, RestartsTheServersThatTheUserWantsRestarted) {
+    HWND before[3];
+    for (const Server server : modServerControl::kServers)
+        ASSERT_TRUE(before[static_cast<int>(server)] = servers.Launch(server));
+    Open("Priority=3\r\n");
+    // The window is closed in the middle of the zone server's shutdown, which takes its time.
+    static HWND zone;
+    static gui::Form* window;
+    zone = before[2];
+    window = &form;
+    const auto closeWhenGone = [](HWND, UINT, UINT_PTR timer, DWORD) {
+        if (IsWindow(zone))
+            return;
+        KillTimer(nullptr, timer);
+        window->Unload();
+    };
+    boxes.Answer(IDYES).Answer(IDNO).Answer(IDYES, [&] { SetTimer(nullptr, 0, 10, closeWhenGone); });
+    Save();
+    EXPECT_FALSE(form.Loaded());
+    const auto question = [](const std::string& server) {
+        return SeenBox{"kTools", server + " Server is currently running. Do you want to restart it ?",
+                       MB_YESNO};
+    };
+    const std::vector<SeenBox> expected{{"kTools", "Server settings saved", MB_OK},
+                                        question("Kerno Login"),
+                                        question("Kerno Character"),
+                                        question("Kerno Zone")};
+    EXPECT_EQ(boxes.Seen(), expected);
+    for (const Server server : {Server::Login, Server::Zone})
+        EXPECT_TRUE(support::WaitUntil([&] {
+            const HWND now = servers.MainWindow(server);
+            return now && now != before[static_cast<int>(server)];
+        })) << modServerControl::ComponentOf(server).name;
+    EXPECT_EQ(servers.MainWindow(Server::Character), before[1]);
+}
+
+TEST_F(ServerSettings, ChangesThePrioritiesOfRunningServers) {
+    Open("Priority=2\r\n");
+    PriorityPage& page = form.priority;
+    EXPECT_FALSE(page.cboLoginPriority.Visible() || page.cboLoginPriority.Enabled());
+    EXPECT_TRUE(page.lblNotRunning1.Visible());
+    const HWND login = servers.Launch(Server::Login);
+    const HWND zone = servers.Launch(Server::Zone);
+    modServerControl::SetProcessPriority(zone, IDLE_PRIORITY_CLASS);
+    // The lists do not follow by themselves, and what is not shown is not applied.
+    page.cboLoginPriority.ListIndex(1);
+    page.cmdApplyPriorityChanges.Press();
+    EXPECT_EQ(modServerControl::GetProcessPriority(login), DWORD{NORMAL_PRIORITY_CLASS});
+    form.cmdReload.Press();
+    EXPECT_EQ(page.cboLoginPriority.Text() + page.cboZonePriority.Text(), "NormalLow");
+    EXPECT_TRUE(page.cboLoginPriority.Visible() && page.cboZonePriority.Visible());
+    EXPECT_TRUE(page.lblNotRunning2.Visible() && !page.lblNotRunning1.Visible());
+
+    // Typing chooses in each list but the zone server's own.
+    SendMessageA(page.cboLoginPriority.Window(), WM_CHAR, 'B', 0);
+    SendMessageA(page.cboZonePriority.Window(), WM_CHAR, 'R', 0);
+    EXPECT_EQ(page.cboLoginPriority.Text() + page.cboZonePriority.Text(), "Below NormalLow");
+    page.cboZonePriority.ListIndex(1);
+    page.cmdApplyPriorityChanges.Press();
+    EXPECT_EQ(modServerControl::GetProcessPriority(login), DWORD{BELOW_NORMAL_PRIORITY_CLASS});
+    EXPECT_EQ(modServerControl::GetProcessPriority(zone), DWORD{HIGH_PRIORITY_CLASS});
+    EXPECT_EQ(Kerno(), "Priority=2\r\n");
+}
+
+TEST_F(ServerSettings, OffersTheDetectedAddress) {
+    const std::string local = supervision::DetectLocalAddresses().back();
+    ASSERT_NE(local, "");
+    const std::string offer = " is detected as current IP address. Use it ?";
+    const struct {
+        const char* settings;
+        std::string message;
+        int answer;
+        std::string shown;
+    } cases[] = {
+        {"IPDetectionMethod=0\r\n", local + offer, IDYES, local},
+        {"DynamicHostname=localhost\r\n", local + offer, IDNO, "old"},
+        {"IPDetectionMethod=1\r\nDynamicHostname=127.0.0.9\r\n", "127.0.0.9" + offer, IDYES, "127.0.0.9"},
+        {"IPDetectionMethod=1\r\nDynamicHostname=no.such.host.invalid\r\n", "IP Detection Failed", 0, "old"},
+        {"IPDetectionMethod=2\r\nDynamicHostname=localhost\r\n", "IP Detection Failed", 0, "old"}};
+    for (const auto& c : cases) {
+        Open("IP=old\r\n", c.settings);
+        boxes.Clear();
+        if (c.answer)
+            boxes.Answer(c.answer);
+        form.connections.cmdEnterIP.Press();
+        EXPECT_EQ(boxes.Seen(),
+                  (std::vector<SeenBox>{{"kTools", c.message, c.answer ? unsigned{MB_YESNO} : MB_OK}}));
+        EXPECT_EQ(form.connections.txtServerIP.Text(), c.shown) << c.settings;
+        EXPECT_EQ(Kerno(), "IP=old\r\n");
+    }
+}
+
+} // namespace

@@ -1,0 +1,201 @@
+#include "config/frmServerStatus.h"
+
+#include "common/Files.h"
+#include "settings/kToolsSettings.h"
+#include "support/Servers.h"
+#include "support/Wait.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <regex>
+
+namespace {
+
+using standin::Command;
+using support::Server;
+using support::WaitUntil;
+
+/// Tells which pop-up menus open on this thread, and closes them.
+class PopupWatch {
+public:
+    PopupWatch() : hook_(SetWindowsHookExA(WH_CALLWNDPROC, Look, nullptr, GetCurrentThreadId())) {}
+    ~PopupWatch() { UnhookWindowsHookEx(hook_); }
+    PopupWatch(const PopupWatch&) = delete;
+    PopupWatch& operator=(const PopupWatch&) = delete;
+
+    /// The menu that opens next; null when none does.
+    HMENU Next() {
+        opened = nullptr;
+        WaitUntil([] { return opened != nullptr; });
+        return opened;
+    }
+
+private:
+    static LRESULT CALLBACK Look(int code, WPARAM wParam, LPARAM lParam) {
+        const auto& call = *reinterpret_cast<const CWPSTRUCT*>(lParam);
+        if (call.message == WM_INITMENUPOPUP)
+            opened = reinterpret_cast<HMENU>(call.wParam);
+        if (call.message == WM_ENTERIDLE && call.wParam == MSGF_MENU)
+            EndMenu();
+        return CallNextHookEx(nullptr, code, wParam, lParam);
+    }
+
+    inline static HMENU opened = nullptr;
+    HHOOK hook_;
+};
+
+/// The window over a program folder and a server folder of its own; ticks come from the tests only.
+class ServerStatus : public testing::Test {
+protected:
+    ServerStatus() { common::ProgramFolder(program_.Path()); }
+    ~ServerStatus() override { common::ProgramFolder(""); }
+
+    void Load() {
+        form_.Load();
+        form_.tmrUpdate.Enabled(false);
+        form_.tmrUpdateMessages.Enabled(false);
+    }
+
+    /// Lets the server write lines and waits until its box holds them.
+    void Write(Server server, int lines) {
+        suite_.Command(server, Command::WriteLines, lines);
+        const std::string last = "Line " + std::to_string(lines) + "\r\n";
+        ASSERT_TRUE(WaitUntil([&] { return support::TextOf(Memo(server)).ends_with(last); }));
+    }
+
+    HWND Memo(Server server) const { return suite_.Child(server, modServerControl::kMessageBoxClass); }
+
+    std::string Log(const char* name) const {
+        const std::string path = program_ / ("kTools\\Logs\\" + std::string(name));
+        if (!common::FileExists(path))
+            return {};
+        return std::regex_replace(common::ReadFileText(path), std::regex(R"(\[[0-9/]+ [0-9:]+\])"), "[]");
+    }
+
+    std::string Key(std::string_view key) const { return clsINI(settings::kToolsIniPath()).INIProperty(key); }
+
+    support::TempFolder program_;
+    support::ServerFolder suite_;
+    config::Traffic totals_{1000, 1000};
+    frmServerStatus form_{[this] { return totals_; }};
+};
+
+TEST_F(ServerStatus, HarvestsIntoTheBoxesAndTheLogsInOrder) {
+    for (const Server server : modServerControl::kServers)
+        ASSERT_TRUE(suite_.Launch(server));
+    support::WriteFile(settings::kToolsIniPath(), "LogCharacter=7\r\nLogZone=0\r\nLogLogin=-1\r\n");
+    Load();
+    EXPECT_TRUE(form_.mnuLogCharacter.Checked());
+    EXPECT_FALSE(form_.mnuLogZone.Checked());
+    EXPECT_TRUE(form_.mnuLogLogin.Checked());
+
+    Write(Server::Zone, 2);
+    form_.tmrUpdateMessages.Tick();
+    EXPECT_EQ(form_.txtZoneStatus.Text(), "\r\nLine 1\r\nLine 2\r\n");
+    EXPECT_EQ(form_.txtLoginStatus.Text() + form_.txtCharacterStatus.Text(), "");
+    EXPECT_EQ(support::TextOf(Memo(Server::Zone)), "");
+
+    form_.mnuLogZone.Choose();
+    EXPECT_EQ(Key(settings::key::kLogZone), "-1");
+    for (const int lines : {1, 2}) {
+        for (const Server server : modServerControl::kServers)
+            Write(server, lines);
+        form_.tmrUpdateMessages.Tick();
+    }
+    EXPECT_EQ(form_.txtZoneStatus.Text(), "\r\nLine 1\r\nLine 2\r\n\r\nLine 1\r\n\r\nLine 1\r\nLine 2\r\n");
+    EXPECT_EQ(form_.txtLoginStatus.Text(), "\r\nLine 1\r\n\r\nLine 1\r\nLine 2\r\n");
+    const std::string logged = "[]\r\nLine 1\r\n\r\n[]\r\nLine 1\r\nLine 2\r\n\r\n";
+    EXPECT_EQ(Log("ZoneServer.log"), logged);
+    EXPECT_EQ(Log("CharacterServer.log"), logged);
+    EXPECT_EQ(Log("LoginServer.log"), "");
+
+    form_.mnuClearZone.Choose();
+    EXPECT_EQ(form_.txtZoneStatus.Text(), "");
+    EXPECT_EQ(Log("ZoneServer.log"), logged);
+    for (auto* item : {&form_.mnuLogZone, &form_.mnuLogLogin, &form_.mnuLogCharacter})
+        item->Choose();
+    EXPECT_EQ(Key(settings::key::kLogZone) + Key(settings::key::kLogLogin) +
+                  Key(settings::key::kLogCharacter),
+              "000");
+}
+
+TEST_F(ServerStatus, AnUnwritableLogAndAHungServerDisturbNobody) {
+    ASSERT_TRUE(suite_.Launch(Server::Login));
+    ASSERT_TRUE(suite_.Launch(Server::Character));
+    // A folder stands where the log would be, and the logs' folder is made although its parent is missing.
+    Load();
+    std::filesystem::create_directory(program_ / "kTools\\Logs\\CharacterServer.log");
+    form_.mnuLogCharacter.Choose();
+    Write(Server::Login, 1);
+    Write(Server::Character, 3);
+    suite_.Command(Server::Login, Command::Hang, 20);
+    DWORD_PTR answer = 0;
+    ASSERT_TRUE(WaitUntil(
+        [&] { return !SendMessageTimeoutA(Memo(Server::Login), WM_NULL, 0, 0, SMTO_NORMAL, 100, &answer); }));
+    form_.tmrUpdateMessages.Tick();
+    EXPECT_EQ(form_.txtCharacterStatus.Text(), "\r\nLine 1\r\nLine 2\r\nLine 3\r\n");
+    EXPECT_EQ(form_.txtLoginStatus.Text(), "");
+}
+
+TEST_F(ServerStatus, FirstTicksShowZoneAndTraffic) {
+    Load();
+    EXPECT_EQ(form_.lblServerUptime.Caption() + form_.lblplayers.Caption(), "0:0:0:0players");
+    form_.tmrUpdate.Tick();
+    EXPECT_EQ(form_.lblServerUptime.Caption() + form_.lblplayers.Caption(), "Not running..Not running..");
+
+    const HWND zone = suite_.Launch(Server::Zone);
+    ASSERT_TRUE(support::SetTextOf(zone, "Kerno Zone Server 00:01:02:03 Current Players (Count: 12)"));
+    const std::string before = form_.lblDownload.Caption();
+    totals_ = {1000 + 1024.0 * 1234, 1000 + 2048};
+    form_.tmrUpdate.Tick();
+    EXPECT_EQ(form_.lblServerUptime.Caption(), "00:01:02:03");
+    EXPECT_EQ(form_.lblplayers.Caption(), "12");
+    EXPECT_EQ(form_.lblReceived.Caption(), "1,234");
+    EXPECT_EQ(form_.lblSent.Caption(), "2");
+    EXPECT_EQ(form_.lblDownload.Caption(), before);
+    totals_.received += 1024 * 5;
+    form_.mnuResetTraffic.Choose();
+    form_.tmrUpdate.Tick();
+    EXPECT_EQ(form_.lblReceived.Caption(), "1,239");
+    EXPECT_EQ(form_.lblDownload.Caption() + form_.lblUpload.Caption(), "50");
+
+    ASSERT_TRUE(support::SetTextOf(zone, "Kerno Zone Server 00:01:02:03, no players"));
+    form_.tmrUpdate.Tick();
+    EXPECT_EQ(form_.lblServerUptime.Caption() + form_.lblplayers.Caption(), "--");
+}
+
+TEST_F(ServerStatus, KeepsOnTopAndPopsItsMenusUp) {
+    Load();
+    form_.Visible(true);
+    const auto topMost = [&] {
+        return (GetWindowLongPtrA(form_.Window(), GWL_EXSTYLE) & WS_EX_TOPMOST) != 0;
+    };
+    form_.mnuAlwaysOnTop.Choose();
+    EXPECT_TRUE(topMost() && form_.mnuAlwaysOnTop.Checked());
+    form_.mnuAlwaysOnTop.Choose();
+    EXPECT_FALSE(topMost() || form_.mnuAlwaysOnTop.Checked());
+
+    const RECT traffic = form_.fraTraffic.Bounds();
+    const struct {
+        HWND window;
+        UINT down, up;
+        POINT at;
+        const gui::PopupMenu& menu;
+    } clicks[] = {
+        {form_.Window(), WM_RBUTTONDOWN, WM_RBUTTONUP, {2, 2}, form_.mnuFormMenu},
+        {form_.Window(), WM_RBUTTONDOWN, WM_RBUTTONUP, {traffic.left + 9, traffic.top + 9}, form_.mnuStats},
+        {form_.txtLoginStatus.Window(), WM_LBUTTONDOWN, WM_LBUTTONUP, {5, 5}, form_.mnuLoginMessage},
+        {form_.txtCharacterStatus.Window(), WM_LBUTTONDOWN, WM_LBUTTONUP, {5, 5}, form_.mnuCharacterMessage},
+        {form_.txtZoneStatus.Window(), WM_LBUTTONDOWN, WM_LBUTTONUP, {5, 5}, form_.mnuZoneMessage},
+    };
+    PopupWatch popups;
+    for (const auto& click : clicks) {
+        const LPARAM at = MAKELPARAM(click.at.x, click.at.y);
+        PostMessageA(click.window, click.down, 0, at);
+        PostMessageA(click.window, click.up, 0, at);
+        EXPECT_EQ(popups.Next(), click.menu.Handle());
+    }
+}
+
+} // namespace

@@ -1,0 +1,199 @@
+#include "config/frmStartingLocationPicker.h"
+
+#include "Configurator.h"
+
+#include <cmath>
+
+using config::Cell;
+
+namespace {
+
+std::string TextOf(const RECT& r) {
+    return std::to_string(r.left) + " " + std::to_string(r.top) + " " + std::to_string(r.right) + " " +
+           std::to_string(r.bottom);
+}
+
+TEST(MapPlacement, CellsAndPointsOfThePicture) {
+    const struct {
+        POINT point;
+        Cell highest;
+        Cell cell;
+    } cells[] = {{{0, 400}, {311, 391}, {0, 0}},     {{0, 0}, {311, 391}, {0, 391}},
+                 {{200, 400}, {311, 391}, {311, 0}}, {{199, 399}, {311, 391}, {309, 0}},
+                 {{100, 100}, {99, 99}, {49, 74}},   {{-1, 401}, {99, 99}, {-1, -1}},
+                 {{50, 50}, {0, 0}, {0, 0}}};
+    for (const auto& c : cells)
+        EXPECT_EQ(config::CellAt(c.point, {200, 400}, c.highest), c.cell) << c.point.x << ' ' << c.point.y;
+    EXPECT_EQ(config::CellAt({1, 1}, {0, 0}, {9, 9}), Cell{});
+
+    const RECT bounds{10, 20, 210, 420};
+    const struct {
+        double x, y;
+        Cell highest;
+        POINT point;
+    } points[] = {{0, 0, {100, 100}, {10, 420}},      {100, 100, {100, 100}, {210, 20}},
+                  {25, 75, {100, 100}, {60, 120}},    {-10, 3, {100, 100}, {-10, 408}},
+                  {5, 5, {0, 100}, {10, 20}},         {5, 5, {100, 0}, {10, 20}},
+                  {-1e300, 0, {9, 9}, {-32768, 420}}, {0, -1.0 / 0.0, {9, 9}, {10, 32767}}};
+    for (const auto& c : points) {
+        const POINT point = config::PointOf(c.x, c.y, bounds, c.highest);
+        EXPECT_EQ(point.x, c.point.x) << c.x;
+        EXPECT_EQ(point.y, c.point.y) << c.y;
+    }
+    EXPECT_EQ(TextOf(config::FitInto(bounds, {50, 50})), "10 120 210 320");
+    EXPECT_EQ(TextOf(config::FitInto(bounds, {1000, 4000})), "60 20 160 420");
+    EXPECT_EQ(TextOf(config::FitInto(bounds, {0, 0})), TextOf(bounds));
+}
+
+class StartingLocationPicker : public Configurator {
+protected:
+    StartingLocationPicker() {
+        for (const char* folder : {"kTools", "kTools\\databases", "kTools\\maps"})
+            CreateDirectoryA((program / folder).c_str(), nullptr);
+        // Two pixels wide and one high; a file that is no picture; no picture at all.
+        support::WriteFile(
+            program / "kTools\\maps\\wide.gif",
+            std::string_view("GIF89a\2\0\1\0\x80\0\0\xff\0\0\0\0\xff,\0\0\0\0\2\0\1\0\0\2\2\4\x0a"
+                             "\0;",
+                             35));
+        support::WriteFile(program / "kTools\\maps\\fake.gif", "This is no picture.");
+        support::WriteFile(
+            program / "kTools\\databases\\MapInfo.txt",
+            "wide.map,101,51\r\n\r\nfake.map,11,21\nnone.map,1,1\rwide.map,7,7\nlast.map,31,31");
+        Open("DefaultMap=here\r\n");
+    }
+
+    void Import(const std::string& map, std::int16_t x, std::int16_t y) {
+        picker.Unload();
+        picker.Load();
+        picker.ImportLocationData(map, x, y);
+        picture = picker.imgMap.Bounds();
+    }
+    void Click(int x, int y) { SendMessageA(picker.imgMap.Window(), WM_LBUTTONDOWN, 0, MAKELPARAM(x, y)); }
+    /// OK's state, the marker's, and the marker's place on the picture.
+    std::string State() const {
+        const gui::Shape& marker = picker.shpCurrentLocation;
+        return std::string(picker.cmdOK.Enabled() ? "OK " : "-- ") +
+               (marker.Visible() ? "shown " : "hidden ") + std::to_string(marker.Left() - picture.left) +
+               " " + std::to_string(marker.Top() - picture.top);
+    }
+    std::string Result() const {
+        return newPlayer.txtMapName.Text() + "," + newPlayer.txtStartingX.Text() + "," +
+               newPlayer.txtStartingY.Text();
+    }
+    std::string Shown(long x, long y) const {
+        return "OK shown " + std::to_string(x) + " " + std::to_string(y);
+    }
+
+    frmStartingLocationPicker picker{newPlayer.txtMapName, newPlayer.txtStartingX, newPlayer.txtStartingY};
+    RECT picture{};
+};
+
+TEST_F(StartingLocationPicker, ShowsTheGivenPlace) {
+    Import("fake", 5, 5);
+    EXPECT_EQ(picker.lstMapList.ListCount(), 5);
+    EXPECT_EQ(picker.lstMapList.ListIndex(), 1);
+    EXPECT_TRUE(picker.imgMap.Empty() && picker.lblMap.Visible());
+    const LONG w = picture.right - picture.left;
+    const LONG h = picture.bottom - picture.top;
+    const int half = picker.shpCurrentLocation.Width() / 2;
+    EXPECT_EQ(State(), Shown(std::lround(w * 0.5) - half, std::lround(h * 0.75) - half));
+
+    // An unknown map leaves the first one; of two entries with the same name the last is chosen.
+    Import("unknown", 500, 5);
+    EXPECT_EQ(picker.lstMapList.ListIndex(), 0);
+    EXPECT_FALSE(picker.cmdOK.Enabled() || picker.shpCurrentLocation.Visible());
+    Import("wide", 500, 5);
+    EXPECT_EQ(picker.lstMapList.ListIndex(), 3);
+    EXPECT_EQ(picture.right - picture.left, 2 * (picture.bottom - picture.top));
+    EXPECT_FALSE(picker.imgMap.Empty() || picker.lblMap.Visible());
+    Import("none", 0, 0);
+    EXPECT_EQ(State(), Shown(0, 0));
+
+    DeleteFileA((program / "kTools\\databases\\MapInfo.txt").c_str());
+    Import("wide", 1, 1);
+    EXPECT_EQ(picker.lstMapList.ListCount(), 0);
+    EXPECT_EQ(State(), "-- hidden 0 0");
+}
+
+TEST_F(StartingLocationPicker, ClicksAndTypedCellsMoveTheMarker) {
+    Import("wide", 10, 10);
+    const int w = picture.right - picture.left;
+    const int h = picture.bottom - picture.top;
+    const int half = picker.shpCurrentLocation.Width() / 2;
+    const POINT clicks[] = {{0, h - 1}, {0, 0}, {w / 2, h / 4}, {w - 1, 3}};
+    for (const POINT at : clicks) {
+        picker.txtCurrentX.Text("999");
+        EXPECT_EQ(State().substr(0, 9), "-- hidden");
+        const std::string x = std::to_string(at.x * 100 / w);
+        const std::string y = std::to_string((h - at.y) * 50 / h);
+        SendMessageA(picker.imgMap.Window(), WM_MOUSEMOVE, 0, MAKELPARAM(at.x, at.y));
+        EXPECT_EQ(picker.lblCurrentX.Caption() + "," + picker.lblCurrentY.Caption(), x + "," + y);
+        Click(at.x, at.y);
+        EXPECT_EQ(State(), Shown(at.x - half, at.y - half));
+        EXPECT_EQ(picker.txtCurrentX.Text() + "," + picker.txtCurrentY.Text(), x + "," + y);
+    }
+
+    Import("wide", 0, 0);
+    const struct {
+        const char* x;
+        const char* y;
+        std::string state;
+    } typed[] = {{"50", "25", Shown(w / 2, h / 2)},
+                 {"100", "50", Shown(w, 0)},
+                 {"-50", "0", Shown(-w / 2, h)},
+                 {"", "abc", Shown(0, h)},
+                 {"20 cells", "0", Shown(std::lround(w * 0.2), h)},
+                 {"101", "0", "-- hidden"},
+                 {"1e400", "0", "-- hidden"},
+                 {"0", "50.5", "-- hidden"}};
+    for (const auto& c : typed) {
+        // The box that is typed into last has the say, so a bound that is passed comes last.
+        const bool xLast = std::string_view(c.y) == "0";
+        (xLast ? picker.txtCurrentY : picker.txtCurrentX).Text(xLast ? c.y : c.x);
+        (xLast ? picker.txtCurrentX : picker.txtCurrentY).Text(xLast ? c.x : c.y);
+        EXPECT_EQ(State().substr(0, c.state.size()), c.state) << c.x << ' ' << c.y;
+    }
+    // Only its own bound counts for a box; choosing a map looks at both.
+    picker.txtCurrentX.Text("101");
+    picker.txtCurrentY.Text("1");
+    EXPECT_TRUE(picker.cmdOK.Enabled());
+    picker.lstMapList.ListIndex(0);
+    EXPECT_FALSE(picker.cmdOK.Enabled());
+}
+
+// What is done to the picker once it is seen; it is modal, so a timer does it.
+std::function<void(HWND)> workOnPicker;
+
+TEST_F(StartingLocationPicker, HandsThePlaceToTheConfigurator) {
+    const auto pickWith = [this](std::function<void(HWND)> work) {
+        workOnPicker = std::move(work);
+        const UINT_PTR timer = SetTimer(nullptr, 0, 10, [](HWND, UINT, UINT_PTR, DWORD) {
+            if (const HWND window = FindWindowA(nullptr, "Kerno Tools :: Starting Location Picker");
+                IsWindowVisible(window))
+                workOnPicker(window);
+        });
+        newPlayer.cmdMapPicker.Press();
+        KillTimer(nullptr, timer);
+    };
+    newPlayer.txtStartingX.Text("99999");
+    pickWith([](HWND window) {
+        EXPECT_FALSE(IsWindowEnabled(GetDlgItem(window, IDC_frmStartingLocationPicker_cmdOK)));
+        EXPECT_EQ(GetDlgItemInt(window, IDC_frmStartingLocationPicker_txtCurrentX, nullptr, TRUE), 32767u);
+        SendDlgItemMessageA(window, IDC_frmStartingLocationPicker_cmdCancel, BM_CLICK, 0, 0);
+    });
+    EXPECT_EQ(Result(), "here,99999,");
+    pickWith([](HWND window) {
+        SetDlgItemTextA(window, IDC_frmStartingLocationPicker_txtCurrentY, "12 or so");
+        SetDlgItemTextA(window, IDC_frmStartingLocationPicker_txtCurrentX, "-3.5");
+        SendDlgItemMessageA(window, IDC_frmStartingLocationPicker_cmdOK, BM_CLICK, 0, 0);
+    });
+    EXPECT_EQ(Result(), "wide,-3.5,12");
+    EXPECT_EQ(Kerno(), "DefaultMap=here\r\n");
+    DeleteFileA((program / "kTools\\databases\\MapInfo.txt").c_str());
+    Import("x", 0, 0);
+    picker.cmdOK.Press();
+    EXPECT_EQ(Result(), "wide,0,0");
+}
+
+} // namespace
