@@ -21,10 +21,6 @@ void frmMainMenu::Form_Load() {
     LoadSharedSettings();
     MakeDataFolders();
     // Windows that the tool does not have yet.
-
-    cmdServerControl.Enabled(false);
-    mnuServerControl.Enabled(false);
-
     cmdAccountEditor.Enabled(false);
     mnuAccountEditor.Enabled(false);
 
@@ -95,7 +91,12 @@ void frmMainMenu::cmdServerConfig_Click() {
     serverSettings_.Get().Show(this);
 }
 
-void frmMainMenu::cmdServerControl_Click() {}
+void frmMainMenu::cmdServerControl_Click() {
+    frmServerControl& panel = serverControl_.Get();
+    if (panel.State() == gui::WindowState::Minimized)
+        panel.State(gui::WindowState::Normal);
+    panel.Show(this);
+}
 
 void frmMainMenu::cmdAccountEditor_Click() {}
 

@@ -2,12 +2,13 @@
 
 #include "app/frmMainMenu.ids.h"
 #include "app/ServerMenu.h"
-#include "config/frmServerStatus.h"
 #include "config/frmServerSettings.h"
+#include "config/frmServerStatus.h"
 #include "gui/Control.h"
 #include "gui/Menu.h"
 #include "servers/modServerControl.h"
 #include "settings/clsINI.h"
+#include "supervision/frmServerControl.h"
 
 /// The tool's first and central window: opens the others, and carries the tray icon whose menu drives the
 /// servers. Unloading it ends the tool; the servers keep running.
@@ -129,6 +130,7 @@ private:
     bool inTray_ = false;
     clsINI kTools_;
     ServerMenu servers_{*this, kTools_};
+    gui::FormSlot<frmServerControl> serverControl_;
     gui::FormSlot<frmServerStatus> serverStatus_;
     gui::FormSlot<frmServerSettings> serverSettings_;
 };

@@ -29,6 +29,8 @@ public:
     template <class F, class C = F>
     TextBox(F& form, int id, void (C::*change)() = nullptr, void (C::*keyPress)(int&) = nullptr)
         : TextControl(form, id, Bind(form, keyPress)), change_(Bind(form, change)) {}
+    template <class F, class C>
+    TextBox(F& form, int id, void (C::*keyPress)(int&)) : TextControl(form, id, Bind(form, keyPress)) {}
     using TextControl::Text;
     /// Runs the Change handler, as typing does.
     void Text(const std::string& text);

@@ -64,7 +64,7 @@ ServerFolder::ServerFolder() {
     path_ = std::filesystem::canonical(temp_ / "server suite").string() + "\\";
     for (const Server server : modServerControl::kServers) {
         const char* name = modServerControl::ComponentOf(server).executable;
-        std::filesystem::copy_file(std::string(KTOOLS_STANDINS) + "/" + name, path_ + name,
+        std::filesystem::copy_file(std::filesystem::path(KTOOLS_STANDINS) / name, path_ + name,
                                    std::filesystem::copy_options::overwrite_existing);
     }
     SetEnvironmentVariableA(standin::kQuietVariable, "1");

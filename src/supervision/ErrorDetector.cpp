@@ -1,0 +1,87 @@
+#include "supervision/ErrorDetector.h"
+
+#include "common/Files.h"
+#include "common/RuntimeError.h"
+#include "gui/Application.h"
+#include "servers/modServerControl.h"
+#include "supervision/RestartAll.h"
+
+namespace supervision {
+
+using namespace modServerControl;
+
+namespace {
+
+constexpr ULONGLONG kMillisecondsBetweenTries = 1000;
+
+/// A dialog of the servers, of either kind; null when there is none.
+HWND AnyDialog() {
+    const HWND titled = FindWindowWhere(nullptr, kDialogClass, IsServerDialogTitle);
+    return titled ? titled : FindWindowWhere(nullptr, kDialogClass, IsServerPathWindow);
+}
+
+/// Dispatches messages until the window is gone, or `isWanted` no longer holds, or the time between two tries
+/// is over.
+void WaitFor(HWND window, const std::function<bool()>& isWanted) {
+    const ULONGLONG start = GetTickCount64();
+    while (IsWindow(window) && isWanted() && GetTickCount64() - start < kMillisecondsBetweenTries) {
+        MsgWaitForMultipleObjects(0, nullptr, FALSE, 10, QS_ALLINPUT);
+        gui::DoEvents();
+    }
+}
+
+void MakeLogFolder() {
+    try {
+        for (const char* folder : {"\\kTools", "\\kTools\\Logs"})
+            if (!common::FolderExists(common::ProgramFolder() + folder))
+                common::MakeFolder(common::ProgramFolder() + folder);
+    } catch (const RuntimeError&) {
+        // The entry is lost then, as it is when the file cannot be written.
+    }
+}
+
+} // namespace
+
+bool ErrorDetector::Handle(const ErrorDetectorSettings& settings) const {
+    if (!settings.handleDialogs || !HasDialog(IsServerPathWindow))
+        return false;
+    if (!CloseDialogs(settings.logFilename))
+        return false;
+    return settings.restartAll && IsZoneRunning() &&
+           RestartAll({.message = settings.message, .meanwhile = {}, .checkExecutables = true}, priorities_);
+}
+
+/// False when it ended because it was no longer wanted.
+bool ErrorDetector::CloseDialogs(const std::optional<std::string>& logFilename) const {
+    HWND last = nullptr;
+    for (;;) {
+        const std::string errorText = CloseDialog(IsServerPathWindow);
+        const std::string winErrorText = CloseDialog(IsServerDialogTitle);
+        if (logFilename) {
+            if (!errorText.empty())
+                Log(*logFilename, "Error: " + errorText);
+            if (!winErrorText.empty())
+                Log(*logFilename, "WinError: " + winErrorText);
+        }
+        const HWND left = AnyDialog();
+        if (!left)
+            return true;
+        gui::DoEvents();
+        // A dialog that is still there after its close is slow, or will never go. Without the wait it would
+        // cost a whole processor and fill the log with its text.
+        if (left == last)
+            WaitFor(left, isWanted_);
+        last = left;
+        if (!isWanted_())
+            return false;
+    }
+}
+
+void ErrorDetector::Log(const std::string& filename, const std::string& entry) const {
+    MakeLogFolder();
+    log_.LogPath(common::ProgramFolder() + "\\kTools\\Logs\\");
+    log_.LogFilename(filename);
+    log_.WriteLog(entry, false);
+}
+
+} // namespace supervision

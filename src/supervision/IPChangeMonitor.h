@@ -1,0 +1,46 @@
+#pragma once
+
+#include "settings/clsINI.h"
+
+#include <optional>
+#include <string>
+
+namespace supervision {
+
+/// What the IP change monitor does about a changed address.
+struct IPChangeSettings {
+    bool enabled = false;
+    bool modifyIni = false;             ///< writes the new address into Kerno.ini
+    bool restart = false;               ///< restarts the suite, when the zone server runs
+    std::optional<std::string> message; ///< told the players before that restart
+};
+
+/// The two addresses that are compared.
+struct Addresses {
+    std::string current;  ///< as Kerno.ini has it
+    std::string detected; ///< "" when the detection failed
+};
+
+/// True when the detected address is there and differs from the current one.
+bool IsChange(const Addresses& addresses);
+
+/// Keeps the address that the servers publish (the key "IP" of Kerno.ini) what it is. Holds no state: a
+/// change that is not written is a change again at the next look.
+class IPChangeMonitor {
+public:
+    /// `kTools` names the way of detection and the host; `kernoIni` has the address and the priorities.
+    IPChangeMonitor(const clsINI& kTools, clsINI& kernoIni) : kTools_(kTools), kernoIni_(kernoIni) {}
+
+    /// Detects the address and reads the current one. May take as long as the system's resolver.
+    Addresses Look() const;
+
+    /// Does about `addresses` what the settings say, when they are a change. Raises what writing Kerno.ini
+    /// raises.
+    void Act(const Addresses& addresses, const IPChangeSettings& settings);
+
+private:
+    const clsINI& kTools_;
+    clsINI& kernoIni_;
+};
+
+} // namespace supervision

@@ -1,0 +1,29 @@
+#include "supervision/RestartAll.h"
+
+#include "common/Files.h"
+#include "servers/modServerControl.h"
+
+#include <algorithm>
+
+namespace supervision {
+
+bool RestartAll(const Restart& restart, const clsINI& priorities) {
+    if (restart.message)
+        modServerControl::SendPlayerMessage(*restart.message);
+    modServerControl::ShutdownAll();
+    if (restart.meanwhile)
+        restart.meanwhile();
+    // Asked after the shutdown: a folder that is being replaced by a new version stays down.
+    if (restart.checkExecutables && !HasAllExecutables())
+        return false;
+    modServerControl::StartAllWithPriority(priorities);
+    return true;
+}
+
+bool HasAllExecutables() {
+    return std::ranges::all_of(modServerControl::kServers, [](modServerControl::Server server) {
+        return common::FileExists(modServerControl::ExecutablePath(server));
+    });
+}
+
+} // namespace supervision

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "settings/clsINI.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+
+/// Taking the whole suite down and up again: what the error detector, the IP change monitor and the backups
+/// have in common.
+namespace supervision {
+
+/// What differs between those who restart the suite.
+struct Restart {
+    std::optional<std::string> message; ///< sent to the players first; nothing tells them nothing
+    std::function<void()> meanwhile;    ///< runs while the servers are down; may be empty
+    bool checkExecutables = false;      ///< starts nothing unless all three executables are there
+};
+
+/// Tells the players, shuts the login, character and zone server down, and starts the three again, login and
+/// character server with the priority that `priorities` holds. Whether the message or a close reaches anybody
+/// makes no difference. True when it came to the start.
+///
+/// Takes seconds where the zone server runs, dispatching messages meanwhile. Raises what `meanwhile` and
+/// reading the priorities raise; nothing more is started then.
+bool RestartAll(const Restart& restart, const clsINI& priorities);
+
+/// True when the files of all three servers are in KernoPath.
+bool HasAllExecutables();
+
+} // namespace supervision

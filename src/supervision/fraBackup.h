@@ -1,0 +1,64 @@
+#pragma once
+
+#include "gui/Control.h"
+#include "gui/Menu.h"
+#include "gui/TabPanel.h"
+#include "gui/Text.h"
+#include "gui/Timer.h"
+#include "supervision/BackupClock.h"
+#include "supervision/Backups.h"
+#include "supervision/fraBackup.ids.h"
+#include "supervision/PanelState.h"
+
+/// The control panel's page for the automatic backup and for backups by hand.
+class fraBackup final : public gui::TabPage {
+public:
+    fraBackup(gui::TabPanel& panel, PanelState& state, gui::MenuItem& enableBackup)
+        : TabPage(panel, IDD_fraBackup), state_(state), mnuEnableBackup_(enableBackup) {}
+
+    gui::Label lblBackupStatus{*this, IDC_fraBackup_lblBackupStatus};
+    gui::TextBox txtTimeLeft{*this, IDC_fraBackup_txtTimeLeft, &fraBackup::txtTimeLeft_KeyPress};
+    gui::CommandButton cmdEnableBackup{*this, IDC_fraBackup_cmdEnableBackup,
+                                       &fraBackup::cmdEnableBackup_Click};
+    gui::CommandButton cmdResetTimer{*this, IDC_fraBackup_cmdResetTimer, &fraBackup::cmdResetTimer_Click};
+
+    gui::TextBox txtBackupMinutes{*this, IDC_fraBackup_txtBackupMinutes};
+    gui::TextBox txtBackupDuration{*this, IDC_fraBackup_txtBackupDuration};
+    gui::TextBox txtNumOfBackup{*this, IDC_fraBackup_txtNumOfBackup};
+    gui::CheckBox chkShutdownServers{*this, IDC_fraBackup_chkShutdownServers};
+
+    gui::CheckBox chkBackupMessage{*this, IDC_fraBackup_chkBackupMessage};
+    gui::TextBox txtBackupMessageInterval{*this, IDC_fraBackup_txtBackupMessageInterval};
+    gui::TextBox txtBackupMessageTimes{*this, IDC_fraBackup_txtBackupMessageTimes};
+    gui::TextBox txtBackupMessage{*this, IDC_fraBackup_txtBackupMessage};
+
+    gui::CommandButton cmdBackupFiles{*this, IDC_fraBackup_cmdBackupFiles, &fraBackup::cmdBackupFiles_Click};
+    gui::CommandButton cmdBackupDatabase{*this, IDC_fraBackup_cmdBackupDatabase,
+                                         &fraBackup::cmdBackupDatabase_Click};
+    // A restore is made by hand with MySQL's own tools; these two have no action.
+    gui::CommandButton cmdRestoreFiles{*this, IDC_fraBackup_cmdRestoreFiles};
+    gui::CommandButton cmdRestoreDatabase{*this, IDC_fraBackup_cmdRestoreDatabase};
+
+    gui::Timer tmrBackup{*this, std::chrono::seconds(1), &fraBackup::tmrBackup_Timer, false};
+
+    /// What the buttons and the clock run. A button without its backup is disabled.
+    supervision::Backups backups;
+    supervision::BackupClock clock;
+
+    /// What the controls say now.
+    supervision::BackupSettings Settings() const;
+
+private:
+    void Form_Load() override;
+    void txtTimeLeft_KeyPress(int& key) { key = 0; }
+    void cmdEnableBackup_Click();
+    void cmdResetTimer_Click() { clock.Reset(); }
+    void cmdBackupFiles_Click() { BackupByHand(backups.FileBackup); }
+    void cmdBackupDatabase_Click() { BackupByHand(backups.RemoteBackup); }
+    void tmrBackup_Timer();
+
+    void BackupByHand(const std::function<void()>& backup);
+
+    PanelState& state_;
+    gui::MenuItem& mnuEnableBackup_;
+};

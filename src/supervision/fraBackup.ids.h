@@ -1,0 +1,19 @@
+#pragma once
+
+#define IDD_fraBackup 1860
+#define IDC_fraBackup_lblBackupStatus 1861
+#define IDC_fraBackup_txtTimeLeft 1862
+#define IDC_fraBackup_cmdEnableBackup 1863
+#define IDC_fraBackup_cmdResetTimer 1864
+#define IDC_fraBackup_txtBackupMinutes 1865
+#define IDC_fraBackup_txtBackupDuration 1866
+#define IDC_fraBackup_txtNumOfBackup 1867
+#define IDC_fraBackup_chkShutdownServers 1868
+#define IDC_fraBackup_chkBackupMessage 1869
+#define IDC_fraBackup_txtBackupMessageInterval 1870
+#define IDC_fraBackup_txtBackupMessageTimes 1871
+#define IDC_fraBackup_txtBackupMessage 1872
+#define IDC_fraBackup_cmdBackupFiles 1873
+#define IDC_fraBackup_cmdBackupDatabase 1874
+#define IDC_fraBackup_cmdRestoreFiles 1875
+#define IDC_fraBackup_cmdRestoreDatabase 1876

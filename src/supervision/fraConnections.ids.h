@@ -1,0 +1,14 @@
+#pragma once
+
+#define IDD_fraConnections 1830
+#define IDC_fraConnections_lblashMelderIP 1831
+#define IDC_fraConnections_txtCurrentIPAddress 1832
+#define IDC_fraConnections_lblDetectedIPAddress 1833
+#define IDC_fraConnections_txtDetectedIPAddress 1834
+#define IDC_fraConnections_chkOnIPChanges 1835
+#define IDC_fraConnections_chkModifyAshMelder 1836
+#define IDC_fraConnections_chkRestartServer 1837
+#define IDC_fraConnections_chkSendMessageIPChange 1838
+#define IDC_fraConnections_lblMessagetoPlayers 1839
+#define IDC_fraConnections_txtMessageIPChange 1840
+#define IDC_fraConnections_cmdIPDetectionSettings 1841

@@ -1,0 +1,77 @@
+#include "supervision/fraErrorDetector.h"
+
+#include "common/Numbers.h"
+
+#include <algorithm>
+
+std::chrono::milliseconds supervision::CheckInterval(const std::string& seconds) {
+    const double longest = USER_TIMER_MAXIMUM;
+    return std::chrono::milliseconds(
+        static_cast<long long>(std::clamp(common::Val(seconds) * 1000, 0.0, longest)));
+}
+
+supervision::ErrorDetectorSettings fraErrorDetector::DetectorSettings() const {
+    supervision::ErrorDetectorSettings settings{.handleDialogs = chkHandlePopups.Value() != 0,
+                                                .logFilename = {},
+                                                .restartAll = optRestartAllPopup.Value(),
+                                                .message = {}};
+    if (chkLogError.Value())
+        settings.logFilename = txtLogFilename.Text();
+    if (chkSendMessage.Value())
+        settings.message = txtErrorMessage.Text();
+    return settings;
+}
+
+supervision::MaintainerSettings fraErrorDetector::MaintainerSettings() const {
+    return {.enabled = chkCheckServerProcesses.Value() != 0,
+            .servers = {chkLoginServer.Value() != 0, chkCharacterServer.Value() != 0,
+                        chkZoneServer.Value() != 0}};
+}
+
+void fraErrorDetector::tmrErrorDetector_Timer() {
+    // Servers that have only just been launched have no window yet; the maintainer would start each of them
+    // a second time.
+    if (detector_.Handle(DetectorSettings()))
+        return;
+    // Read only now: the operator may have changed them during a long restart, and the boxes of a page that
+    // was closed meanwhile read empty, so that nothing is started any more.
+    maintainer_.Maintain(MaintainerSettings());
+}
+
+void fraErrorDetector::txtErrorCheckInterval_Change() {
+    tmrErrorDetector.Interval(supervision::CheckInterval(txtErrorCheckInterval.Text()));
+}
+
+void fraErrorDetector::chkErrorDetector_Click() {
+    const bool on = chkErrorDetector.Value() != 0;
+    txtErrorCheckInterval.Enabled(on);
+    tmrErrorDetector.Enabled(on);
+    twins_.mnuEnableErrorDetector.Caption(on ? "Disable Error Detector" : "Enable Error Detector");
+}
+
+void fraErrorDetector::chkHandlePopups_Click() {
+    const bool on = chkHandlePopups.Value() != 0;
+    optIgnorePopup.Enabled(on);
+    optRestartAllPopup.Enabled(on);
+    twins_.mnuClosePopups.Caption(on ? "Disable Anti-Dialogs" : "Enable Anti-Dialogs");
+}
+
+void fraErrorDetector::chkCheckServerProcesses_Click() {
+    const bool on = chkCheckServerProcesses.Value() != 0;
+    chkLoginServer.Enabled(on);
+    chkCharacterServer.Enabled(on);
+    chkZoneServer.Enabled(on);
+    twins_.mnuCheckProcesses.Caption(on ? "Disable Server Restarter" : "Enable Server Restarter");
+}
+
+void fraErrorDetector::chkLogError_Click() {
+    const bool on = chkLogError.Value() != 0;
+    txtLogFilename.Enabled(on);
+    lblErrorLogsFilename.Enabled(on);
+}
+
+void fraErrorDetector::chkSendMessage_Click() {
+    const bool on = chkSendMessage.Value() != 0;
+    txtErrorMessage.Enabled(on);
+    lblErrorMessage.Enabled(on);
+}

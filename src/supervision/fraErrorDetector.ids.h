@@ -1,0 +1,20 @@
+#pragma once
+
+#define IDD_fraErrorDetector 1900
+#define IDC_fraErrorDetector_chkErrorDetector 1901
+#define IDC_fraErrorDetector_lblIntervalError 1902
+#define IDC_fraErrorDetector_txtErrorCheckInterval 1903
+#define IDC_fraErrorDetector_lblseconds 1904
+#define IDC_fraErrorDetector_chkHandlePopups 1905
+#define IDC_fraErrorDetector_optIgnorePopup 1906
+#define IDC_fraErrorDetector_optRestartAllPopup 1907
+#define IDC_fraErrorDetector_chkLogError 1908
+#define IDC_fraErrorDetector_lblErrorLogsFilename 1909
+#define IDC_fraErrorDetector_txtLogFilename 1910
+#define IDC_fraErrorDetector_chkSendMessage 1911
+#define IDC_fraErrorDetector_lblErrorMessage 1912
+#define IDC_fraErrorDetector_txtErrorMessage 1913
+#define IDC_fraErrorDetector_chkCheckServerProcesses 1914
+#define IDC_fraErrorDetector_chkLoginServer 1915
+#define IDC_fraErrorDetector_chkCharacterServer 1916
+#define IDC_fraErrorDetector_chkZoneServer 1917

@@ -1,0 +1,24 @@
+#pragma once
+
+#define IDD_frmIPDetection 2000
+#define IDC_frmIPDetection_fraBackupDatabase 2001
+#define IDC_frmIPDetection_optBackupFilesOnly 2002
+#define IDC_frmIPDetection_optBackupDatabaseOnly 2003
+#define IDC_frmIPDetection_optBackupDatabaseFileAndRemoteSQL 2004
+#define IDC_frmIPDetection_lblRemoteSQLServer 2005
+#define IDC_frmIPDetection_lblBackupHostname 2006
+#define IDC_frmIPDetection_txtBackupHostname 2007
+#define IDC_frmIPDetection_lblUsername 2008
+#define IDC_frmIPDetection_txtBackupUsername 2009
+#define IDC_frmIPDetection_lblPasword 2010
+#define IDC_frmIPDetection_txtBackupPassword 2011
+#define IDC_frmIPDetection_fraServerDetection 2012
+#define IDC_frmIPDetection_optServerWindowTitle 2013
+#define IDC_frmIPDetection_optServerProcessName 2014
+#define IDC_frmIPDetection_fraIPDetectionMethods 2015
+#define IDC_frmIPDetection_optLocalhost 2016
+#define IDC_frmIPDetection_optDynamicHostname 2017
+#define IDC_frmIPDetection_lblDynamicHost 2018
+#define IDC_frmIPDetection_txtDynamicHost 2019
+#define IDC_frmIPDetection_cmdOK 2020
+#define IDC_frmIPDetection_cmdCancel 2021

@@ -1,0 +1,17 @@
+#pragma once
+
+#define IDD_frmServerControl 1800
+#define IDC_frmServerControl_mstServerControl 1801
+#define IDC_frmServerControl_cmdMinimizetoTray 1802
+#define IDC_frmServerControl_cmdCloseWindow 1803
+
+#define IDR_frmServerControl_mnuPopup 1804
+#define IDM_frmServerControl_mnuBackupFiles 1805
+#define IDM_frmServerControl_mnuBackupDatabase 1806
+#define IDM_frmServerControl_mnuEnableBackup 1807
+#define IDM_frmServerControl_mnuResetTimer 1808
+#define IDM_frmServerControl_mnuEnableErrorDetector 1809
+#define IDM_frmServerControl_mnuClosePopups 1810
+#define IDM_frmServerControl_mnuCheckProcesses 1811
+#define IDM_frmServerControl_mnuSettings 1812
+#define IDM_frmServerControl_mnuExit 1813
