@@ -21,8 +21,6 @@ void frmMainMenu::Form_Load() {
     LoadSharedSettings();
     MakeDataFolders();
     // Windows that the tool does not have yet.
-    cmdAccountEditor.Enabled(false);
-    mnuAccountEditor.Enabled(false);
 
     mnuSetUpMySQL.Enabled(false);
 }
@@ -98,7 +96,9 @@ void frmMainMenu::cmdServerControl_Click() {
     panel.Show(this);
 }
 
-void frmMainMenu::cmdAccountEditor_Click() {}
+void frmMainMenu::cmdAccountEditor_Click() {
+    accountEditor_.Get().Show(this);
+}
 
 void frmMainMenu::mnuSetUpMySQL_Click() {}
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "accounts/frmAccountEditor.h"
 #include "app/frmMainMenu.ids.h"
 #include "app/ServerMenu.h"
 #include "config/frmServerSettings.h"
@@ -131,6 +132,7 @@ private:
     clsINI kTools_;
     ServerMenu servers_{*this, kTools_};
     gui::FormSlot<frmServerControl> serverControl_;
+    gui::FormSlot<frmAccountEditor> accountEditor_;
     gui::FormSlot<frmServerStatus> serverStatus_;
     gui::FormSlot<frmServerSettings> serverSettings_;
 };
