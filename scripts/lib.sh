@@ -16,7 +16,9 @@ packages_wine=(wine wine64 fonts-wine fonts-liberation libxcomposite1 libxcursor
     libxinerama1 libxrandr2 libxrender1 procps util-linux)
 packages_database=(mariadb-server-core mariadb-client-core mariadb-client odbc-mariadb libodbc2 iproute2)
 packages_display=(xvfb)
-packages_test=(g++-mingw-w64-i686-posix googletest clang-format python3)
+packages_build_i686=(g++-mingw-w64-i686-posix)
+packages_package=(nsis zip unzip cmark-gfm)
+packages_test=(x11-utils googletest clang-format python3)
 packages_browser=(x11vnc novnc websockify)
 
 # install_missing PACKAGE...: asks apt-get for those of the packages that are not there.

@@ -100,6 +100,7 @@ const std::vector<Stop> kStops = {
     {"menu-tray-components", TrayMenu(4)},
     {"server-folder", Press(IDM_frmMainMenu_mnuSetPath)},
     {"mysql-folder", Press(IDM_frmMainMenu_mnuSetSQLPath)},
+    {"mysql-setup", Press(IDM_frmMainMenu_mnuSetUpMySQL)},
     {"about", Press(IDM_frmMainMenu_mnuAbout)},
 };
 

@@ -20,11 +20,6 @@ void frmMainMenu::Form_Load() {
         settings::CreateDefaultSettings(kTools_.INIPath());
     LoadSharedSettings();
     MakeDataFolders();
-    // Windows that the tool does not have yet.
-    cmdAccountEditor.Enabled(false);
-    mnuAccountEditor.Enabled(false);
-
-    mnuSetUpMySQL.Enabled(false);
 }
 
 void frmMainMenu::LoadSharedSettings() {
@@ -98,9 +93,13 @@ void frmMainMenu::cmdServerControl_Click() {
     panel.Show(this);
 }
 
-void frmMainMenu::cmdAccountEditor_Click() {}
+void frmMainMenu::cmdAccountEditor_Click() {
+    accountEditor_.Get().Show(this);
+}
 
-void frmMainMenu::mnuSetUpMySQL_Click() {}
+void frmMainMenu::mnuSetUpMySQL_Click() {
+    mySQLSetUp_.Get().Show(this);
+}
 
 void frmMainMenu::cmdMinimizetoTray_Click() {
     modSystemTray::TrayAddIcon(*this, modServerControl::TrayStatusText());

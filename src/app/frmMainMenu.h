@@ -1,9 +1,11 @@
 #pragma once
 
+#include "accounts/frmAccountEditor.h"
 #include "app/frmMainMenu.ids.h"
 #include "app/ServerMenu.h"
 #include "config/frmServerSettings.h"
 #include "config/frmServerStatus.h"
+#include "dbsetup/frmMySQLSetUp.h"
 #include "gui/Control.h"
 #include "gui/Menu.h"
 #include "servers/modServerControl.h"
@@ -130,7 +132,9 @@ private:
     bool inTray_ = false;
     clsINI kTools_;
     ServerMenu servers_{*this, kTools_};
+    gui::FormSlot<frmMySQLSetUp> mySQLSetUp_;
     gui::FormSlot<frmServerControl> serverControl_;
+    gui::FormSlot<frmAccountEditor> accountEditor_;
     gui::FormSlot<frmServerStatus> serverStatus_;
     gui::FormSlot<frmServerSettings> serverSettings_;
 };

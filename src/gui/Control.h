@@ -53,6 +53,9 @@ private:
     virtual void Draw(const DRAWITEMSTRUCT& /*item*/) {}
     /// A press inside a control that the mouse reaches the form through; false leaves it to the form.
     virtual bool PressThrough(MouseButton /*button*/, int /*x*/, int /*y*/) { return false; }
+    /// A key that went down in the control or a part of it, before the dialog takes Enter, Esc and Tab for
+    /// itself; true when it is used up.
+    virtual bool Key(int /*virtualKey*/) { return false; }
     /// A message to a watched window; true when it is used up.
     virtual bool Message(HWND /*window*/, UINT /*message*/, WPARAM& /*wParam*/, LPARAM /*lParam*/) {
         return false;

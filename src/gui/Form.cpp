@@ -444,6 +444,10 @@ bool Form::TranslateKey(MSG& message) {
                 panel->Step(GetKeyState(VK_SHIFT) < 0 ? -1 : 1);
                 return true;
             }
+    if (message.message == WM_KEYDOWN)
+        for (Control* control : (*found)->controls_)
+            if (message.hwnd == control->window_ || IsChild(control->window_, message.hwnd))
+                return control->Key(static_cast<int>(message.wParam)) || IsDialogMessageA(root, &message);
     return IsDialogMessageA(root, &message);
 }
 

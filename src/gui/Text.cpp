@@ -6,6 +6,9 @@
 namespace gui {
 
 void TextControl::Attached() {
+    // A dot, also where the system's edit control would show an asterisk.
+    if (GetWindowLongPtrA(Window(), GWL_STYLE) & ES_PASSWORD)
+        SendMessageW(Window(), EM_SETPASSWORDCHAR, 0x25CF, 0);
     if (keyPress_)
         Watch(Window());
 }

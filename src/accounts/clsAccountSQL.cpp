@@ -1,0 +1,314 @@
+#include "accounts/clsAccountSQL.h"
+
+#include "common/Numbers.h"
+
+#include <limits>
+
+namespace {
+
+constexpr const char* kQuery = "SELECT * FROM glogin.account;";
+constexpr std::int32_t kFirstAccountID = 100001;
+/// Columns in the order in which they are written.
+constexpr const char* kColumnNames[] = {"AID", "Name", "Pass", "Gender", "Mail"};
+
+template <class Number> Number Narrow(std::int64_t value) {
+    if (value < std::numeric_limits<Number>::min() || value > std::numeric_limits<Number>::max())
+        throw RuntimeError(common::kOverflow);
+    return static_cast<Number>(value);
+}
+
+} // namespace
+
+/// Runs an operation, which sets its result as it gets on; an error ends it and leaves the result at that.
+template <class Result, class Operation> Result clsAccountSQL::Run(Result initial, Operation operation) {
+    Result result = initial;
+    lastError_.reset();
+    try {
+        operation(result);
+    } catch (const RuntimeError& error) {
+        lastError_ = error;
+    }
+    return result;
+}
+
+// ---- Connection
+
+std::int16_t clsAccountSQL::ConnectSQL() {
+    return Run(std::int16_t{0}, [this](std::int16_t& done) {
+        if (SQLHostname().empty() || SQLUsername().empty())
+            return;
+        connected_ = false;
+        recordset_.Close();
+        connection_.Open(
+            database::MySQLConnectionString(SQLHostname(), SQLUsername(), SQLPassword(), "glogin"));
+        Open();
+        connected_ = true;
+        done = 1;
+        LoadMirrors();
+    });
+}
+
+void clsAccountSQL::Open() {
+    // The rows held now go only when the new ones are here.
+    database::Recordset fresh;
+    fresh.Open(connection_, kQuery, Reading);
+    std::array<std::size_t, kColumnCount> columns{};
+    for (std::size_t i = 0; i < columns.size(); ++i)
+        columns[i] = fresh.FieldIndex(kColumnNames[i]);
+    recordset_ = std::move(fresh);
+    columns_ = columns;
+    MakeIndex();
+}
+
+void clsAccountSQL::MakeIndex() {
+    index_.Clear();
+    unnumbered_.clear();
+    if (recordset_.RecordCount() == 0)
+        return;
+    for (recordset_.MoveFirst(); !recordset_.Eof(); recordset_.MoveNext())
+        index_.Insert(recordset_.Bookmark(), CurrentKey());
+    recordset_.MoveFirst();
+}
+
+std::int16_t clsAccountSQL::DisconnectSQL() {
+    return Run(std::int16_t{0}, [this](std::int16_t& done) {
+        connected_ = false;
+        index_.Clear();
+        recordset_.Close();
+        connection_.Close();
+        done = 1;
+    });
+}
+
+std::int16_t clsAccountSQL::RefreshAccountSQL() {
+    return Run(std::int16_t{0}, [this](std::int16_t& done) {
+        if (!connected_)
+            return;
+        connection_.Revive();
+        Open();
+        done = 1;
+        LoadMirrors();
+    });
+}
+
+std::int16_t clsAccountSQL::UpdateAccountSQL() {
+    return Run(std::int16_t{0}, [this](std::int16_t& done) {
+        // Some may have been sent before one that failed.
+        struct Index {
+            clsAccountSQL& store;
+            ~Index() { store.IndexNewNumbers(); }
+        } index{*this};
+        recordset_.UpdateBatch();
+        done = 1;
+    });
+}
+
+void clsAccountSQL::IndexNewNumbers() {
+    if (unnumbered_.empty())
+        return;
+    const auto bookmark = OnRecord() ? std::optional(recordset_.Bookmark()) : std::nullopt;
+    std::erase_if(unnumbered_, [this](std::size_t row) {
+        recordset_.Bookmark(row);
+        const accounts::AccountKey key = CurrentKey();
+        index_.Insert(row, key);
+        return key.id.has_value();
+    });
+    if (bookmark)
+        recordset_.Bookmark(*bookmark);
+}
+
+// ---- The current account
+
+bool clsAccountSQL::LoadMirrors() {
+    if (!OnRecord())
+        return false;
+    // All or none: half of one account and half of another would be saved as one.
+    const auto id = Narrow<std::int32_t>(Field(kAID).AsInteger());
+    const auto sex = Narrow<std::int16_t>(Field(kGender).AsInteger());
+    AccountID(id);
+    AccountName(Field(kName).AsText());
+    AccountPassword(Field(kPass).AsText());
+    AccountSex(sex);
+    AccountEmail(Field(kMail).AsText());
+    return true;
+}
+
+accounts::AccountKey clsAccountSQL::CurrentKey() const {
+    const database::Value id = Field(kAID);
+    return {Field(kName).AsText(), id.IsNull() ? std::nullopt : std::optional(id.AsInteger())};
+}
+
+std::int32_t clsAccountSQL::NumOfAccounts() {
+    return Run(std::int32_t{0},
+               [this](std::int32_t& count) { count = static_cast<std::int32_t>(recordset_.RecordCount()); });
+}
+
+std::string clsAccountSQL::CurrentName() {
+    return Run(std::string(), [this](std::string& name) { name = Field(kName).AsText(); });
+}
+
+std::int16_t clsAccountSQL::MoveToFirstRecord() {
+    return Run(std::int16_t{0}, [this](std::int16_t& done) {
+        if (!connected_)
+            return;
+        recordset_.MoveFirst();
+        done = LoadMirrors();
+    });
+}
+
+std::int16_t clsAccountSQL::MoveToNextRecord() {
+    return Run(std::int16_t{0}, [this](std::int16_t& done) {
+        if (!connected_ || recordset_.Eof())
+            return;
+        recordset_.MoveNext();
+        done = LoadMirrors();
+    });
+}
+
+std::int16_t clsAccountSQL::MoveToPrevRecord() {
+    return Run(std::int16_t{0}, [this](std::int16_t& done) {
+        if (!connected_ || recordset_.Bof())
+            return;
+        recordset_.MovePrevious();
+        done = LoadMirrors();
+    });
+}
+
+std::int16_t clsAccountSQL::MoveToAccount(const std::string& name) {
+    return Run(std::int16_t{0}, [&](std::int16_t& done) {
+        const auto row = index_.RowOfName(name);
+        if (!connected_ || !row)
+            return;
+        recordset_.Bookmark(*row);
+        done = LoadMirrors();
+    });
+}
+
+std::int16_t clsAccountSQL::SaveCurrentRecord() {
+    return Run(std::int16_t{0}, [this](std::int16_t& done) {
+        const std::size_t row = recordset_.Bookmark();
+        const accounts::AccountKey before = CurrentKey();
+        // A number that the server is still to give is none to write.
+        if (before.id || AccountID() != 0)
+            Field(kAID, AccountID());
+        Field(kName, AccountName());
+        Field(kPass, AccountPassword());
+        Field(kGender, int{AccountSex()});
+        Field(kMail, AccountEmail());
+        recordset_.Update();
+        index_.Erase(row, before);
+        index_.Insert(row, CurrentKey());
+        done = 1;
+    });
+}
+
+std::int16_t clsAccountSQL::DeleteRecord(const std::string& accountName) {
+    return Run(std::int16_t{0}, [&](std::int16_t& done) {
+        const auto row = index_.RowOfName(accountName);
+        if (!row)
+            return;
+        recordset_.Bookmark(*row);
+        const accounts::AccountKey key = CurrentKey();
+        recordset_.Delete();
+        index_.Erase(*row, key);
+        std::erase(unnumbered_, *row);
+        done = 1;
+        if (recordset_.RecordCount() == 0)
+            return;
+        recordset_.MoveFirst();
+        LoadMirrors();
+    });
+}
+
+std::int16_t clsAccountSQL::AddNewAccount(const std::string& accountName, const std::string& accountPassword,
+                                          const std::string& accountMail, std::int16_t accountGender,
+                                          std::optional<std::int32_t> accountID) {
+    return Run(std::int16_t{0}, [&](std::int16_t& done) {
+        recordset_.AddNew();
+        if (accountID)
+            Field(kAID, *accountID);
+        Field(kName, accountName);
+        Field(kPass, accountPassword);
+        Field(kGender, int{accountGender});
+        Field(kMail, accountMail);
+        recordset_.Update();
+        index_.Insert(recordset_.Bookmark(), CurrentKey());
+        if (!accountID)
+            unnumbered_.push_back(recordset_.Bookmark());
+        done = 1;
+        LoadMirrors();
+    });
+}
+
+// ---- Look-ups
+
+bool clsAccountSQL::CheckAccountName(const std::string& accountName) {
+    return Run(false, [&](bool& isFree) {
+        isFree = recordset_.RecordCount() == 0 || !index_.RowOfName(accountName);
+    });
+}
+
+bool clsAccountSQL::CheckAccountID(std::int32_t accountID) {
+    return Run(false,
+               [&](bool& isFree) { isFree = recordset_.RecordCount() == 0 || !index_.HasId(accountID); });
+}
+
+std::int32_t clsAccountSQL::GetUniqueAccountID() {
+    return Run(std::int32_t{0}, [this](std::int32_t& id) {
+        id = recordset_.RecordCount() == 0 ? kFirstAccountID : index_.FreeId(kFirstAccountID);
+    });
+}
+
+std::int16_t clsAccountSQL::GetAccountList() {
+    return Run(std::int16_t{0}, [this](std::int16_t& done) {
+        if (recordset_.RecordCount() > 0) {
+            const auto bookmark = OnRecord() ? std::optional(recordset_.Bookmark()) : std::nullopt;
+            for (recordset_.MoveFirst(); !recordset_.Eof(); recordset_.MoveNext())
+                if (AccountSQLAccountName)
+                    AccountSQLAccountName(Field(kName).AsText());
+            if (bookmark)
+                recordset_.Bookmark(*bookmark);
+        }
+        done = 1;
+    });
+}
+
+// ---- Privileges
+
+std::string clsAccountSQL::GMPath() const {
+    return KernoPath() + "\\database\\" + GMIdTableFilename();
+}
+
+std::int16_t clsAccountSQL::LoadGMData() {
+    return Run(std::int16_t{0}, [this](std::int16_t& done) {
+        gameMasters_.Load(GMPath());
+        done = 1;
+    });
+}
+
+std::int16_t clsAccountSQL::UpdateGMData() {
+    return Run(std::int16_t{0}, [this](std::int16_t& done) {
+        gameMasters_.Save(GMPath());
+        done = 1;
+    });
+}
+
+std::int16_t clsAccountSQL::AddGMData(std::int32_t lngID, const accounts::Privileges& flags) {
+    return Run(std::int16_t{0}, [&](std::int16_t& done) { done = gameMasters_.Add(lngID, flags); });
+}
+
+std::int16_t clsAccountSQL::RemoveGMData(std::int32_t lngID) {
+    return Run(std::int16_t{0}, [&](std::int16_t& done) { done = gameMasters_.Remove(lngID); });
+}
+
+std::int16_t clsAccountSQL::ModifyGMData(std::int32_t lngID, const accounts::Privileges& flags) {
+    return Run(std::int16_t{0}, [&](std::int16_t& done) { done = gameMasters_.Modify(lngID, flags); });
+}
+
+accounts::Privileges clsAccountSQL::RetrieveGMData(std::int32_t lngID) {
+    return gameMasters_.Retrieve(lngID);
+}
+
+std::int16_t clsAccountSQL::AccountIsAGM(std::int32_t lngID) {
+    return gameMasters_.Contains(lngID);
+}

@@ -1,0 +1,165 @@
+#pragma once
+
+#include "accounts/AccountChecks.h"
+#include "accounts/AccountNameBox.h"
+#include "accounts/clsAccountSQL.h"
+#include "accounts/frmAccountEditor.ids.h"
+#include "accounts/frmFindAccount.h"
+#include "gui/Control.h"
+#include "gui/Lists.h"
+#include "gui/Menu.h"
+#include "gui/Text.h"
+
+#include <array>
+
+/// Lists, shows, adds, changes and deletes game accounts and the privileges of game masters. Everything is
+/// kept in AccountsDB until Save sends it.
+///
+/// The account that was chosen last stays the selected one while its name is edited; Save writes to it.
+class frmAccountEditor final : public gui::Form {
+public:
+    frmAccountEditor() : Form(IDD_frmAccountEditor) {}
+
+    clsAccountSQL AccountsDB;
+
+    AccountNameBox cboAccountName{*this, IDC_frmAccountEditor_cboAccountName,
+                                  &frmAccountEditor::cboAccountName_Click,
+                                  &frmAccountEditor::cboAccountName_Change};
+    gui::CommandButton cmdFind{*this, IDC_frmAccountEditor_cmdFind, &frmAccountEditor::cmdFind_Click};
+    gui::TextBox txtAccountID{*this, IDC_frmAccountEditor_txtAccountID};
+    gui::CommandButton cmdAutofillID{*this, IDC_frmAccountEditor_cmdAutofillID,
+                                     &frmAccountEditor::cmdAutofillID_Click};
+    gui::TextBox txtAccountPassword{*this, IDC_frmAccountEditor_txtAccountPassword};
+    gui::TextBox txtEmail{*this, IDC_frmAccountEditor_txtEmail};
+    gui::ComboBox cboSex{*this, IDC_frmAccountEditor_cboSex};
+    gui::Label lblSelected{*this, IDC_frmAccountEditor_lblSelected};
+    gui::CommandButton cmdAddAccount{*this, IDC_frmAccountEditor_cmdAddAccount,
+                                     &frmAccountEditor::cmdAddAccount_Click};
+    gui::CommandButton cmdDeleteAccount{*this, IDC_frmAccountEditor_cmdDeleteAccount,
+                                        &frmAccountEditor::cmdDeleteAccount_Click};
+    gui::CommandButton cmdClearAll{*this, IDC_frmAccountEditor_cmdClearAll,
+                                   &frmAccountEditor::cmdClearAll_Click};
+    gui::Frame fraAccount{*this, IDC_frmAccountEditor_fraAccount, &frmAccountEditor::fraAccount_MouseDown};
+
+    gui::Frame fraGM{*this, IDC_frmAccountEditor_fraGM};
+    gui::CheckBox chkIsGM{*this, IDC_frmAccountEditor_chkIsGM, &frmAccountEditor::chkIsGM_Click};
+    gui::CheckBox chkBroadcast{*this, IDC_frmAccountEditor_chkBroadcast};
+    gui::CheckBox chkItemSummon{*this, IDC_frmAccountEditor_chkItemSummon};
+    gui::CheckBox chkMonsterSummon{*this, IDC_frmAccountEditor_chkMonsterSummon};
+    gui::CheckBox chkChangeStatSkill{*this, IDC_frmAccountEditor_chkChangeStatSkill};
+    gui::CheckBox chkChangeOption{*this, IDC_frmAccountEditor_chkChangeOption};
+    gui::CheckBox chkSaveReturn{*this, IDC_frmAccountEditor_chkSaveReturn};
+    gui::CheckBox chkChangeLevel{*this, IDC_frmAccountEditor_chkChangeLevel};
+    gui::CheckBox chkWarp{*this, IDC_frmAccountEditor_chkWarp};
+    gui::CheckBox chkWhois{*this, IDC_frmAccountEditor_chkWhois};
+    gui::CheckBox chkGotoSummonBanish{*this, IDC_frmAccountEditor_chkGotoSummonBanish};
+    gui::CheckBox chkKillDieAlive{*this, IDC_frmAccountEditor_chkKillDieAlive};
+    gui::CheckBox chkChangeJob{*this, IDC_frmAccountEditor_chkChangeJob};
+    gui::CheckBox chkChangeColorStyle{*this, IDC_frmAccountEditor_chkChangeColorStyle};
+    gui::CheckBox chkAutoRawUnit{*this, IDC_frmAccountEditor_chkAutoRawUnit};
+    gui::CheckBox chkRefine{*this, IDC_frmAccountEditor_chkRefine};
+    gui::CommandButton cmdGiveAllPrivileges{*this, IDC_frmAccountEditor_cmdGiveAllPrivileges,
+                                            &frmAccountEditor::cmdGiveAllPrivileges_Click};
+    gui::CommandButton cmdRemoveAllPrivileges{*this, IDC_frmAccountEditor_cmdRemoveAllPrivileges,
+                                              &frmAccountEditor::cmdRemoveAllPrivileges_Click};
+
+    // Room for characters and storage, which the tool does not edit: nothing here reacts.
+    gui::Frame fraCharacters{*this, IDC_frmAccountEditor_fraCharacters};
+    gui::Label lblSlot1{*this, IDC_frmAccountEditor_lblSlot1};
+    gui::Label lblSlot2{*this, IDC_frmAccountEditor_lblSlot2};
+    gui::Label lblSlot3{*this, IDC_frmAccountEditor_lblSlot3};
+    gui::Label lblSlot4{*this, IDC_frmAccountEditor_lblSlot4};
+    gui::Label lblSlot6{*this, IDC_frmAccountEditor_lblSlot6};
+    gui::Label lblSlot7{*this, IDC_frmAccountEditor_lblSlot7};
+    gui::Label lblSlot8{*this, IDC_frmAccountEditor_lblSlot8};
+    gui::Label lblSlot9{*this, IDC_frmAccountEditor_lblSlot9};
+    gui::ListBox lstCurrentCharacters{*this, IDC_frmAccountEditor_lstCurrentCharacters};
+    gui::ListBox lstOrphanCharacters{*this, IDC_frmAccountEditor_lstOrphanCharacters};
+    gui::CommandButton cmdAdd{*this, IDC_frmAccountEditor_cmdAdd};
+    gui::CommandButton cmdDelete{*this, IDC_frmAccountEditor_cmdDelete};
+    gui::CommandButton cmdGoUp{*this, IDC_frmAccountEditor_cmdGoUp};
+    gui::CommandButton cmdGoDown{*this, IDC_frmAccountEditor_cmdGoDown};
+    gui::Frame fraKafra{*this, IDC_frmAccountEditor_fraKafra};
+    gui::CommandButton cmdEditKafra{*this, IDC_frmAccountEditor_cmdEditKafra};
+    gui::PopupMenu mnuPopup{*this, IDR_frmAccountEditor_mnuPopup};
+    gui::PopupMenu mnuPopup2{*this, IDR_frmAccountEditor_mnuPopup2};
+    gui::MenuItem mnuEditCharacter{*this, IDM_frmAccountEditor_mnuEditCharacter};
+    gui::MenuItem mnuAddCharacter1{*this, IDM_frmAccountEditor_mnuAddCharacter1};
+    gui::MenuItem mnuRemoveCharacter1{*this, IDM_frmAccountEditor_mnuRemoveCharacter1};
+    gui::MenuItem mnuEditCharacter2{*this, IDM_frmAccountEditor_mnuEditCharacter2};
+    gui::MenuItem mnuAddCharacter2{*this, IDM_frmAccountEditor_mnuAddCharacter2};
+    gui::MenuItem mnuRemoveCharacter2{*this, IDM_frmAccountEditor_mnuRemoveCharacter2};
+
+    gui::PopupMenu mnuPopup3{*this, IDR_frmAccountEditor_mnuPopup3};
+    gui::MenuItem mnuFindAccount{*this, IDM_frmAccountEditor_mnuFindAccount,
+                                 &frmAccountEditor::mnuFindAccount_Click};
+
+    gui::CommandButton cmdSave{*this, IDC_frmAccountEditor_cmdSave, &frmAccountEditor::cmdSave_Click};
+    gui::CommandButton cmdReload{*this, IDC_frmAccountEditor_cmdReload, &frmAccountEditor::cmdReload_Click};
+    gui::CommandButton cmdCancel{*this, IDC_frmAccountEditor_cmdCancel, &frmAccountEditor::cmdCancel_Click};
+
+    /// The fifteen boxes in the order of the privilege file.
+    const std::array<gui::CheckBox*, accounts::kPrivilegeCount> PrivilegeBoxes{
+        &chkBroadcast,        &chkItemSummon,   &chkMonsterSummon,
+        &chkChangeStatSkill,  &chkChangeOption, &chkSaveReturn,
+        &chkChangeLevel,      &chkWarp,         &chkWhois,
+        &chkGotoSummonBanish, &chkKillDieAlive, &chkChangeJob,
+        &chkChangeColorStyle, &chkAutoRawUnit,  &chkRefine};
+
+    /// The search box, while it is open.
+    frmFindAccount* FindBox() { return find_.Peek(); }
+
+private:
+    void Form_Load() override;
+    void Form_Unload() override;
+    void Form_MouseDown(gui::MouseButton button, int x, int y) override;
+    gui::CommandButton* CancelButton() override { return &cmdCancel; }
+
+    void cboAccountName_Click();
+    void cboAccountName_Change() { TellSelected(); }
+    void cmdFind_Click();
+    void cmdAutofillID_Click();
+    void cmdAddAccount_Click();
+    void cmdDeleteAccount_Click();
+    void cmdClearAll_Click();
+    void fraAccount_MouseDown(gui::MouseButton button, int x, int y) { Form_MouseDown(button, x, y); }
+    void chkIsGM_Click();
+    void cmdGiveAllPrivileges_Click() { Tick(1); }
+    void cmdRemoveAllPrivileges_Click() { Tick(0); }
+    void mnuFindAccount_Click() { cmdFind_Click(); }
+    void cmdSave_Click();
+    void cmdReload_Click();
+    void cmdCancel_Click() { Unload(); }
+
+    /// The selected account as the store has it.
+    struct Selected {
+        std::string name;
+        std::int32_t id = 0;
+    };
+
+    bool Connect();
+    void ReadLogin();
+    void FillList();
+    void TellProgress(std::size_t accountsRead);
+    bool Tell(const std::string& text);
+    void TellFailure(const std::string& text);
+    void TellSelected();
+
+    bool IsSelected() const { return cboAccountName.Shown() >= 0; }
+    void Choose(int index);
+    bool ShowAccount(int index);
+    void ShowPrivileges(const accounts::Privileges& privileges);
+    void ShowNone();
+    void Tick(int value);
+    std::string NameToKeep(int chosen) const;
+    accounts::AccountFields Fields(const std::string& name) const;
+    accounts::Privileges Boxes() const;
+    std::int16_t Sex() const;
+    std::string RefusalToKeep(const accounts::AccountFields& fields);
+    bool Keep(const accounts::AccountFields& fields);
+    void Send();
+
+    Selected selected_;
+    bool choosing_ = false;
+    gui::FormSlot<frmFindAccount> find_{[this] { return std::make_unique<frmFindAccount>(cboAccountName); }};
+};

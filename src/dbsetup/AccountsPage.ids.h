@@ -1,0 +1,13 @@
+#pragma once
+
+#define IDD_AccountsPage 2160
+#define IDC_AccountsPage_fraGLogin 2161
+#define IDC_AccountsPage_txtGloginUsername 2162
+#define IDC_AccountsPage_txtGloginPassword 2163
+#define IDC_AccountsPage_fraAMCharacter 2164
+#define IDC_AccountsPage_txtAMCharacterUsername 2165
+#define IDC_AccountsPage_txtAMCharacterPassword 2166
+#define IDC_AccountsPage_fraAMGlobal 2167
+#define IDC_AccountsPage_txtAMGlobalUsername 2168
+#define IDC_AccountsPage_txtAMGlobalPassword 2169
+#define IDC_AccountsPage_cmdSetupAccounts 2170

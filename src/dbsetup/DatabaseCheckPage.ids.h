@@ -1,0 +1,14 @@
+#pragma once
+
+#define IDD_DatabaseCheckPage 2130
+#define IDC_DatabaseCheckPage_txtRootHostname 2131
+#define IDC_DatabaseCheckPage_txtRootUsername 2132
+#define IDC_DatabaseCheckPage_txtRootPassword 2133
+#define IDC_DatabaseCheckPage_cmdCheckDB 2134
+#define IDC_DatabaseCheckPage_fraDatabases 2135
+#define IDC_DatabaseCheckPage_lblGlogin 2136
+#define IDC_DatabaseCheckPage_lblGloginTables 2137
+#define IDC_DatabaseCheckPage_lblAMCharacter 2138
+#define IDC_DatabaseCheckPage_lblAMCharacterTables 2139
+#define IDC_DatabaseCheckPage_lblAMGlobal 2140
+#define IDC_DatabaseCheckPage_lblAMGlobalTables 2141

@@ -1,0 +1,23 @@
+#include "dbsetup/frmMySQLSetUp.h"
+
+#include "dbsetup/SetUpMessages.h"
+
+void frmMySQLSetUp::Form_Error(const RuntimeError& error) {
+    MsgBox(dbsetup::ErrorMessage(error), MB_ICONERROR, dbsetup::kErrorTitle);
+}
+
+void frmMySQLSetUp::mstMySQL_Click() {
+    const bool onFirstTab = mstMySQL.Tab() == 0;
+    // The keyboard focus would be lost in a button that is disabled under it.
+    if (onFirstTab && GetFocus() == cmdPrevious.Window())
+        cmdNext.SetFocus();
+    cmdPrevious.Enabled(!onFirstTab);
+    cmdNext.Caption(OnLastTab() ? "Finish" : "Next");
+}
+
+void frmMySQLSetUp::cmdNext_Click() {
+    if (OnLastTab())
+        Unload();
+    else
+        mstMySQL.Tab(mstMySQL.Tab() + 1);
+}

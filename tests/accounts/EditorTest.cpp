@@ -1,0 +1,252 @@
+#include "Accounts.h"
+#include "accounts/frmAccountEditor.h"
+#include "common/Text.h"
+#include "gui/Application.h"
+#include "support/MessageBoxes.h"
+
+namespace {
+
+using Texts = std::vector<std::string>;
+
+const std::string kNameTaken = "Account Name is already taken";
+const std::string kIDTaken = "Account ID is already taken";
+const std::string kNoName = "There is no account name specified. It is a compulsory field for an account";
+const std::string kNoID = "There is no ID specified. It is a compulsory field for an account";
+
+class EditorTest : public AccountsTest {
+protected:
+    ~EditorTest() override { editor.Unload(); }
+
+    void Choose(const std::string& name) {
+        editor.cboAccountName.ListIndex(editor.cboAccountName.Names().IndexOf(name));
+    }
+    std::string Shown() const {
+        std::string shown = editor.cboAccountName.Text() + "|" + editor.txtAccountID.Text() + "|" +
+                            editor.txtAccountPassword.Text() + "|" +
+                            std::to_string(editor.cboSex.ListIndex()) + "|" + editor.txtEmail.Text() + "|" +
+                            std::to_string(editor.chkIsGM.Value());
+        for (const gui::CheckBox* box : editor.PrivilegeBoxes)
+            shown += std::to_string(box->Value());
+        return shown;
+    }
+    void Fill(const std::string& name, const std::string& id) {
+        editor.cboAccountName.Text(name);
+        editor.txtAccountID.Text(id);
+    }
+    /// Types into the name's field as the keyboard does.
+    void Type(const std::string& keys) {
+        COMBOBOXINFO info{};
+        info.cbSize = sizeof info;
+        GetComboBoxInfo(editor.cboAccountName.Window(), &info);
+        SendMessageA(info.hwndItem, EM_SETSEL, 0, -1);
+        for (const char key : keys)
+            PostMessageA(info.hwndItem, key == '\r' ? WM_KEYDOWN : WM_CHAR, static_cast<WPARAM>(key), 0);
+        gui::DoEvents();
+    }
+    /// The texts since the last call, without the reasons behind our own.
+    Texts Said() {
+        Texts texts;
+        for (const support::SeenBox& box : boxes.Seen()) {
+            EXPECT_EQ(box.title, "Kerno Tools :: Accounts Editor");
+            texts.push_back(box.text.substr(0, box.text.find("\n\n")));
+        }
+        boxes.Clear();
+        return texts;
+    }
+
+    support::MessageBoxes boxes;
+    frmAccountEditor editor;
+};
+
+} // namespace
+
+TEST_F(EditorTest, ShowsAccountsAndTheirPrivileges) {
+    editor.Load();
+    EXPECT_EQ(editor.cboAccountName.ListCount(), 3);
+    EXPECT_EQ(Shown(), "alpha|100001|a|0|a@x|0000000000000000");
+    EXPECT_FALSE(editor.chkWarp.Enabled());
+    Choose("bravo");
+    EXPECT_EQ(Shown(), "bravo|100002|b|1|b@x|1100000000000000");
+    EXPECT_TRUE(editor.chkWarp.Enabled());
+    editor.cmdAutofillID.Press();
+    EXPECT_EQ(editor.txtAccountID.Text(), "100003");
+    editor.cmdGiveAllPrivileges.Press();
+    editor.cmdClearAll.Press();
+    EXPECT_EQ(Shown(), "|||1||1111111111111111");
+    EXPECT_EQ(Said(), Texts());
+}
+
+TEST_F(EditorTest, EditsCarryOverAndSaveSendsThem) {
+    editor.Load();
+    Fill("alpha2", "100009");
+    editor.chkIsGM.Value(1);
+    Choose("bravo");
+    editor.txtAccountPassword.Text("new");
+    editor.cboSex.ListIndex(0);
+    // A number that changes takes the privileges with it.
+    editor.txtAccountID.Text("100003");
+    Choose("alpha2");
+    EXPECT_EQ(Shown(), "alpha2|100009|a|0|a@x|1000000000000000");
+    EXPECT_EQ(Said(), Texts());
+    EXPECT_EQ(Table(), before);
+    EXPECT_EQ(PrivilegeRows(), std::string("100002") + kBroadcast + "\r\n");
+    editor.cmdSave.Press();
+    EXPECT_EQ(Said(), Texts{"Account saved successfully"});
+    EXPECT_EQ(Table(), (Texts{"100003|bravo|new|0|b@x", "100004|Charlie|c|0|c@x", "100009|alpha2|a|0|a@x"}));
+    EXPECT_EQ(PrivilegeRows(), std::string("100003") + kBroadcast + "\r\n100009" + kNone + "\r\n");
+}
+
+TEST_F(EditorTest, ChecksComeInOrder) {
+    editor.Load();
+    const std::string ownID = "' is no account number. Please enter a whole number from 1 to 2147483647, or "
+                              "press Autofill";
+    const struct {
+        std::string name, id, add, save;
+    } cases[] = {
+        {"  ", "", kNoName, kNoName},
+        {"x", "", kNoID, kNoID},
+        {"bravo", "100004", kNameTaken, kNameTaken},
+        {"x", "100004", kIDTaken, kIDTaken},
+        {"bravo", "nine", kNameTaken, kNameTaken},
+        {"x", "nine", "The ID 'nine" + ownID, "The ID 'nine" + ownID},
+        {"x", "-5", "The ID '-5" + ownID, "The ID '-5" + ownID},
+        {"x", "2147483648", "The ID '2147483648" + ownID, "The ID '2147483648" + ownID},
+        {std::string(25, 'n'), "5", "The account name has 25 characters. Please shorten it to 24",
+         "The account name has 25 characters. Please shorten it to 24"},
+        {"alpha", "100001", kNameTaken, "Account saved successfully"},
+        {"CHARLIE", "100001", kIDTaken, "Account saved successfully"},
+    };
+    for (const auto& c : cases) {
+        Fill(c.name, c.id);
+        editor.cmdAddAccount.Press();
+        EXPECT_EQ(Said(), Texts{c.add}) << c.name << " " << c.id;
+        EXPECT_EQ(editor.cboAccountName.Text() + editor.txtAccountID.Text(), c.name + c.id);
+        editor.cmdSave.Press();
+        EXPECT_EQ(Said(), Texts{c.save}) << c.name << " " << c.id;
+    }
+    Fill("Charlie", "100001");
+    Choose("bravo");
+    EXPECT_EQ(Said(), Texts{kNameTaken});
+    EXPECT_EQ(Shown(), "CHARLIE|100001|a|0|a@x|0000000000000000");
+}
+
+TEST_F(EditorTest, AnAddWithoutSaveIsGoneAndWithSaveStays) {
+    const auto add = [this] {
+        editor.Load();
+        Fill(std::string(24, 'd'), "100003");
+        editor.chkIsGM.Value(1);
+        editor.cmdGiveAllPrivileges.Press();
+        editor.cmdAddAccount.Press();
+    };
+    add();
+    editor.cmdCancel.Press();
+    EXPECT_EQ(Table(), before);
+    add();
+    EXPECT_EQ(Said(), (Texts{"Account Added", "Account Added"}));
+    editor.cmdSave.Press();
+    EXPECT_EQ(Said(), Texts{"Account saved successfully"});
+    EXPECT_EQ(Table()[2], "100003|" + std::string(24, 'd') + "|a|0|a@x");
+    EXPECT_EQ(PrivilegeRows(),
+              std::string("100002") + kBroadcast + "\r\n100003,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1\r\n");
+}
+
+TEST_F(EditorTest, DeletionsReachTheServerWithTheNextSave) {
+    editor.Load();
+    for (const std::string name : {"alpha", "bravo", "Charlie"}) {
+        Choose(name);
+        boxes.Answer(IDNO);
+        editor.cmdDeleteAccount.Press();
+        EXPECT_EQ(Said(), Texts{"Are you sure you want to delete account '" + name + "' ?"});
+        boxes.Answer(IDYES);
+        editor.cmdDeleteAccount.Press();
+        EXPECT_EQ(Said().back(), "Account deleted.");
+        EXPECT_EQ(editor.cboAccountName.Names().IndexOf(name), -1);
+    }
+    EXPECT_EQ(Table(), before);
+    editor.cmdSave.Press();
+    EXPECT_EQ(Said(), Texts{"Account saved successfully"});
+    EXPECT_EQ(Table(), Texts());
+}
+
+TEST_F(EditorTest, ASaveThatFailsCanBeTriedAgain) {
+    editor.Load();
+    editor.txtAccountPassword.Text("kept");
+    {
+        support::ServerDown down;
+        editor.cmdSave.Press();
+        EXPECT_TRUE(Said().at(0).starts_with("Kerno Tools failed to save to SQL server."));
+        EXPECT_EQ(editor.txtAccountPassword.Text(), "kept");
+    }
+    editor.cmdSave.Press();
+    EXPECT_EQ(Said(), Texts{"Account saved successfully"});
+    root.Open(support::RootConnection());
+    EXPECT_EQ(Table()[0], "100001|alpha|kept|0|a@x");
+
+    root.Execute("UPDATE glogin.account SET Pass='theirs' WHERE AID=100001");
+    editor.txtAccountPassword.Text("mine");
+    editor.cmdSave.Press();
+    EXPECT_TRUE(Said().at(0).starts_with("Kerno Tools did not save all changes because somebody else"));
+    EXPECT_EQ(Table()[0], "100001|alpha|theirs|0|a@x");
+    editor.cmdReload.Press();
+    Choose("alpha");
+    EXPECT_EQ(editor.txtAccountPassword.Text(), "theirs");
+}
+
+TEST_F(EditorTest, OpensWithoutServerAndPrivilegeFile) {
+    DeleteFileA(privilegeFile.c_str());
+    support::WriteFile(folder / "Kerno.ini", "gloginname=\r\n");
+    editor.Load();
+    const std::string notAdvised = "You are advised not to continue as Kerno Tools might not act properly";
+    EXPECT_EQ(Said(),
+              (Texts{"Kerno Tools failed to connect to SQL server. Please make sure you have set up "
+                     "MySQL server properly",
+                     notAdvised,
+                     "Kerno Tools failed to load GM data. Please make sure all files are in proper place",
+                     notAdvised}));
+    EXPECT_EQ(Shown(), "|||0||0000000000000000");
+    support::WriteFile(folder / "Kerno.ini", "gloginname=root\r\n");
+    editor.cmdReload.Press();
+    EXPECT_EQ(editor.cboAccountName.ListCount(), 3);
+}
+
+TEST_F(EditorTest, TypingFindsANameAndEnterShowsIt) {
+    editor.Load();
+    editor.Show();
+    editor.txtEmail.Text("changed");
+    Type("ch");
+    EXPECT_EQ(editor.cboAccountName.Text(), "ch");
+    EXPECT_EQ(editor.txtAccountID.Text(), "100001");
+    Type("ch\r");
+    EXPECT_EQ(Shown(), "Charlie|100004|c|0|c@x|0000000000000000");
+    Choose("alpha");
+    EXPECT_EQ(Shown(), "alpha|100001|a|0|changed|0000000000000000");
+    // A start that was typed before the list is opened is a search; any other text is a new name.
+    Type("br");
+    Choose("bravo");
+    EXPECT_EQ(editor.cboAccountName.Names().At(0), "alpha");
+    Type("zulu");
+    Choose("alpha");
+    EXPECT_EQ(editor.cboAccountName.Names().At(1), "zulu");
+}
+
+TEST_F(EditorTest, TheSearchBoxWalksToTheEnd) {
+    root.Execute("INSERT INTO glogin.account (AID, Name) VALUES (100010, 'ALbert'), (100011, 'al')");
+    editor.Load();
+    Choose("Charlie");
+    editor.cmdFind.Press();
+    frmFindAccount& find = *editor.FindBox();
+    find.txtAccountName.Text("  ");
+    find.cmdNext.Press();
+    find.txtAccountName.Text("zz");
+    EXPECT_EQ(editor.cboAccountName.Text(), "Charlie");
+    find.txtAccountName.Text("aL");
+    for (const char* name : {"alpha", "ALbert", "al"}) {
+        EXPECT_EQ(editor.cboAccountName.Text(), name);
+        EXPECT_TRUE(boxes.Seen().empty());
+        find.cmdNext.Press();
+    }
+    EXPECT_EQ(Said(), Texts{"There is no more accounts that match"});
+    EXPECT_EQ(editor.txtAccountID.Text(), "100011");
+    editor.cmdCancel.Press();
+    EXPECT_EQ(editor.FindBox(), nullptr);
+}

@@ -1,0 +1,168 @@
+#include "accounts/GMTable.h"
+
+#include "common/Files.h"
+#include "common/RuntimeError.h"
+#include "support/ChildProcess.h"
+#include "support/Errors.h"
+#include "support/TempFolder.h"
+
+#include <gtest/gtest.h>
+
+using accounts::GMTable;
+using accounts::Privileges;
+
+namespace {
+
+constexpr Privileges kAll{1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1};
+constexpr Privileges kNone{};
+constexpr Privileges kAsTheyAre{2, 2, 2, 2, 2, 2, 2, 2, 2, 2, 2, 2, 2, 2, 2};
+const std::string kHeader =
+    "ID,BROADCAST,ITEMSUMMON,MONSTERSUMMON,CHANGESTATSKILL,CHANGEOPTION,SAVERETURN,CHANGELEVEL,WARP,WHOIS,"
+    "GOTOSUMMONBANISH,KILLDIEALIVE,CHANGEJOB,CHANGECOLORSTYLE,AUTORAWUNIT,REFINE\r\n";
+const std::string kAllOnes = ",1,1,1,1,1,1,1,1,1,1,1,1,1,1,1";
+
+class GMTableTest : public testing::Test {
+protected:
+    void Load(const std::string& rows) {
+        support::WriteFile(path, "whatever\r\n" + rows);
+        table.Load(path);
+    }
+    /// The file after Save, without its header.
+    std::string Saved() {
+        table.Save(path);
+        const std::string text = common::ReadFileText(path);
+        EXPECT_EQ(text.substr(0, kHeader.size()), kHeader);
+        return text.substr(kHeader.size());
+    }
+    long ErrorOf(void (GMTable::*operation)(const std::string&)) {
+        return support::ErrorNumber([&] { (table.*operation)(path); });
+    }
+
+    support::TempFolder folder;
+    std::string path = folder / "id_table.txt";
+    std::string backup = folder / "id_table.bak";
+    GMTable table;
+};
+
+} // namespace
+
+TEST_F(GMTableTest, RowsAreAddedChangedAndRemoved) {
+    Load("100001" + kAllOnes + "\r\n100002" + kAllOnes + "\r\n");
+    EXPECT_EQ(table.Add(100002, kNone), 0);
+    EXPECT_EQ(table.Retrieve(100002), kAll);
+    EXPECT_EQ(table.Retrieve(7)[0], accounts::kLeaveAsItIs);
+
+    Privileges withoutWarp = kAsTheyAre;
+    withoutWarp[7] = 0;
+    EXPECT_EQ(table.Modify(100002, kAsTheyAre), 1);
+    EXPECT_EQ(table.Modify(100002, withoutWarp), 1);
+    EXPECT_EQ(table.Modify(7, kNone), 1);
+    EXPECT_EQ(table.Remove(100001), 1);
+    EXPECT_EQ(table.Remove(100001), 0);
+    EXPECT_EQ(table.Add(100001, kAll), 1);
+    EXPECT_EQ(Saved(), "100002,1,1,1,1,1,1,1,0,1,1,1,1,1,1,1\r\n"
+                       "7,0,0,0,0,0,0,0,0,0,0,0,0,0,0,0\r\n"
+                       "100001" +
+                           kAllOnes + "\r\n");
+}
+
+TEST_F(GMTableTest, WhatIsNoProperRowIsCarriedAlong) {
+    const std::string odd =
+        "// trusted people\r\n\r\n5,1,1\r\n6,yes,1,99999,0\r\n4294967296,1\r\n8" + kAllOnes + ",a friend\r\n";
+    Load(odd);
+    EXPECT_EQ(table.Retrieve(5), (Privileges{1, 1}));
+    EXPECT_EQ(table.Retrieve(6), (Privileges{0, 1}));
+    EXPECT_FALSE(table.Contains(0));
+    EXPECT_EQ(Saved(), odd);
+
+    Privileges refine = kAsTheyAre;
+    refine[14] = 0;
+    table.Modify(8, refine);
+    table.Modify(5, refine);
+    refine[14] = 1;
+    table.Modify(5, refine);
+    EXPECT_EQ(Saved(), "// trusted people\r\n\r\n5,1,1,0,0,0,0,0,0,0,0,0,0,0,0,1\r\n6,yes,1,99999,0\r\n"
+                       "4294967296,1\r\n8,1,1,1,1,1,1,1,1,1,1,1,1,1,1,0,a friend\r\n");
+}
+
+TEST_F(GMTableTest, OnePreviousGenerationIsKept) {
+    Load("1" + kAllOnes + "\r\n");
+    const std::string original = common::ReadFileText(path);
+    table.Remove(1);
+    EXPECT_EQ(Saved(), "");
+    EXPECT_EQ(common::ReadFileText(backup), original);
+    table.Add(2, kAll);
+    Saved();
+    EXPECT_EQ(common::ReadFileText(backup), kHeader);
+}
+
+TEST_F(GMTableTest, AFileThatWasNotLoadedIsNotReplaced) {
+    std::string tooMany = kHeader;
+    for (int id = 1; id <= 40000; ++id)
+        tooMany += std::to_string(id) + kAllOnes + "\r\n";
+    support::WriteFile(path, tooMany);
+    EXPECT_EQ(ErrorOf(&GMTable::Load), common::kOverflow);
+    EXPECT_FALSE(table.Contains(1));
+    table.Add(1, kAll);
+    EXPECT_EQ(ErrorOf(&GMTable::Save), common::kPathFileAccess);
+    EXPECT_EQ(common::ReadFileText(path), tooMany);
+    EXPECT_FALSE(common::FileExists(backup));
+
+    // Nor one that was put there after the load had found none; without one there is nothing to lose.
+    DeleteFileA(path.c_str());
+    EXPECT_EQ(ErrorOf(&GMTable::Load), common::kFileNotFound);
+    support::WriteFile(path, tooMany);
+    EXPECT_EQ(ErrorOf(&GMTable::Save), common::kPathFileAccess);
+    DeleteFileA(path.c_str());
+    EXPECT_EQ(Saved(), "");
+}
+
+TEST_F(GMTableTest, ARefusedSaveLeavesFileAndBackup) {
+    Load("1" + kAllOnes + "\r\n");
+    Saved();
+    const std::string before = common::ReadFileText(path);
+    support::WriteFile(backup, "older");
+    table.Remove(1);
+    {
+        const common::FileHandle lock(
+            CreateFileA(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
+        EXPECT_EQ(ErrorOf(&GMTable::Save), common::kPermissionDenied);
+    }
+    SetFileAttributesA(path.c_str(), FILE_ATTRIBUTE_READONLY);
+    EXPECT_NE(ErrorOf(&GMTable::Save), 0);
+    EXPECT_EQ(common::ReadFileText(path), before);
+    EXPECT_EQ(common::ReadFileText(backup), "older");
+    SetFileAttributesA(path.c_str(), FILE_ATTRIBUTE_NORMAL);
+    EXPECT_EQ(Saved(), "");
+}
+
+namespace {
+
+constexpr int kRowsOfKilled = 2000;
+
+const support::ChildEntry saver("save privileges", [](const std::string& folder) {
+    GMTable table;
+    table.Load(folder + "\\id_table.txt");
+    for (std::int16_t flag = 0;; flag = static_cast<std::int16_t>(1 - flag)) {
+        for (int id = 1; id <= kRowsOfKilled; ++id)
+            table.Modify(id, {flag, flag, flag, flag, flag, flag, flag, flag});
+        table.Save(folder + "\\id_table.txt");
+    }
+});
+
+} // namespace
+
+TEST_F(GMTableTest, AKillLeavesAWholeFile) {
+    for (int id = 1; id <= kRowsOfKilled; ++id)
+        table.Add(id, kNone);
+    table.Save(path);
+    table.Save(path);
+    support::KillDuring("save privileges", folder.Path(), 12, [this] {
+        for (const std::string& each : {path, backup}) {
+            GMTable left;
+            left.Load(each);
+            for (int id = 1; id <= kRowsOfKilled; ++id)
+                ASSERT_EQ(left.Retrieve(id), left.Retrieve(1)) << each;
+        }
+    });
+}

@@ -1,0 +1,265 @@
+#include "dbsetup/frmMySQLSetUp.h"
+
+#include "common/Files.h"
+#include "servers/modServerControl.h"
+#include "support/Database.h"
+#include "support/MessageBoxes.h"
+#include "support/TempFolder.h"
+
+#include <commctrl.h>
+#include <windows.h>
+
+#include <functional>
+#include <optional>
+
+namespace {
+
+using support::SeenBox;
+
+constexpr unsigned kInformation = MB_OK | MB_ICONINFORMATION;
+constexpr const char* kKerno = "[Database]\r\ngloginname=kl\r\ngloginpass=pl\r\namcharactername=kc\r\n"
+                               "amcharacterpass=pc\r\namglobalname=kg\r\namglobalpass=pg\r\n";
+
+/// The wizard on a server without any of the databases, and a server folder with a Kerno.ini.
+class MySQLSetUp : public support::DatabaseTest {
+protected:
+    void SetUp() override {
+        DatabaseTest::SetUp();
+        support::WriteFile(kernoIni, kKerno);
+        modServerControl::KernoPath(kerno.Path() + "\\");
+        wizard.Load();
+    }
+
+    /// The labels of the check, from top to bottom.
+    std::vector<std::string> Labels() {
+        auto& page = wizard.databaseCheck;
+        return {page.lblGlogin.Caption(),      page.lblGloginTables.Caption(),
+                page.lblAMCharacter.Caption(), page.lblAMCharacterTables.Caption(),
+                page.lblAMGlobal.Caption(),    page.lblAMGlobalTables.Caption()};
+    }
+    std::vector<std::string> Check() {
+        wizard.databaseCheck.cmdCheckDB.Press();
+        return Labels();
+    }
+    /// True when the error box came up alone, with this number in front of some text.
+    bool OnlyError(const std::string& number) {
+        const auto& seen = boxes.Seen();
+        return seen.size() == 1 && seen[0].title == "Kerno Tools :: MySQL Setup Error" &&
+               seen[0].style == (MB_OK | MB_ICONERROR) &&
+               seen[0].text.starts_with("Error Number [" + number + "] ") && seen[0].text.size() > 20;
+    }
+    std::vector<std::string> Ours() {
+        return support::Rows(root, "SELECT SCHEMA_NAME FROM information_schema.schemata WHERE "
+                                   "SCHEMA_NAME IN ('glogin', 'amcharacter', 'amglobal') ORDER BY 1");
+    }
+
+    support::TempFolder kerno;
+    const std::string kernoIni = kerno / "Kerno.ini";
+    support::MessageBoxes boxes;
+    frmMySQLSetUp wizard;
+};
+
+const std::vector<std::string> kNothing{"Not Existed",        "All tables missing", "Not Existed",
+                                        "All tables missing", "Not Existed",        "All tables mising"};
+const std::vector<std::string> kAll{"Existed", "All tables existed", "Existed", "All tables existed",
+                                    "Existed", "All tables existed"};
+
+TEST_F(MySQLSetUp, GoesFromNothingToThreeLoginsOnTenTablesAndBack) {
+    wizard.serverTest.cmdTestMySQL.Press();
+    EXPECT_EQ(wizard.serverTest.lblConnectionTest.Caption(), "Successful");
+    EXPECT_EQ(wizard.serverTest.lblRunningMySQL.Caption(), support::Rows(root, "SELECT VERSION()")[0]);
+    EXPECT_EQ(Check(), kNothing);
+
+    // This server rejects the old form. After No the databases that were made stay, without tables.
+    boxes.Answer(IDNO);
+    wizard.repair.cmdRepairDatabase.Press();
+    ASSERT_EQ(boxes.Seen().size(), 1u);
+    EXPECT_EQ(boxes.Seen()[0].style, static_cast<unsigned>(MB_YESNO | MB_ICONQUESTION));
+    EXPECT_TRUE(boxes.Seen()[0].text.starts_with("Error Number [1064] You have an error"));
+    const std::vector<std::string> empty{
+        "Existed", "Missing table(s) [Account Storageinfo ]",
+        "Existed", "Missing table(s) [CartInfo CharInfo ItemInfo FlagInfo SkillInfo ]",
+        "Existed", "Missing table(s) [GCastle Guild Party ]"};
+    EXPECT_EQ(Check(), empty);
+
+    boxes.Clear();
+    boxes.Answer(IDYES);
+    wizard.repair.cmdRepairDatabase.Press();
+    const SeenBox repaired{"Kerno Tools :: MySQL Setup", "Database Repaired", kInformation};
+    ASSERT_EQ(boxes.Seen().size(), 2u) << "the question comes once for all tables";
+    EXPECT_EQ(boxes.Seen()[1], repaired);
+    EXPECT_EQ(Check(), kAll);
+
+    // Nothing is missing any more, so there is nothing to ask, and rows stay.
+    root.Execute("INSERT INTO glogin.account (Name) VALUES ('kept')");
+    boxes.Clear();
+    wizard.repair.cmdRepairDatabase.Press();
+    EXPECT_EQ(boxes.Seen(), std::vector<SeenBox>{repaired});
+    EXPECT_EQ(support::Rows(root, "SELECT Name FROM glogin.account"), std::vector<std::string>{"kept"});
+
+    boxes.Clear();
+    wizard.accounts.txtAMGlobalPassword.Text("a;b} c");
+    wizard.accounts.cmdSetupAccounts.Press();
+    EXPECT_EQ(boxes.Seen(), (std::vector<SeenBox>{{"Kerno Tools :: MySQL Setup",
+                                                   "Kerno SQL accounts setup successful", kInformation}}));
+    const struct {
+        const char *user, *password, *table;
+    } logins[] = {{"kl", "pl", "glogin.account"},
+                  {"kc", "pc", "amcharacter.charinfo"},
+                  {"kg", "a;b} c", "amglobal.guild"}};
+    for (const auto& login : logins) {
+        database::Connection own;
+        own.Open(database::MySQLConnectionString("localhost", login.user, login.password));
+        for (const auto& other : logins) {
+            const auto use = [&] { own.Execute("DELETE FROM " + std::string(other.table)); };
+            if (&other == &login)
+                EXPECT_NO_THROW(use()) << login.user;
+            else
+                EXPECT_THROW(use(), database::Error) << login.user << " on " << other.table;
+        }
+    }
+    EXPECT_TRUE(common::ReadFileText(kernoIni).ends_with("amglobalname=kg\r\namglobalpass=a;b} c\r\n"));
+
+    boxes.Clear();
+    boxes.Answer(IDNO).Answer(IDYES);
+    const auto connections = [&] { return support::Rows(root, "SHOW GLOBAL STATUS LIKE 'Connections'"); };
+    const auto before = connections();
+    wizard.repair.cmdDeleteDatabase.Press();
+    EXPECT_EQ(connections(), before) << "after No the server is not even logged in to";
+    EXPECT_EQ(Ours().size(), 3u);
+    wizard.repair.cmdDeleteDatabase.Press();
+    EXPECT_EQ(boxes.Seen()[1],
+              (SeenBox{"Kerno Tools :: MySQL Setup",
+                       "This action will destroy all data currently in your Kerno database. Continue ?",
+                       MB_YESNO | MB_ICONEXCLAMATION}));
+    EXPECT_EQ(boxes.Seen().size(), 2u);
+    EXPECT_TRUE(Ours().empty());
+}
+
+TEST_F(MySQLSetUp, ChecksPartialInstallationsAndForeignTables) {
+    const struct {
+        const char* change;
+        std::size_t label;
+        const char* text;
+    } steps[] = {
+        {"CREATE DATABASE glogin2", 0, "Not Existed"},
+        {"CREATE DATABASE glogin", 1, "Missing table(s) [Account Storageinfo ]"},
+        {"CREATE TABLE glogin.account (a int)", 1, "Missing table(s) [Storageinfo ]"},
+        {"CREATE TABLE glogin.party (a int)", 5, "All tables mising"},
+        {"CREATE TABLE glogin.storageinfo (a int)", 1, "All tables existed"},
+        {"CREATE DATABASE amcharacter", 2, "Existed"},
+        {"CREATE TABLE amcharacter.charinfo (a int)", 3,
+         "Missing table(s) [CartInfo ItemInfo FlagInfo SkillInfo ]"},
+        {"CREATE TABLE amcharacter.charinfo2 (a int)", 3,
+         "Missing table(s) [CartInfo ItemInfo FlagInfo SkillInfo ]"},
+        {"CREATE DATABASE amglobal", 5, "Missing table(s) [GCastle Guild Party ]"},
+        {"CREATE TABLE amglobal.guild (a int)", 5, "Missing table(s) [GCastle Party ]"},
+        {"DROP DATABASE glogin", 1, "All tables missing"},
+    };
+    for (const auto& step : steps) {
+        root.Execute(step.change);
+        EXPECT_EQ(Check()[step.label], step.text) << step.change;
+    }
+    EXPECT_TRUE(boxes.Seen().empty());
+    // What is already gone does not keep the others from being deleted.
+    boxes.Answer(IDYES);
+    wizard.repair.cmdDeleteDatabase.Press();
+    ASSERT_EQ(boxes.Seen().size(), 2u);
+    EXPECT_TRUE(boxes.Seen()[1].text.starts_with("Error Number [1008] "));
+    EXPECT_TRUE(Ours().empty());
+}
+
+TEST_F(MySQLSetUp, ShowsTheErrorOfEveryStep) {
+    auto& repair = wizard.repair;
+    const std::vector<std::function<void()>> steps{[&] { Check(); },
+                                                   [&] { repair.cmdRepairDatabase.Press(); },
+                                                   [&] {
+                                                       boxes.Answer(IDYES);
+                                                       repair.cmdDeleteDatabase.Press();
+                                                       EXPECT_FALSE(boxes.Seen().empty());
+                                                   },
+                                                   [&] { wizard.accounts.cmdSetupAccounts.Press(); }};
+    const auto lastBox = [&] { return boxes.Seen().empty() ? "" : boxes.Seen().back().text; };
+
+    wizard.databaseCheck.txtRootPassword.Text("wr;ong");
+    for (const auto& step : steps) {
+        boxes.Clear();
+        step();
+        EXPECT_TRUE(lastBox().starts_with("Error Number [1045] ")) << lastBox();
+    }
+    wizard.databaseCheck.txtRootPassword.Text("");
+    const auto before = Check();
+
+    // The server goes away while the wizard asks: nothing of it hangs, and it goes on when it is back.
+    boxes.Clear();
+    {
+        std::optional<support::ServerDown> down;
+        boxes.Answer(IDYES, [&] { down.emplace(); });
+        repair.cmdRepairDatabase.Press();
+        EXPECT_EQ(boxes.Seen().size(), 2u);
+        EXPECT_TRUE(lastBox().starts_with("Error Number [20")) << lastBox();
+        for (const auto& step : steps) {
+            boxes.Clear();
+            step();
+            EXPECT_TRUE(lastBox().starts_with("Error Number [2002] ")) << lastBox();
+        }
+        EXPECT_EQ(Labels(), before) << "labels stay as they were";
+        wizard.serverTest.cmdTestMySQL.Press();
+        EXPECT_EQ(wizard.serverTest.lblConnectionTest.Caption(), "Failed");
+    }
+    EXPECT_EQ(common::ReadFileText(kernoIni), kKerno);
+    EXPECT_EQ(Check()[0], "Existed");
+}
+
+TEST_F(MySQLSetUp, AnAccountThatFailsEndsTheStepBeforeKernoIniIsWritten) {
+    const auto users = [&] {
+        return support::Rows(root, "SELECT User FROM mysql.user WHERE User LIKE 'k_' ORDER BY 1");
+    };
+    wizard.accounts.txtAMCharacterPassword.Text("o'clock");
+    wizard.accounts.txtGloginPassword.Text("new");
+    wizard.accounts.cmdSetupAccounts.Press();
+    EXPECT_TRUE(OnlyError("1064"));
+    EXPECT_EQ(users(), std::vector<std::string>{"kl"}) << "the rest is not sent";
+    EXPECT_EQ(common::ReadFileText(kernoIni), kKerno);
+
+    boxes.Clear();
+    wizard.accounts.txtAMCharacterPassword.Text("oclock");
+    SetFileAttributesA(kernoIni.c_str(), FILE_ATTRIBUTE_READONLY);
+    wizard.accounts.cmdSetupAccounts.Press();
+    SetFileAttributesA(kernoIni.c_str(), FILE_ATTRIBUTE_NORMAL);
+    EXPECT_TRUE(OnlyError("70"));
+    EXPECT_EQ(common::ReadFileText(kernoIni), kKerno);
+}
+
+TEST_F(MySQLSetUp, NextAndPreviousFollowTheTabs) {
+    wizard.Show();
+    const auto buttons = [&] {
+        return std::to_string(wizard.mstMySQL.Tab()) + (wizard.cmdPrevious.Enabled() ? "< " : "  ") +
+               wizard.cmdNext.Caption();
+    };
+    EXPECT_EQ(buttons(), "0  Next");
+    wizard.cmdPrevious.Press();
+    for (const char* expected : {"1< Next", "2< Next", "3< Next", "4< Next", "5< Finish"}) {
+        wizard.cmdNext.Press();
+        EXPECT_EQ(buttons(), expected);
+    }
+    wizard.cmdPrevious.Press();
+    EXPECT_EQ(buttons(), "4< Next");
+    // As a click on the tab itself does it.
+    for (const auto& [tab, expected] : {std::pair{0, "0  Next"}, {5, "5< Finish"}, {1, "1< Next"}}) {
+        SendMessageA(wizard.mstMySQL.Window(), TCM_SETCURFOCUS, static_cast<WPARAM>(tab), 0);
+        EXPECT_EQ(buttons(), expected);
+    }
+    wizard.cmdPrevious.SetFocus();
+    wizard.cmdPrevious.Press();
+    EXPECT_EQ(GetFocus(), wizard.cmdNext.Window()) << "the keyboard would be dead";
+    for (const auto& box : {&wizard.databaseCheck.txtRootPassword, &wizard.accounts.txtGloginPassword,
+                            &wizard.accounts.txtAMCharacterPassword, &wizard.accounts.txtAMGlobalPassword})
+        EXPECT_TRUE(GetWindowLongPtrA(box->Window(), GWL_STYLE) & ES_PASSWORD);
+    EXPECT_EQ(wizard.accounts.txtAMCharacterUsername.Text(), "kc");
+    wizard.mstMySQL.Tab(5);
+    wizard.cmdNext.Press();
+    EXPECT_FALSE(wizard.Loaded());
+}
+
+} // namespace
