@@ -64,10 +64,10 @@ void Fill(database::Connection& server, int accounts, int blobs) {
     server.Execute("USE glogin");
     for (const auto& table : login.tables)
         server.Execute(dbsetup::EngineForm(table.CreateStatement()));
-    server.Execute(
-        "INSERT INTO account SELECT seq, CONCAT('player', seq), MD5(seq), seq % 2, CONCAT(seq, '@x.y'), "
-        "0, NULL, seq, NULL, 0 FROM seq_1_to_" +
-        std::to_string(accounts));
+    server.Execute("INSERT INTO account SELECT seq, CONCAT('player', seq), LEFT(MD5(seq), 24), seq % 2, "
+                   "CONCAT(seq, '@x.y'), "
+                   "0, NULL, seq, NULL, 0 FROM seq_1_to_" +
+                   std::to_string(accounts));
     // Bytes of every value.
     server.Execute(
         "INSERT INTO storageinfo SELECT seq, LEFT(REPEAT(UNHEX(SHA2(seq, 512)), 16), 1000) FROM seq_1_to_" +
