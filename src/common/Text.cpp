@@ -67,19 +67,40 @@ std::vector<std::string_view> Lines(std::string_view text) {
     return lines;
 }
 
-std::wstring ToWide(std::string_view text) {
-    const int size = MultiByteToWideChar(CP_ACP, 0, text.data(), static_cast<int>(text.size()), nullptr, 0);
+namespace {
+
+std::wstring Widened(UINT codePage, std::string_view text) {
+    const int length = static_cast<int>(text.size());
+    const int size = MultiByteToWideChar(codePage, 0, text.data(), length, nullptr, 0);
     std::wstring wide(static_cast<std::size_t>(size), L'\0');
-    MultiByteToWideChar(CP_ACP, 0, text.data(), static_cast<int>(text.size()), wide.data(), size);
+    MultiByteToWideChar(codePage, 0, text.data(), length, wide.data(), size);
     return wide;
 }
 
-std::string ToNarrow(std::wstring_view text) {
+std::string Narrowed(UINT codePage, std::wstring_view text) {
     const int length = static_cast<int>(text.size());
-    const int size = WideCharToMultiByte(CP_ACP, 0, text.data(), length, nullptr, 0, nullptr, nullptr);
+    const int size = WideCharToMultiByte(codePage, 0, text.data(), length, nullptr, 0, nullptr, nullptr);
     std::string narrow(static_cast<std::size_t>(size), '\0');
-    WideCharToMultiByte(CP_ACP, 0, text.data(), length, narrow.data(), size, nullptr, nullptr);
+    WideCharToMultiByte(codePage, 0, text.data(), length, narrow.data(), size, nullptr, nullptr);
     return narrow;
+}
+
+} // namespace
+
+std::wstring ToWide(std::string_view text) {
+    return Widened(CP_ACP, text);
+}
+
+std::string ToNarrow(std::wstring_view text) {
+    return Narrowed(CP_ACP, text);
+}
+
+std::wstring FromUtf8(std::string_view text) {
+    return Widened(CP_UTF8, text);
+}
+
+std::string ToUtf8(std::wstring_view text) {
+    return Narrowed(CP_UTF8, text);
 }
 
 } // namespace common

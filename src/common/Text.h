@@ -48,4 +48,8 @@ std::vector<std::string_view> Lines(std::string_view text);
 std::wstring ToWide(std::string_view text);
 std::string ToNarrow(std::wstring_view text);
 
+/// UTF-8 to UTF-16 and back, without loss where the text is valid.
+std::wstring FromUtf8(std::string_view text);
+std::string ToUtf8(std::wstring_view text);
+
 } // namespace common

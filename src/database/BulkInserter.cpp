@@ -90,8 +90,9 @@ odbc::Statement& BulkInserter::Prepared(std::size_t rowsOfStatement) {
 
 std::size_t BulkInserter::SendArrays(const RowStore& rows, std::size_t first, std::size_t count) {
     odbc::Statement& statement = Prepared(1);
-    parameters_.Fill(session_->WideText(), count, columns_,
-                     [&](std::size_t row, std::size_t column) { return rows.At(first + row, column); });
+    parameters_.Fill(
+        session_->WideText(), count, columns_,
+        [&](std::size_t row, std::size_t column) { return rows.At(first + row, column); }, rows.Form());
     processed_ = 0;
     statement.Set(SQL_ATTR_PARAMSET_SIZE, count);
     statement.SetPointer(SQL_ATTR_PARAMS_PROCESSED_PTR, &processed_);
@@ -110,8 +111,9 @@ std::size_t BulkInserter::SendArrays(const RowStore& rows, std::size_t first, st
 
 void BulkInserter::SendStatement(const RowStore& rows, std::size_t first, std::size_t count) {
     odbc::Statement& statement = Prepared(count);
-    parameters_.Fill(session_->WideText(), count, columns_,
-                     [&](std::size_t row, std::size_t column) { return rows.At(first + row, column); });
+    parameters_.Fill(
+        session_->WideText(), count, columns_,
+        [&](std::size_t row, std::size_t column) { return rows.At(first + row, column); }, rows.Form());
     parameters_.BindRows(statement);
     statement.Execute();
 }

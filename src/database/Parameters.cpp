@@ -29,32 +29,33 @@ bool IsAscii(const Cell& cell) {
 }
 
 /// Writes the text in UTF-16 and returns its length in bytes. `place` has two bytes for each of its bytes.
-std::size_t WriteWide(std::string_view text, char* place) {
+std::size_t WriteWide(std::string_view text, TextForm form, char* place) {
     auto* wide = reinterpret_cast<wchar_t*>(place);
     if (std::ranges::all_of(text, [](char letter) { return static_cast<unsigned char>(letter) < 0x80; })) {
         std::ranges::copy(text, wide);
         return text.size() * sizeof(wchar_t);
     }
-    const std::wstring converted = common::ToWide(text);
+    const std::wstring converted = form == TextForm::Utf8 ? common::FromUtf8(text) : common::ToWide(text);
     std::ranges::copy(converted, wide);
     return converted.size() * sizeof(wchar_t);
 }
 
 } // namespace
 
-void Parameters::Fill(bool wideText, std::size_t rows, std::size_t columns, const CellAt& cell) {
+void Parameters::Fill(bool wideText, std::size_t rows, std::size_t columns, const CellAt& cell,
+                      TextForm form) {
     rows_ = rows;
     columns_.resize(columns);
     std::vector<Cell> cells(rows);
     for (std::size_t column = 0; column < columns; ++column) {
         for (std::size_t row = 0; row < rows; ++row)
             cells[row] = cell(row, column);
-        FillColumn(columns_[column], wideText, rows, cells);
+        FillColumn(columns_[column], wideText, rows, cells, form);
     }
 }
 
 void Parameters::FillColumn(ColumnData& column, bool wideText, std::size_t rows,
-                            const std::vector<Cell>& cells) {
+                            const std::vector<Cell>& cells, TextForm form) {
     const Cell::Kind kind = CommonKind(cells);
     std::vector<std::string> texts(kind == Cell::Kind::Text ? rows : 0);
     std::size_t longest = 0;
@@ -108,7 +109,7 @@ void Parameters::FillColumn(ColumnData& column, bool wideText, std::size_t rows,
             const std::string_view text = cell.HasCharacters() ? cell.Characters() : texts[row];
             length = text.size();
             if (column.cType == SQL_C_WCHAR)
-                length = WriteWide(text, place);
+                length = WriteWide(text, form, place);
             else
                 std::ranges::copy(text, place);
         }

@@ -14,8 +14,9 @@ public:
     using CellAt = std::function<Cell(std::size_t row, std::size_t column)>;
 
     /// Takes over `rows` rows of `columns` fields. A column whose fields are of several types travels as
-    /// text. `wideText` as the session says.
-    void Fill(bool wideText, std::size_t rows, std::size_t columns, const CellAt& cell);
+    /// text. `wideText` as the session says, `form` as the text of the cells is.
+    void Fill(bool wideText, std::size_t rows, std::size_t columns, const CellAt& cell,
+              TextForm form = TextForm::Ansi);
 
     /// One question mark for a column; the rows become the sets of a parameter array.
     void BindArrays(odbc::Statement& statement);
@@ -32,7 +33,8 @@ private:
         std::vector<SQLLEN> lengths;
     };
 
-    void FillColumn(ColumnData& column, bool wideText, std::size_t rows, const std::vector<Cell>& cells);
+    void FillColumn(ColumnData& column, bool wideText, std::size_t rows, const std::vector<Cell>& cells,
+                    TextForm form);
     void Bind(odbc::Statement& statement, std::size_t number, ColumnData& column, std::size_t row);
 
     std::size_t rows_ = 0;

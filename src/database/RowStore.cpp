@@ -2,8 +2,6 @@
 
 #include "common/Text.h"
 
-#include <windows.h>
-
 #include <algorithm>
 #include <cstring>
 
@@ -72,7 +70,7 @@ void RowStore::Append(Cell cell) {
 }
 
 void RowStore::AppendWide(std::wstring_view text) {
-    const std::string narrow = common::ToNarrow(text);
+    const std::string narrow = form_ == TextForm::Utf8 ? common::ToUtf8(text) : common::ToNarrow(text);
     Cell cell;
     cell.kind = Cell::Kind::Text;
     cell.characters = narrow.data();
@@ -82,7 +80,8 @@ void RowStore::AppendWide(std::wstring_view text) {
 
 void RowStore::AppendUtf8(std::string_view text) {
     // Nearly all text is plain ASCII, which is the same in both and costs no call of the system.
-    if (std::ranges::all_of(text, [](char letter) { return static_cast<unsigned char>(letter) < 0x80; })) {
+    if (form_ == TextForm::Utf8 ||
+        std::ranges::all_of(text, [](char letter) { return static_cast<unsigned char>(letter) < 0x80; })) {
         Cell cell;
         cell.kind = Cell::Kind::Text;
         cell.characters = text.data();
@@ -90,10 +89,7 @@ void RowStore::AppendUtf8(std::string_view text) {
         Append(cell);
         return;
     }
-    std::wstring wide(text.size(), L'\0');
-    wide.resize(static_cast<std::size_t>(MultiByteToWideChar(
-        CP_UTF8, 0, text.data(), static_cast<int>(text.size()), wide.data(), static_cast<int>(wide.size()))));
-    AppendWide(wide);
+    AppendWide(common::FromUtf8(text));
 }
 
 void RowStore::Clear() {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <windows.h>
+
 #include <string>
 
 namespace supervision {
@@ -8,7 +10,6 @@ namespace supervision {
 struct BackupSettings {
     double periodMinutes = 0;   ///< between two backups
     double durationMinutes = 0; ///< that the servers stay down
-    double kept = 0;            ///< backup folders that are kept
     bool shutdownServers = false;
     bool announce = false;
     std::string message; ///< with its placeholders
@@ -16,7 +17,21 @@ struct BackupSettings {
     double messageRepeats = 0;
 };
 
-/// Counts the seconds to the next automatic backup. Stopping its timer keeps the count.
+enum class BackupAction { Nothing, Announce, Backup, Restore };
+
+/// What the tick at `second` of the cycle does: backups from the end of the period on for the whole duration,
+/// at every tick, and then the servers' restart, with which the cycle ends. With a duration of 0 the restart
+/// comes at once and no backup is made. Raises 11 (division by zero) before the backup when announcements are
+/// wanted at an interval that rounds to 0 seconds.
+BackupAction ActionAt(long second, const BackupSettings& settings);
+
+/// Whole minutes until the backup, rounded down; below zero once it is due.
+double MinutesLeft(long second, const BackupSettings& settings);
+
+/// The message at `second` with its placeholders replaced. `now` is local time.
+std::string Announcement(long second, const BackupSettings& settings, const SYSTEMTIME& now);
+
+/// Counts the seconds of the cycle. Stopping its timer keeps the count.
 class BackupClock {
 public:
     long Seconds() const { return seconds_; }
@@ -24,9 +39,6 @@ public:
     void Reset() { seconds_ = 0; }
     /// One more second has passed.
     void Count() { ++seconds_; }
-
-    /// Whole minutes until the backup, rounded down; below zero once it is due.
-    double MinutesLeft(const BackupSettings& settings) const;
 
 private:
     long seconds_ = 0;

@@ -1,13 +1,26 @@
 #pragma once
 
-#include <functional>
+#include "settings/clsINI.h"
+#include "supervision/clsMySQLCopyDatabase.h"
 
+#include <functional>
+#include <string>
+
+/// The two kinds of backup, and the way back from one of them.
 namespace supervision {
 
-/// The two kinds of backup, each made in one call. They raise what fails in them.
-struct Backups {
-    std::function<void()> FileBackup;   ///< the table files into a dated folder
-    std::function<void()> RemoteBackup; ///< the databases to the remote SQL server
-};
+/// Copies the table files of MySQL, as they are at this moment, into the backup folder of this minute, over
+/// those that are there. `progress` is told of each file, and again after every piece of a large one; it may
+/// yield, and a false ends the backup. Raises the file error, which names the file; what was copied before
+/// stays.
+void BackUpFiles(const std::function<bool(const std::string& file)>& progress);
+
+/// Copies the three databases to the backup server that `kTools` names, as bk_glogin and so on, logging in on
+/// this computer with the accounts of `kernoIni`. Raises database::Error; the databases that were copied
+/// before stay. No connection is left open.
+void BackUpDatabases(clsMySQLCopyDatabase& copier, const clsINI& kTools, const clsINI& kernoIni);
+
+/// The reverse: replaces the three databases of this computer by their copies on the backup server.
+void RestoreDatabases(clsMySQLCopyDatabase& copier, const clsINI& kTools, const clsINI& kernoIni);
 
 } // namespace supervision

@@ -2,9 +2,14 @@
 
 #include "common/Numbers.h"
 #include "servers/modServerControl.h"
+#include "settings/kToolsSettings.h"
+#include "supervision/BackupArchive.h"
+#include "supervision/Backups.h"
 #include "supervision/RestartAll.h"
 
 #include <algorithm>
+
+using supervision::BackupAction;
 
 namespace {
 
@@ -13,15 +18,36 @@ constexpr const char* kImmediateShutdown =
 
 } // namespace
 
+/// A backup or restore is being made while it lives: there is one copier and one backup folder for all.
+class fraBackup::Copying {
+public:
+    explicit Copying(fraBackup& page) : page_(page) { Set(true); }
+    ~Copying() { Set(false); }
+    Copying(const Copying&) = delete;
+    Copying& operator=(const Copying&) = delete;
+
+private:
+    void Set(bool copying) {
+        page_.copying_ = copying;
+        page_.cmdBackupFiles.Enabled(!copying);
+        page_.cmdBackupDatabase.Enabled(!copying);
+    }
+
+    fraBackup& page_;
+};
+
 void fraBackup::Form_Load() {
-    cmdBackupFiles.Enabled(static_cast<bool>(backups.FileBackup));
-    cmdBackupDatabase.Enabled(static_cast<bool>(backups.RemoteBackup));
+    SQLCopyTable.SQLCopyError = [this](long number, const std::string& description) {
+        Report(RuntimeError(number, description));
+    };
+    SQLCopyTable.CopyProgress = [this](const std::string& table, std::size_t rows) {
+        return ShowProgress(table + ": " + common::ThousandsText(static_cast<double>(rows)) + " rows");
+    };
 }
 
 supervision::BackupSettings fraBackup::Settings() const {
     return {.periodMinutes = common::Val(txtBackupMinutes.Text()),
             .durationMinutes = common::Val(txtBackupDuration.Text()),
-            .kept = common::Val(txtNumOfBackup.Text()),
             .shutdownServers = chkShutdownServers.Value() != 0,
             .announce = chkBackupMessage.Value() != 0,
             .message = txtBackupMessage.Text(),
@@ -34,22 +60,132 @@ void fraBackup::cmdEnableBackup_Click() {
     cmdEnableBackup.Caption(on ? "Disable Backup" : "Enable Backup");
     mnuEnableBackup_.Caption(on ? "Disable AutoBackup" : "Enable AutoBackup");
     mnuEnableBackup_.Checked(on);
-    lblBackupStatus.Caption(on ? "Backup is enabled" : "Backup is disabled");
     tmrBackup.Enabled(on);
+    ShowEnabled();
+}
+
+void fraBackup::ShowEnabled() {
+    lblBackupStatus.Caption(tmrBackup.Enabled() ? "Backup is enabled" : "Backup is disabled");
 }
 
 void fraBackup::tmrBackup_Timer() {
     clock.Count();
-    txtTimeLeft.Text(common::NumberText(clock.MinutesLeft(Settings())));
+    const supervision::BackupSettings settings = Settings();
+    txtTimeLeft.Text(common::NumberText(supervision::MinutesLeft(clock.Seconds(), settings)));
+    try {
+        Act(supervision::ActionAt(clock.Seconds(), settings), settings);
+        failure_.clear();
+    } catch (const RuntimeError& error) {
+        // What fails now will fail again in a second, but one box is enough.
+        if (failure_ != error.Description())
+            Report(error);
+        failure_ = error.Description();
+    }
 }
 
-void fraBackup::BackupByHand(const std::function<void()>& backup) {
+void fraBackup::Act(BackupAction action, const supervision::BackupSettings& settings) {
+    if (action == BackupAction::Announce) {
+        if (!modServerControl::IsZoneRunning())
+            return;
+        SYSTEMTIME now{};
+        GetLocalTime(&now);
+        modServerControl::SendPlayerMessage(supervision::Announcement(clock.Seconds(), settings, now));
+        return;
+    }
+    // The servers' shutdown and start wait for a backup by hand; the clock goes on.
+    if (copying_)
+        return;
+    if (action == BackupAction::Backup) {
+        TimedBackup(settings.shutdownServers);
+    } else if (action == BackupAction::Restore) {
+        // First, or a start that fails would start servers a second time at the next tick.
+        clock.Reset();
+        if (settings.shutdownServers)
+            modServerControl::StartAllWithPriority(state_.kerno);
+    }
+}
+
+void fraBackup::TimedBackup(bool shutdownServers) {
+    const Copying copying(*this);
+    if (shutdownServers) {
+        state_.BackupInProgress = true;
+        for (const modServerControl::Server server : modServerControl::kServers) {
+            if (modServerControl::IsRunning(server))
+                modServerControl::Shutdown(server);
+        }
+    }
+    // The settings dialog writes this key to the tool's own file; an operator who wants timed backups puts it
+    // into the servers' file.
+    const std::string option = state_.kerno.INIProperty(settings::key::kBackupOption);
+    if (option == "0" || option == "2")
+        FileBackup();
+    if (option == "1" || option == "2")
+        RemoteBackup();
+    // An empty box of a page that has gone is no number of backups to keep.
+    if (!Loaded())
+        return;
+    supervision::PruneBackups(txtNumOfBackup.Text());
+    txtTimeLeft.Text("");
+}
+
+void fraBackup::BackupByHand(void (fraBackup::*backup)()) {
+    const Copying copying(*this);
+    // A backup that fails is reported, and the servers come up again all the same.
+    const auto make = [&] {
+        try {
+            (this->*backup)();
+        } catch (const RuntimeError& error) {
+            Report(error);
+        }
+    };
     const bool anyRuns = std::ranges::any_of(modServerControl::kServers, modServerControl::IsRunning);
     if (!chkShutdownServers.Value() || !anyRuns)
-        return backup();
-    supervision::Restart restart{.message = {}, .meanwhile = backup};
+        return make();
+    supervision::Restart restart{.message = {}, .meanwhile = make};
     if (modServerControl::IsZoneRunning() && chkBackupMessage.Value())
         restart.message = kImmediateShutdown;
     state_.BackupInProgress = true;
     supervision::RestartAll(restart, state_.kerno);
+}
+
+void fraBackup::FileBackup() {
+    if (!Loaded())
+        return;
+    supervision::BackUpFiles([this](const std::string& file) { return ShowProgress(file); });
+    ShowEnabled();
+}
+
+void fraBackup::RemoteBackup() {
+    if (!Loaded())
+        return;
+    supervision::BackUpDatabases(SQLCopyTable, state_.kTools, state_.kerno);
+    ShowEnabled();
+}
+
+void fraBackup::RestoreDatabase() {
+    const Copying copying(*this);
+    supervision::RestoreDatabases(SQLCopyTable, state_.kTools, state_.kerno);
+    ShowEnabled();
+}
+
+/// The one place where a backup yields: between two files, pieces of a file, tables or blocks of rows. Other
+/// timers tick here and the operator can press everything. False when the panel was closed meanwhile, which
+/// ends the backup where it is.
+bool fraBackup::ShowProgress(const std::string& what) {
+    lblBackupStatus.Caption(what);
+    gui::DoEvents();
+    return Loaded();
+}
+
+void fraBackup::Report(const RuntimeError& error) {
+    lblBackupStatus.Caption("Backup failed");
+    toReport_.push_back(error);
+    tmrReport.Enabled(true);
+}
+
+void fraBackup::tmrReport_Timer() {
+    const RuntimeError error = toReport_.front();
+    toReport_.pop_front();
+    tmrReport.Enabled(!toReport_.empty());
+    throw error;
 }

@@ -6,9 +6,11 @@
 #include "gui/Text.h"
 #include "gui/Timer.h"
 #include "supervision/BackupClock.h"
-#include "supervision/Backups.h"
+#include "supervision/clsMySQLCopyDatabase.h"
 #include "supervision/fraBackup.ids.h"
 #include "supervision/PanelState.h"
+
+#include <deque>
 
 /// The control panel's page for the automatic backup and for backups by hand.
 class fraBackup final : public gui::TabPage {
@@ -41,9 +43,16 @@ public:
 
     gui::Timer tmrBackup{*this, std::chrono::seconds(1), &fraBackup::tmrBackup_Timer, false};
 
-    /// What the buttons and the clock run. A button without its backup is disabled.
-    supervision::Backups backups;
+    // Shows what went wrong from a tick of its own: an open message box must not hold up the clock, or
+    // servers that a backup has shut down would stay down until somebody presses OK.
+    gui::Timer tmrReport{*this, std::chrono::milliseconds(10), &fraBackup::tmrReport_Timer, false};
+
+    clsMySQLCopyDatabase SQLCopyTable;
     supervision::BackupClock clock;
+
+    /// Replaces the three databases by their copies on the backup server. Nothing calls it: a restore is the
+    /// operator's decision and work. Raises database::Error.
+    void RestoreDatabase();
 
     /// What the controls say now.
     supervision::BackupSettings Settings() const;
@@ -53,12 +62,26 @@ private:
     void txtTimeLeft_KeyPress(int& key) { key = 0; }
     void cmdEnableBackup_Click();
     void cmdResetTimer_Click() { clock.Reset(); }
-    void cmdBackupFiles_Click() { BackupByHand(backups.FileBackup); }
-    void cmdBackupDatabase_Click() { BackupByHand(backups.RemoteBackup); }
+    void cmdBackupFiles_Click() { BackupByHand(&fraBackup::FileBackup); }
+    void cmdBackupDatabase_Click() { BackupByHand(&fraBackup::RemoteBackup); }
     void tmrBackup_Timer();
+    void tmrReport_Timer();
 
-    void BackupByHand(const std::function<void()>& backup);
+    class Copying;
+
+    void Act(supervision::BackupAction action, const supervision::BackupSettings& settings);
+    void TimedBackup(bool shutdownServers);
+    void BackupByHand(void (fraBackup::*backup)());
+    void FileBackup();
+    void RemoteBackup();
+    bool ShowProgress(const std::string& what);
+    void ShowEnabled();
+    void Report(const RuntimeError& error);
 
     PanelState& state_;
     gui::MenuItem& mnuEnableBackup_;
+    bool copying_ = false;
+    std::deque<RuntimeError> toReport_;
+    /// What the last tick failed with.
+    std::string failure_;
 };

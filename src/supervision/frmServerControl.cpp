@@ -25,8 +25,6 @@ void frmServerControl::Form_Load() {
     state.kerno.INIPath(settings::KernoIniPath(modServerControl::KernoPath()));
     connections.ShowAddresses();
     settings_.Load(state.kTools);
-    mnuBackupFiles.Enabled(backup.cmdBackupFiles.Enabled());
-    mnuBackupDatabase.Enabled(backup.cmdBackupDatabase.Enabled());
 }
 
 void frmServerControl::Form_Unload() {

@@ -31,17 +31,6 @@ bool Answers(const std::string& host) {
     }
 }
 
-void Clean(database::Connection& connection) {
-    for (const std::string& name : Rows(connection, "SHOW DATABASES")) {
-        if (name != "mysql" && name != "sys" && !name.ends_with("_schema"))
-            connection.Execute("DROP DATABASE " + database::Quoted(name));
-    }
-    for (const std::string& user :
-         Rows(connection, "SELECT CONCAT('`', User, '`@`', Host, '`') FROM mysql.user "
-                          "WHERE User NOT IN ('root', '', 'mariadb.sys')"))
-        connection.Execute("DROP USER " + user);
-}
-
 } // namespace
 
 std::string RootConnection(const std::string& host, const std::string& database) {
@@ -66,6 +55,17 @@ std::vector<std::string> Rows(database::Connection& connection, const std::strin
         }
     }
     return rows;
+}
+
+void Clean(database::Connection& connection) {
+    for (const std::string& name : Rows(connection, "SHOW DATABASES")) {
+        if (name != "mysql" && name != "sys" && !name.ends_with("_schema"))
+            connection.Execute("DROP DATABASE " + database::Quoted(name));
+    }
+    for (const std::string& user :
+         Rows(connection, "SELECT CONCAT('`', User, '`@`', Host, '`') FROM mysql.user "
+                          "WHERE User NOT IN ('root', '', 'mariadb.sys')"))
+        connection.Execute("DROP USER " + user);
 }
 
 ServerDown::ServerDown(const std::string& host) : folder_(ServerFolder(host)), host_(host) {

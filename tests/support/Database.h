@@ -23,6 +23,9 @@ std::string DataFolder(const std::string& host = kLocalServer);
 /// All rows of a query, the fields of a row joined by "|", null as "NULL".
 std::vector<std::string> Rows(database::Connection& connection, const std::string& sql);
 
+/// Drops every database and login but the server's own.
+void Clean(database::Connection& connection);
+
 /// Kills the server as a power cut would, and keeps it down as long as the object lives.
 class ServerDown {
 public:

@@ -1,0 +1,106 @@
+#include "common/Files.h"
+#include "common/RuntimeError.h"
+#include "servers/Servers.h"
+#include "supervision/BackupArchive.h"
+#include "supervision/Backups.h"
+
+#include <span>
+#include <string_view>
+
+namespace supervision {
+
+namespace {
+
+using Progress = std::function<bool(const std::string& file)>;
+
+constexpr std::string_view kLoginTables[] = {"account", "storageinfo"};
+constexpr std::string_view kCharacterTables[] = {"cartinfo", "charinfo", "flaginfo", "iteminfo", "skillinfo"};
+constexpr std::string_view kGlobalTables[] = {"gcastle", "guild", "party"};
+
+struct DatabaseFiles {
+    std::string_view folder;
+    std::span<const std::string_view> tables;
+};
+constexpr DatabaseFiles kDatabases[] = {
+    {"glogin", kLoginTables}, {"amcharacter", kCharacterTables}, {"amglobal", kGlobalTables}};
+/// What a MyISAM table consists of: its layout, its indexes, its rows.
+constexpr std::string_view kEndings[] = {".frm", ".MYI", ".MYD"};
+
+void RequireFolder(const std::string& path) {
+    if (!common::FolderExists(path))
+        common::MakeFolder(path);
+}
+
+common::FileHandle OpenFile(const std::string& path, DWORD access, DWORD disposition) {
+    // The database server has the tables open for writing.
+    const HANDLE file =
+        CreateFileA(path.c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                    disposition, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (file == INVALID_HANDLE_VALUE)
+        common::RaiseFileError(GetLastError(), path);
+    return common::FileHandle(file);
+}
+
+/// Deletes a file that was not written to its end: half a table would look like one to restore from.
+struct Unfinished {
+    ~Unfinished() {
+        if (!finished)
+            DeleteFileA(path.c_str());
+    }
+    const std::string& path;
+    bool finished = false;
+};
+
+/// Copies in pieces, so that a table of any size leaves the windows alive. False when `goOn` ended it.
+bool CopyFileOver(const std::string& from, const std::string& to, const std::function<bool()>& goOn) {
+    constexpr DWORD kPiece = 1024 * 1024;
+    const common::FileHandle source = OpenFile(from, GENERIC_READ, OPEN_EXISTING);
+    Unfinished unfinished{to};
+    const common::FileHandle target = OpenFile(to, GENERIC_WRITE, CREATE_ALWAYS);
+    std::string piece(kPiece, '\0');
+    for (;;) {
+        DWORD size = 0;
+        DWORD written = 0;
+        if (!ReadFile(source.get(), piece.data(), kPiece, &size, nullptr))
+            common::RaiseFileError(GetLastError(), from);
+        if (size == 0)
+            break;
+        if (!WriteFile(target.get(), piece.data(), size, &written, nullptr))
+            common::RaiseFileError(GetLastError(), to);
+        if (written < size)
+            common::RaiseFileError(ERROR_DISK_FULL, to);
+        if (!goOn())
+            return false;
+    }
+    unfinished.finished = true;
+    return true;
+}
+
+} // namespace
+
+void BackUpFiles(const Progress& progress) {
+    SYSTEMTIME now{};
+    GetLocalTime(&now);
+    // The folder of the tool's data is there from its first start on, unless it was deleted since.
+    RequireFolder(common::ProgramFolder() + "\\kTools");
+    RequireFolder(BackupFolder());
+    const std::string backup = BackupFolder() + "\\" + BackupName(now);
+    RequireFolder(backup);
+    for (const DatabaseFiles& database : kDatabases)
+        RequireFolder(backup + "\\" + std::string(database.folder));
+    for (const DatabaseFiles& database : kDatabases) {
+        const std::string folder = "\\" + std::string(database.folder) + "\\";
+        for (const std::string_view table : database.tables) {
+            for (const std::string_view ending : kEndings) {
+                const std::string file = std::string(table) + std::string(ending);
+                const auto goOn = [&] { return progress(file); };
+                // The setting ends in a backslash of its own; a second one does no harm.
+                const std::string from = modServerControl::MySQLPath() + "\\data" + folder + file;
+                if (!goOn() || !CopyFileOver(from, backup + folder + file, goOn))
+                    return;
+            }
+        }
+    }
+}
+
+} // namespace supervision

@@ -1,0 +1,256 @@
+#include "supervision/clsMySQLCopyDatabase.h"
+
+#include "common/Text.h"
+#include "database/BulkInserter.h"
+#include "database/Error.h"
+#include "database/Recordset.h"
+
+#include <initializer_list>
+
+namespace {
+
+using database::Connection;
+using database::Recordset;
+using database::RowReader;
+using Column = clsMySQLCopyDatabase::Column;
+
+constexpr const char* kNoSource = "Not connected to source MySQL server";
+constexpr const char* kNoDestination = "Not connected to destination MySQL server";
+constexpr const char* kNotBoth = "Not connected to both source and destination MySQL server";
+
+// Otherwise a time stamp would be read in one time zone and written in another.
+constexpr const char* kSameTimeZone = "SET SESSION time_zone = '+00:00'";
+// A numbered column keeps a 0, and dates that are none stay as they are; nothing is cut silently.
+constexpr const char* kValuesAsTheyAre =
+    "SET SESSION sql_mode = "
+    "'NO_AUTO_VALUE_ON_ZERO,ALLOW_INVALID_DATES,STRICT_TRANS_TABLES,STRICT_ALL_TABLES'";
+constexpr const char* kKeepZeros = "SET SESSION sql_mode = 'NO_AUTO_VALUE_ON_ZERO'";
+
+/// Runs the first of the statements that the server knows; old servers know none of them.
+void ExecuteKnown(Connection& connection, std::initializer_list<const char*> statements) {
+    for (const char* statement : statements) {
+        try {
+            connection.Execute(statement);
+            return;
+        } catch (const database::Error& error) {
+            if (error.ConnectionLost())
+                throw;
+        }
+    }
+}
+
+std::vector<std::string> Names(Connection& connection, const std::string& sql) {
+    std::vector<std::string> names;
+    Recordset rows;
+    for (rows.Open(connection, sql); !rows.Eof(); rows.MoveNext())
+        names.push_back(rows.Field(0).AsText());
+    return names;
+}
+
+std::vector<Column> Columns(Connection& connection, const std::string& sql) {
+    std::vector<Column> columns;
+    Recordset rows;
+    for (rows.Open(connection, sql); !rows.Eof(); rows.MoveNext()) {
+        // Looked up by name: servers add fields of their own between these.
+        const database::Value defaultValue = rows.Field("Default");
+        columns.push_back(
+            {.field = rows.Field("Field").AsText(),
+             .type = rows.Field("Type").AsText(),
+             .null = rows.Field("Null").AsText(),
+             .key = rows.Field("Key").AsText(),
+             .defaultValue = defaultValue.IsNull() ? std::nullopt : std::optional(defaultValue.AsText()),
+             .extra = rows.Field("Extra").AsText()});
+    }
+    return columns;
+}
+
+constexpr const char* kShowDatabases = "SHOW DATABASES;";
+
+std::string ShowTables(const std::string& database) {
+    return "SHOW TABLES FROM " + database + ";";
+}
+
+std::string ShowColumns(const std::string& database, const std::string& table) {
+    return "SHOW COLUMNS FROM " + database + "." + table;
+}
+
+/// One transaction for a table's rows: an engine that knows transactions writes them out once, and of a copy
+/// that fails it keeps none.
+class Transaction {
+public:
+    explicit Transaction(Connection& connection) : connection_(connection) {
+        connection_.Execute("START TRANSACTION");
+    }
+    ~Transaction() {
+        try {
+            if (!committed_)
+                connection_.Execute("ROLLBACK");
+        } catch (const RuntimeError&) {
+            // The connection is gone, and with it the transaction.
+        }
+    }
+    Transaction(const Transaction&) = delete;
+    Transaction& operator=(const Transaction&) = delete;
+
+    void Commit() {
+        connection_.Execute("COMMIT");
+        committed_ = true;
+    }
+
+private:
+    Connection& connection_;
+    bool committed_ = false;
+};
+
+/// The columns of a table that is there, by the names that values are given to them by.
+std::vector<std::string> ColumnNames(Connection& connection, const std::string& table) {
+    const RowReader none(connection, "SELECT * FROM " + table + " LIMIT 0");
+    std::vector<std::string> names;
+    for (const database::Column& column : none.Columns())
+        names.push_back(column.name);
+    return names;
+}
+
+} // namespace
+
+std::string supervision::ColumnList(const std::vector<Column>& columns) {
+    std::string list;
+    for (const Column& column : columns) {
+        // Servers have written this word in several ways.
+        const bool null = common::EqualsIgnoreCase(column.null, "Yes");
+        list += "`" + column.field + "` " + column.type + " " + (null ? "NULL" : "NOT NULL") + " " +
+                column.extra + (column.key == "PRI" ? " PRIMARY KEY" : "") + ",";
+    }
+    if (!list.empty())
+        list.pop_back();
+    return list;
+}
+
+bool clsMySQLCopyDatabase::Require(const Connection& side, const char* description) const {
+    if (side.IsOpen())
+        return true;
+    if (SQLCopyError)
+        SQLCopyError(kNotConnected, description);
+    return false;
+}
+
+bool clsMySQLCopyDatabase::RequireBoth() const {
+    return Require(source_.IsOpen() ? destination_ : source_, kNotBoth);
+}
+
+bool clsMySQLCopyDatabase::Progress(const std::string& table, std::size_t rows) const {
+    return !CopyProgress || CopyProgress(table, rows);
+}
+
+std::int16_t clsMySQLCopyDatabase::ConnectSource() {
+    source_.Open(database::MySQLConnectionString(SourceHostname(), SourceUsername(), SourcePassword()));
+    ExecuteKnown(source_, {kSameTimeZone});
+    return 1;
+}
+
+std::int16_t clsMySQLCopyDatabase::ConnectDestination() {
+    destination_.Open(
+        database::MySQLConnectionString(DestinationHostname(), DestinationUsername(), DestinationPassword()));
+    ExecuteKnown(destination_, {kSameTimeZone});
+    ExecuteKnown(destination_, {kValuesAsTheyAre, kKeepZeros});
+    return 1;
+}
+
+std::int16_t clsMySQLCopyDatabase::DisconnectSource() {
+    source_.Close();
+    return 1;
+}
+
+std::int16_t clsMySQLCopyDatabase::DisconnectDestination() {
+    destination_.Close();
+    return 1;
+}
+
+std::int16_t clsMySQLCopyDatabase::CopyDatabase(const std::string& SourceDatabase,
+                                                const std::string& DestinationDatabase, bool NoDBDelete) {
+    if (!RequireBoth())
+        return 0;
+    // All names before anything is dropped: a source that does not answer costs no copy.
+    const std::vector<std::string> tables = Names(source_, ShowTables(SourceDatabase));
+    if (!NoDBDelete)
+        destination_.Execute("DROP DATABASE IF EXISTS " + DestinationDatabase + ";");
+    destination_.Execute("CREATE DATABASE IF NOT EXISTS " + DestinationDatabase + ";");
+    for (const std::string& table : tables) {
+        if (!CopyTable(SourceDatabase, table, DestinationDatabase, table))
+            return 0;
+    }
+    return 1;
+}
+
+std::int16_t clsMySQLCopyDatabase::CopyTable(const std::string& SourceDatabase,
+                                             const std::string& SourceTable,
+                                             const std::string& DestinationDatabase,
+                                             const std::string& DestinationTable, bool NoDelete,
+                                             bool FlushFirst) {
+    if (!RequireBoth())
+        return 0;
+    if (FlushFirst)
+        source_.Execute("FLUSH TABLES;");
+    const std::string from = SourceDatabase + "." + SourceTable;
+    const std::string to = DestinationDatabase + "." + DestinationTable;
+    if (!Progress(SourceTable, 0))
+        return 0;
+    const std::string list =
+        supervision::ColumnList(Columns(source_, ShowColumns(SourceDatabase, SourceTable)));
+    // The source has answered in full before the destination is touched.
+    RowReader rows(source_, "SELECT * FROM " + from);
+    destination_.Execute("USE " + DestinationDatabase + ";");
+    if (!NoDelete)
+        destination_.Execute("DROP TABLE IF EXISTS " + to);
+    destination_.Execute("CREATE TABLE IF NOT EXISTS " + to + " (" + list + ");");
+
+    std::vector<std::string> columns = ColumnNames(destination_, to);
+    database::RowStore block(rows.Columns().size(), database::TextForm::Utf8);
+    std::size_t read = rows.Read(block);
+    if (read > 0 && columns.size() < rows.Columns().size())
+        database::Raise(database::kItemNotFound);
+    columns.resize(rows.Columns().size());
+    Transaction transaction(destination_);
+    database::BulkInserter inserter(destination_, to, columns);
+    for (; read > 0; read = rows.Read(block)) {
+        inserter.Insert(block);
+        if (!Progress(SourceTable, inserter.Sent()))
+            return 0;
+        block.Clear();
+    }
+    transaction.Commit();
+    return 1;
+}
+
+std::vector<std::string> clsMySQLCopyDatabase::GetSourceDatabaseList() {
+    return Require(source_, kNoSource) ? Names(source_, kShowDatabases) : std::vector<std::string>{};
+}
+
+std::vector<std::string> clsMySQLCopyDatabase::GetSourceTableList(const std::string& SourceDatabase) {
+    return Require(source_, kNoSource) ? Names(source_, ShowTables(SourceDatabase))
+                                       : std::vector<std::string>{};
+}
+
+std::vector<Column> clsMySQLCopyDatabase::GetSourceColumnList(const std::string& SourceDatabase,
+                                                              const std::string& SourceTable) {
+    return Require(source_, kNoSource) ? Columns(source_, ShowColumns(SourceDatabase, SourceTable) + ";")
+                                       : std::vector<Column>{};
+}
+
+std::vector<std::string> clsMySQLCopyDatabase::GetDestinationDatabaseList() {
+    return Require(destination_, kNoDestination) ? Names(destination_, kShowDatabases)
+                                                 : std::vector<std::string>{};
+}
+
+std::vector<std::string>
+clsMySQLCopyDatabase::GetDestinationTableList(const std::string& DestinationDatabase) {
+    return Require(destination_, kNoDestination) ? Names(destination_, ShowTables(DestinationDatabase))
+                                                 : std::vector<std::string>{};
+}
+
+std::vector<Column> clsMySQLCopyDatabase::GetDestinationColumnList(const std::string& DestinationDatabase,
+                                                                   const std::string& DestinationTable) {
+    return Require(destination_, kNoDestination)
+               ? Columns(destination_, ShowColumns(DestinationDatabase, DestinationTable) + ";")
+               : std::vector<Column>{};
+}

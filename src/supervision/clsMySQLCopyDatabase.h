@@ -1,0 +1,93 @@
+#pragma once
+
+#include "common/Property.h"
+#include "database/Connection.h"
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+/// Copies tables and whole databases from one MySQL server to another over two connections. A copied table
+/// has the columns of the source, its primary key where that is one column, and no default values and no
+/// other keys; tables, indexes and rights of the source are never changed.
+///
+/// The operations return 1 when they are done and 0 when they are not. What server or driver report is raised
+/// (database::Error); only a missing connection is told by SQLCopyError.
+class clsMySQLCopyDatabase {
+public:
+    /// The number of SQLCopyError.
+    static constexpr long kNotConnected = 12345;
+
+    /// A column as the server describes it.
+    struct Column {
+        std::string field;
+        std::string type;
+        std::string null; ///< "YES" where it may be null
+        std::string key;  ///< "PRI" where it belongs to the primary key
+        std::optional<std::string> defaultValue;
+        std::string extra;
+    };
+
+    common::Property<std::string> SourceHostname;
+    common::Property<std::string> SourceUsername;
+    common::Property<std::string> SourcePassword;
+    common::Property<std::string> DestinationHostname;
+    common::Property<std::string> DestinationUsername;
+    common::Property<std::string> DestinationPassword;
+
+    bool SourceConnected() const { return source_.IsOpen(); }
+    bool DestinationConnected() const { return destination_.IsOpen(); }
+
+    /// A side has no connection.
+    std::function<void(long number, const std::string& description)> SQLCopyError;
+
+    /// Told of every table that is begun, and after each block of at most a thousand rows how many have
+    /// arrived. This is the place to yield in a copy; a false ends it, with what has arrived left there.
+    std::function<bool(const std::string& table, std::size_t rows)> CopyProgress;
+
+    /// Connects with the properties, anew when there is a connection. Raises when the server declines.
+    std::int16_t ConnectSource();
+    std::int16_t ConnectDestination();
+    std::int16_t DisconnectSource();
+    std::int16_t DisconnectDestination();
+
+    /// Makes the table and copies all rows, field by field in their order whatever the columns' names.
+    /// `NoDelete` keeps a table that is there and adds to it; `FlushFirst` makes the source write what its
+    /// tables hold in memory. A primary key of several columns is marked at each of them, which servers
+    /// reject.
+    std::int16_t CopyTable(const std::string& SourceDatabase, const std::string& SourceTable,
+                           const std::string& DestinationDatabase, const std::string& DestinationTable,
+                           bool NoDelete = false, bool FlushFirst = false);
+
+    /// Copies every table under its own name. Without `NoDBDelete` the destination is dropped first, so that
+    /// a copy that fails has also lost the one before it.
+    std::int16_t CopyDatabase(const std::string& SourceDatabase, const std::string& DestinationDatabase,
+                              bool NoDBDelete = false);
+
+    /// Empty without a connection.
+    std::vector<std::string> GetSourceDatabaseList();
+    std::vector<std::string> GetSourceTableList(const std::string& SourceDatabase);
+    std::vector<Column> GetSourceColumnList(const std::string& SourceDatabase,
+                                            const std::string& SourceTable);
+    std::vector<std::string> GetDestinationDatabaseList();
+    std::vector<std::string> GetDestinationTableList(const std::string& DestinationDatabase);
+    std::vector<Column> GetDestinationColumnList(const std::string& DestinationDatabase,
+                                                 const std::string& DestinationTable);
+
+private:
+    bool RequireBoth() const;
+    bool Require(const database::Connection& side, const char* description) const;
+    bool Progress(const std::string& table, std::size_t rows) const;
+
+    database::Connection source_;
+    database::Connection destination_;
+};
+
+namespace supervision {
+
+/// The columns as a CREATE TABLE statement lists them.
+std::string ColumnList(const std::vector<clsMySQLCopyDatabase::Column>& columns);
+
+} // namespace supervision

@@ -1,0 +1,334 @@
+#include "Panel.h"
+
+#include "common/Text.h"
+#include "dbsetup/Schema.h"
+#include "supervision/BackupArchive.h"
+#include "supervision/Backups.h"
+#include "support/Database.h"
+#include "support/Errors.h"
+#include "support/MessageBoxes.h"
+
+#include <algorithm>
+#include <filesystem>
+
+namespace {
+
+using namespace settings::key;
+using namespace supervision;
+using modServerControl::kServers;
+using modServerControl::Server;
+using support::Rows;
+using support::WaitUntil;
+using Action = BackupAction;
+
+const SYSTEMTIME kNow{.wYear = 2004, .wMonth = 6, .wDay = 30, .wHour = 23, .wMinute = 58, .wSecond = 30};
+
+TEST(BackupClock, ACycleSecondBySecond) {
+    BackupSettings settings{.periodMinutes = 60,
+                            .durationMinutes = 2,
+                            .announce = true,
+                            .message = "soon",
+                            .messageIntervalMinutes = 2,
+                            .messageRepeats = 5};
+    for (long second = 1; second <= 3720; ++second) {
+        const bool announced = second >= 3000 && second < 3600 && second % 120 == 0;
+        const Action expected = second < 3600   ? announced ? Action::Announce : Action::Nothing
+                                : second < 3720 ? Action::Backup
+                                                : Action::Restore;
+        ASSERT_EQ(ActionAt(second, settings), expected) << second;
+        ASSERT_EQ(MinutesLeft(second, settings), second > 3600 + 60 ? -2
+                                                 : second > 3600    ? -1
+                                                                    : (3600 - second) / 60);
+    }
+    settings.messageIntervalMinutes = 0;
+    EXPECT_EQ(support::ErrorNumber([&] { ActionAt(1, settings); }), common::kDivisionByZero);
+    EXPECT_EQ(ActionAt(3600, settings), Action::Backup);
+    settings.announce = false;
+    EXPECT_EQ(ActionAt(1, settings), Action::Nothing);
+}
+
+TEST(BackupClock, StandsSillyNumbers) {
+    const double huge = common::Val("9e999");
+    const struct {
+        double period, duration, interval, repeats;
+        long second;
+        Action action;
+    } cases[] = {{0, 2, 2, 5, 1, Action::Backup},           {0, 2, 2, 5, 120, Action::Restore},
+                 {0, 0, 2, 5, 1, Action::Restore},          {60, 0, 2, 5, 3600, Action::Restore},
+                 {huge, 2, huge, huge, 1, Action::Nothing}, {60, huge, 1, 5, 2147483647, Action::Backup},
+                 {-huge, 2, 2, 5, 1, Action::Restore},      {60, 2, -2, -5, 3480, Action::Announce},
+                 {1, 2, 0.5, huge, 30, Action::Announce},   {60, 2, 2, -huge, 3480, Action::Nothing}};
+    for (const auto& c : cases) {
+        const BackupSettings settings{.periodMinutes = c.period,
+                                      .durationMinutes = c.duration,
+                                      .announce = true,
+                                      .message = "$RestoreTime",
+                                      .messageIntervalMinutes = c.interval,
+                                      .messageRepeats = c.repeats};
+        EXPECT_EQ(ActionAt(c.second, settings), c.action) << c.period << ' ' << c.second;
+        EXPECT_NE(Announcement(c.second, settings, kNow), "");
+    }
+}
+
+TEST(BackupClock, AnnouncesWithAllPlaceholders) {
+    BackupSettings settings{.periodMinutes = 60,
+                            .durationMinutes = 2.5,
+                            .message = "Backup in $TimetoBackup for $BackupDuration, back at $RestoreTime! "
+                                       "$timetobackup $TimetoBackup"};
+    EXPECT_EQ(Announcement(3470, settings, kNow), "Backup in 2 minutes for 2.5 minutes, back at "
+                                                  "7/1/2004 12:03:10 AM! $timetobackup 2 minutes");
+    settings.message = "soon";
+    EXPECT_EQ(Announcement(3470, settings, kNow), "soon");
+}
+
+TEST(BackupArchive, NamesAreMinutes) {
+    SYSTEMTIME time = kNow;
+    const std::pair<WORD, const char*> hours[] = {{0, "12 58 AM"},  {1, "01 58 AM"},  {11, "11 58 AM"},
+                                                  {12, "12 58 PM"}, {13, "01 58 PM"}, {23, "11 58 PM"}};
+    for (const auto& [hour, text] : hours) {
+        time.wHour = hour;
+        EXPECT_EQ(BackupName(time), "30-06-2004 " + std::string(text));
+    }
+    const std::int64_t midnight = *BackupMinute("30-06-2004 00 00 AM");
+    // Noon counts as the midnight after it, and midnight as noon.
+    const std::pair<const char*, int> minutes[] = {{"30-06-2004 12 05 AM", 12 * 60 + 5},
+                                                   {"30-06-2004 12 05 PM", 24 * 60 + 5},
+                                                   {"30-06-2004 11 59 PM", 24 * 60 - 1},
+                                                   {"01-07-2004 12 05 AM", 36 * 60 + 5},
+                                                   {"29-02-2004 01 00 AM", -122 * 24 * 60 + 60}};
+    for (const auto& [name, expected] : minutes)
+        EXPECT_EQ(*BackupMinute(name) - midnight, expected) << name;
+    for (const char* foreign :
+         {"", "old", "29-02-2003 01 00 AM", "31-06-2004 01 00 AM", "30-06-2004 01 00", "30-06-2004  01 00 AM",
+          "30-06-04 01 00 AM", "30-06-2004 my own files", "2004-06-30 01 00 AM"})
+        EXPECT_EQ(BackupMinute(foreign), std::nullopt) << foreign;
+}
+
+TEST(BackupArchive, TheYoungestRemain) {
+    using Names = std::vector<std::string>;
+    const std::string noon = "30-06-2004 12 00 PM";
+    const std::string midnight = "30-06-2004 12 00 AM";
+    const std::string morning = "30-06-2004 09 00 AM";
+    const std::string evening = "30-06-2004 09 00 PM";
+    const std::string may = "31-05-2004 09 00 PM";
+    const struct {
+        Names folders;
+        std::size_t kept;
+        Names pruned;
+    } cases[] = {
+        {{noon, midnight, morning, evening, may}, 5, {}},
+        {{noon, midnight, morning, evening, may}, 2, {midnight, morning, may}},
+        {{may, evening}, 0, {evening, may}},
+        {{}, 0, {}},
+        {{"old", "older"}, 0, {}},
+        // The ages belong to the names one place before: the foreign folder passes for the oldest.
+        {{"old", may, morning, evening}, 2, {"old"}},
+        {{may, "old", evening}, 1, {may}},
+        {{may, evening, "old"}, 1, {may}},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(FoldersToPrune(c.folders, kNow, c.kept), c.pruned) << c.kept;
+}
+
+/// A control panel over the ten tables on the real server, with a backup server beside it.
+struct Backup : Panel {
+    Backup() {
+        root.Open(support::RootConnection());
+        remote.Open(support::RootConnection(support::kRemoteServer));
+        support::Clean(root);
+        support::Clean(remote);
+        modServerControl::MySQLPath(support::DataFolder() + "\\..\\");
+        int number = 0;
+        for (const auto& database : dbsetup::Databases()) {
+            root.Execute(std::string(database.createStatement));
+            for (const auto& table : database.tables) {
+                root.Execute(dbsetup::EngineForm(table.CreateStatement()));
+                tables.push_back(std::string(database.name) + "." + std::string(table.name));
+                // Every column takes a number.
+                std::string values;
+                for (std::size_t i = Rows(root, "SHOW COLUMNS FROM " + tables.back()).size(); i > 0; --i)
+                    values += (values.empty() ? "" : ",") + std::to_string(++number % 9);
+                root.Execute("INSERT INTO " + tables.back() + " VALUES (" + values + ")");
+            }
+        }
+        root.Execute("FLUSH TABLES;");
+        root.Execute("GRANT ALL ON *.* TO suite@localhost IDENTIFIED BY 'se{}cret'");
+        remote.Execute("GRANT ALL ON *.* TO keeper@'%' IDENTIFIED BY 'pass;word'");
+        for (const std::string_view key : {"gloginname", "amcharactername", "amglobalname"})
+            kerno.INIProperty(key, "suite");
+        for (const std::string_view key : {"gloginpass", "amcharacterpass", "amglobalpass"})
+            kerno.INIProperty(key, "se{}cret");
+        Set({{kBackupHostname, support::kRemoteServer},
+             {kBackupUsername, "keeper"},
+             {kBackupPassword, "pass;word"}});
+        panel.Load();
+        page.txtBackupMinutes.Text("60");
+        page.txtBackupDuration.Text("2");
+        page.txtNumOfBackup.Text("1");
+    }
+    ~Backup() override { modServerControl::MySQLPath(""); }
+
+    std::vector<std::string> Sums(database::Connection& connection, const std::string& prefix = {}) {
+        std::vector<std::string> sums;
+        for (const std::string& table : tables) {
+            const std::string sum = Rows(connection, "CHECKSUM TABLE " + prefix + table)[0];
+            sums.push_back(sum.substr(prefix.size()));
+        }
+        return sums;
+    }
+    static std::vector<std::string> Folders() {
+        std::vector<std::string> names;
+        if (std::filesystem::exists(BackupFolder()))
+            for (const auto& entry : std::filesystem::directory_iterator(BackupFolder()))
+                names.push_back(entry.path().filename().string());
+        return names;
+    }
+    /// Ticks at the first second of the backup phase.
+    void TickWhenDue() {
+        page.clock.Reset();
+        for (int second = 1; second < 3600; ++second)
+            page.clock.Count();
+        page.tmrBackup.Tick();
+    }
+
+    database::Connection root;
+    database::Connection remote;
+    std::vector<std::string> tables;
+    frmServerControl panel;
+    fraBackup& page = panel.backup;
+};
+
+TEST_F(Backup, ATimedBackupRunsAsTheServersFileSays) {
+    const struct {
+        const char* option;
+        bool files, remote;
+    } cases[] = {
+        {"", false, false}, {"3", false, false}, {"0", true, false}, {"1", false, true}, {"2", true, true}};
+    // Only what is in Kerno.ini counts.
+    Set({{kBackupOption, "2"}});
+    const auto before = Sums(root);
+    for (const auto& c : cases) {
+        kerno.INIProperty(kBackupOption, c.option);
+        remote.Execute("DROP DATABASE IF EXISTS bk_glogin");
+        std::filesystem::remove_all(BackupFolder());
+        TickWhenDue();
+        EXPECT_EQ(Folders().size(), c.files ? 1u : 0u) << c.option;
+        EXPECT_EQ(Rows(remote, "SHOW DATABASES LIKE 'bk_glogin'").size(), c.remote ? 1u : 0u) << c.option;
+        EXPECT_EQ(page.txtTimeLeft.Text(), "");
+        EXPECT_EQ(page.lblBackupStatus.Caption(), "Backup is disabled");
+    }
+    EXPECT_EQ(Sums(remote, "bk_"), before);
+
+    // The way back, with what was lost since.
+    for (const std::string& table : tables)
+        root.Execute("DELETE FROM " + table);
+    page.RestoreDatabase();
+    EXPECT_EQ(Sums(root), before);
+    EXPECT_FALSE(page.SQLCopyTable.SourceConnected() || page.SQLCopyTable.DestinationConnected());
+}
+
+TEST_F(Backup, TableFilesOfABackupAreTheTables) {
+    const auto before = Sums(root);
+    page.cmdBackupFiles.Press();
+    ASSERT_EQ(Folders().size(), 1u);
+    root.Execute("DROP TABLE glogin.account");
+    for (const std::string& table : tables)
+        if (table != "glogin.account")
+            root.Execute("DELETE FROM " + table);
+    {
+        const support::ServerDown down;
+        for (const auto& database : dbsetup::Databases()) {
+            const std::string name(database.name);
+            std::filesystem::copy(BackupFolder() + "\\" + Folders()[0] + "\\" + name,
+                                  support::DataFolder() + "\\" + name,
+                                  std::filesystem::copy_options::overwrite_existing);
+        }
+    }
+    root.Open(support::RootConnection());
+    EXPECT_EQ(Sums(root), before);
+}
+
+TEST_F(Backup, FailuresAreShownOnceAndTheNextBackupWorks) {
+    support::MessageBoxes boxes;
+    const auto before = Sums(root);
+    const std::string start = "Kerno Tools Error :: [";
+    kerno.INIProperty(kBackupOption, "2");
+    const auto expectOneBox = [&](const std::string& text) {
+        TickWhenDue();
+        page.tmrBackup.Tick();
+        EXPECT_TRUE(WaitUntil([&] { return !boxes.Seen().empty() && !page.tmrReport.Enabled(); })) << text;
+        ASSERT_EQ(boxes.Seen().size(), 1u) << text;
+        EXPECT_TRUE(boxes.Texts()[0].starts_with(start + text)) << boxes.Texts()[0];
+        EXPECT_EQ(page.clock.Seconds(), 3601);
+        boxes.Clear();
+    };
+    Set({{kBackupPassword, "wrong"}});
+    expectOneBox("1045] ");
+    Set({{kBackupPassword, "pass;word"}});
+    {
+        const support::ServerDown down(support::kRemoteServer);
+        expectOneBox("2002] ");
+    }
+    remote.Open(support::RootConnection(support::kRemoteServer));
+    root.Execute("DROP TABLE amcharacter.flaginfo");
+    expectOneBox("53] File not found: ");
+    const std::string folder = BackupFolder() + "\\" + Folders()[0];
+    EXPECT_TRUE(common::FileExists(folder + "\\amcharacter\\charinfo.MYD"));
+    EXPECT_FALSE(common::FileExists(folder + "\\amcharacter\\flaginfo.frm"));
+    std::erase(tables, "amcharacter.flaginfo");
+    for (const auto& [kept, number] :
+         {std::pair("", "13] "), {"many", "13] "}, {"-1", "9] "}, {"99999999999", "6] "}}) {
+        kerno.INIProperty(kBackupOption, "");
+        page.txtNumOfBackup.Text(kept);
+        expectOneBox(number);
+    }
+    EXPECT_FALSE(Folders().empty());
+    page.txtNumOfBackup.Text("0");
+    TickWhenDue();
+    EXPECT_TRUE(Folders().empty());
+    kerno.INIProperty(kBackupOption, "1");
+    TickWhenDue();
+    EXPECT_EQ(Sums(remote, "bk_").size(), tables.size());
+    EXPECT_EQ(page.lblBackupStatus.Caption(), "Backup is disabled");
+}
+
+TEST_F(Backup, ByHandTheSuiteGoesDownAndComesUp) {
+    for (const Server server : kServers)
+        ASSERT_TRUE(servers.Launch(server));
+    std::array<HWND, 3> before{};
+    std::ranges::transform(kServers, before.begin(),
+                           [&](Server server) { return servers.MainWindow(server); });
+    page.chkShutdownServers.Value(1);
+    page.chkBackupMessage.Value(1);
+    bool downMeanwhile = false;
+    page.SQLCopyTable.CopyProgress = [&](const std::string&, std::size_t) {
+        downMeanwhile = std::ranges::none_of(before, IsWindow);
+        // The clock and the other button wait.
+        TickWhenDue();
+        page.cmdBackupFiles.Press();
+        return true;
+    };
+    panel.mnuBackupDatabase.Choose();
+    EXPECT_TRUE(downMeanwhile);
+    EXPECT_TRUE(panel.state.BackupInProgress);
+    EXPECT_TRUE(Folders().empty());
+    for (const Server server : kServers)
+        EXPECT_TRUE(WaitUntil([&] { return servers.MainWindow(server) != nullptr; }));
+    EXPECT_EQ(Sums(remote, "bk_"), Sums(root));
+}
+
+TEST_F(Backup, EndsWithThePanel) {
+    page.SQLCopyTable.CopyProgress = [&, shown = page.SQLCopyTable.CopyProgress](const std::string& table,
+                                                                                 std::size_t rows) {
+        if (table == "charinfo")
+            PostMessageA(panel.Window(), WM_CLOSE, 0, 0);
+        return shown(table, rows);
+    };
+    kerno.INIProperty(kBackupOption, "1");
+    TickWhenDue();
+    EXPECT_FALSE(panel.Loaded());
+    EXPECT_EQ(Rows(remote, "SHOW DATABASES LIKE 'bk\\_%'"),
+              (std::vector<std::string>{"bk_amcharacter", "bk_glogin"}));
+}
+
+} // namespace
