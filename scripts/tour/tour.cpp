@@ -5,7 +5,14 @@
 //
 // FOLDER\tour.log tells what was seen, and ends with "tour ended with 0" when every window came up.
 
+#include "accounts/frmAccountEditor.ids.h"
+#include "accounts/frmFindAccount.ids.h"
 #include "app/frmMainMenu.ids.h"
+#include "config/frmServerStatus.ids.h"
+#include "config/NewPlayerPage.ids.h"
+#include "dbsetup/DatabaseCheckPage.ids.h"
+#include "dbsetup/ServerTestPage.ids.h"
+#include "supervision/fraConnections.ids.h"
 
 // clang-format off
 #include <windows.h>
@@ -41,29 +48,46 @@ struct Stop {
     std::string name;
     std::function<void(HWND)> open;
     std::vector<Stop> next = {};
+    /// What is done in the window before its pictures are taken.
+    std::function<void(HWND)> prepare = [](HWND) {};
 };
 
-/// Presses the button with this id, on whichever page it is, or chooses the menu entry.
+/// The control with this id, on whichever page of the window it is; null when there is none.
+HWND ControlOf(HWND window, int id) {
+    struct Search {
+        int id;
+        HWND found;
+    } search{id, nullptr};
+    EnumChildWindows(
+        window,
+        [](HWND child, LPARAM parameter) -> BOOL {
+            auto& wanted = *reinterpret_cast<Search*>(parameter);
+            if (GetDlgCtrlID(child) == wanted.id)
+                wanted.found = child;
+            return !wanted.found;
+        },
+        reinterpret_cast<LPARAM>(&search));
+    return search.found;
+}
+
+/// Presses the button with this id or chooses the menu entry.
 std::function<void(HWND)> Press(int id) {
     return [id](HWND window) {
-        HWND button = nullptr;
-        struct Search {
-            int id;
-            HWND* found;
-        } search{id, &button};
-        EnumChildWindows(
-            window,
-            [](HWND child, LPARAM parameter) -> BOOL {
-                auto& wanted = *reinterpret_cast<Search*>(parameter);
-                if (GetDlgCtrlID(child) == wanted.id)
-                    *wanted.found = child;
-                return !*wanted.found;
-            },
-            reinterpret_cast<LPARAM>(&search));
-        if (button)
+        if (HWND button = ControlOf(window, id))
             PostMessageA(button, BM_CLICK, 0, 0);
         else
             PostMessageA(window, WM_COMMAND, static_cast<WPARAM>(id), 0);
+    };
+}
+
+/// Presses the left mouse button on the control with this id.
+std::function<void(HWND)> MouseDownOn(int id) {
+    return [id](HWND window) {
+        HWND control = ControlOf(window, id);
+        RECT bounds{};
+        GetWindowRect(control, &bounds);
+        SetCursorPos(bounds.left + 60, bounds.top + 30);
+        PostMessageA(control, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(60, 30));
     };
 }
 
@@ -85,24 +109,14 @@ std::function<void(HWND)> MenuBar(int index) {
 /// `downs` presses of the down key lead to (0 for none).
 std::function<void(HWND)> TrayMenu(int downs) {
     return [downs](HWND window) {
-        SetCursorPos(480, 200);
+        RECT bounds{};
+        GetWindowRect(window, &bounds);
+        SetCursorPos(bounds.left - 30, bounds.top - 70);
         PostMessageA(window, WM_LBUTTONDOWN, 0, WM_RBUTTONDOWN);
         PostKeys(window, VK_DOWN, downs);
         PostKeys(window, VK_RIGHT, downs ? 1 : 0);
     };
 }
-
-// The tour. Pages of a window need no entry.
-const std::vector<Stop> kStops = {
-    {"menu-settings", MenuBar(0)},
-    {"menu-extras", MenuBar(1)},
-    {"menu-tray", TrayMenu(0)},
-    {"menu-tray-components", TrayMenu(4)},
-    {"server-folder", Press(IDM_frmMainMenu_mnuSetPath)},
-    {"mysql-folder", Press(IDM_frmMainMenu_mnuSetSQLPath)},
-    {"mysql-setup", Press(IDM_frmMainMenu_mnuSetUpMySQL)},
-    {"about", Press(IDM_frmMainMenu_mnuAbout)},
-};
 
 void Log(const char* format, const std::string& text) {
     std::fprintf(logFile, format, text.c_str());
@@ -127,6 +141,69 @@ std::string TextOf(HWND window) {
     GetWindowTextA(window, text, sizeof text);
     return text;
 }
+
+void Expect(HWND window, const std::string& what, const std::function<bool()>& condition) {
+    if (!WaitUntil(condition))
+        Failed(TextOf(window) + ": " + what);
+}
+
+bool HasText(HWND window, int id) {
+    return SendMessageA(ControlOf(window, id), WM_GETTEXTLENGTH, 0, 0) > 0;
+}
+
+/// Until all three servers have said something and traffic has been counted for a while.
+void AwaitMessages(HWND window) {
+    Expect(window, "no messages came", [window] {
+        return HasText(window, IDC_frmServerStatus_txtLoginStatus) &&
+               HasText(window, IDC_frmServerStatus_txtCharacterStatus) &&
+               HasText(window, IDC_frmServerStatus_txtZoneStatus);
+    });
+}
+
+void FindGunnar(HWND window) {
+    SendMessageA(ControlOf(window, IDC_frmFindAccount_txtAccountName), WM_SETTEXT, 0,
+                 reinterpret_cast<LPARAM>("gun"));
+}
+
+/// Logs in as the administrator of the playground's database server, and runs the test and the check.
+void TestAndCheck(HWND window) {
+    SendMessageA(ControlOf(window, IDC_DatabaseCheckPage_txtRootUsername), WM_SETTEXT, 0,
+                 reinterpret_cast<LPARAM>("root"));
+    for (const auto& [button, result] :
+         {std::pair{IDC_ServerTestPage_cmdTestMySQL, IDC_ServerTestPage_lblRunningMySQL},
+          std::pair{IDC_DatabaseCheckPage_cmdCheckDB, IDC_DatabaseCheckPage_lblAMGlobalTables}}) {
+        const std::string before = TextOf(ControlOf(window, result));
+        Press(button)(window);
+        Expect(window, "no result came", [&] { return TextOf(ControlOf(window, result)) != before; });
+    }
+}
+
+// The tour. Pages of a window need no entry.
+const std::vector<Stop> kStops = {
+    {"menu-settings", MenuBar(0)},
+    {"menu-extras", MenuBar(1)},
+    {"menu-tray", TrayMenu(0)},
+    {"menu-tray-components", TrayMenu(4)},
+    {"server-folder", Press(IDM_frmMainMenu_mnuSetPath)},
+    {"mysql-folder", Press(IDM_frmMainMenu_mnuSetSQLPath)},
+    {"about", Press(IDM_frmMainMenu_mnuAbout)},
+    {"server-status",
+     Press(IDC_frmMainMenu_cmdServerStatus),
+     {{"server-status-menu", MouseDownOn(IDC_frmServerStatus_txtZoneStatus)}},
+     AwaitMessages},
+    {"configurator",
+     Press(IDC_frmMainMenu_cmdServerConfig),
+     {{"starting-location", Press(IDC_NewPlayerPage_cmdMapPicker)}}},
+    {"control-panel",
+     Press(IDC_frmMainMenu_cmdServerControl),
+     {{"ip-detection", Press(IDC_fraConnections_cmdIPDetectionSettings)},
+      {"control-panel-menu", TrayMenu(0)}}},
+    // Its first account is a game master's.
+    {"account-editor",
+     Press(IDC_frmMainMenu_cmdAccountEditor),
+     {{"find-account", Press(IDC_frmAccountEditor_cmdFind), {}, FindGunnar}}},
+    {"mysql-setup", Press(IDM_frmMainMenu_mnuSetUpMySQL), {}, TestAndCheck},
+};
 
 bool IsMenu(HWND window) {
     char name[16] = "";
@@ -269,6 +346,7 @@ void Visit(const Stop& stop, HWND from) {
         PostMessageA(from, WM_CANCELMODE, 0, 0);
     } else {
         Log("%s: ", TextOf(window));
+        stop.prepare(window);
         TakePictures(stop.name, window);
         for (const Stop& next : stop.next)
             Visit(next, window);
