@@ -1,0 +1,22 @@
+#include "Databases.h"
+
+#include "dbsetup/Schema.h"
+
+namespace bench {
+
+void FillAccounts(database::Connection& root, int accounts) {
+    DropDatabases(root);
+    const dbsetup::Database& login = dbsetup::Databases()[0];
+    root.Execute(std::string(login.createStatement));
+    root.Execute(dbsetup::EngineForm(login.tables[0].CreateStatement()));
+    root.Execute("INSERT INTO glogin.account (AID, Name, Pass, Gender, Mail) SELECT 100000 + seq, "
+                 "CONCAT('account', seq), 'secret', seq % 2, CONCAT('a', seq, '@example.org') "
+                 "FROM seq_1_to_" +
+                 std::to_string(accounts));
+}
+
+void DropDatabases(database::Connection& connection) {
+    support::Clean(connection);
+}
+
+} // namespace bench

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "support/Database.h"
+
+namespace bench {
+
+/// Makes the login database with so many accounts, whose numbers leave no gap.
+void FillAccounts(database::Connection& root, int accounts);
+
+/// Drops what FillAccounts and copies of it have made.
+void DropDatabases(database::Connection& connection);
+
+} // namespace bench
