@@ -88,6 +88,8 @@ std::function<void(HWND)> ClickOn(int id) {
         RECT bounds{};
         GetWindowRect(control, &bounds);
         SetCursorPos(bounds.left + 60, bounds.top + 30);
+        // A message carries the place of the pointer, which the screen moves in its own time.
+        Sleep(500);
         PostMessageA(control, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(60, 30));
         PostMessageA(control, WM_LBUTTONUP, 0, MAKELPARAM(60, 30));
     };
@@ -189,6 +191,13 @@ void AwaitMessages(HWND window) {
 void FindGunnar(HWND window) {
     SendMessageA(ControlOf(window, IDC_frmFindAccount_txtAccountName), WM_SETTEXT, 0,
                  reinterpret_cast<LPARAM>("gun"));
+    SendMessageA(ControlOf(window, IDC_frmFindAccount_txtAccountName), EM_SETSEL, 3, 3);
+}
+
+/// The caret stands on the first letter otherwise.
+void ShowWholeName(HWND window) {
+    const HWND name = ControlOf(window, IDC_frmAccountEditor_cboAccountName);
+    SendMessageA(name, CB_SETEDITSEL, 0, MAKELPARAM(50, 50));
 }
 
 /// Logs in as the administrator of the playground's database server, and runs the test and the check.
@@ -227,7 +236,8 @@ const std::vector<Stop> kStops = {
     // Its first account is a game master's.
     {"account-editor",
      Press(IDC_frmMainMenu_cmdAccountEditor),
-     {{"find-account", Press(IDC_frmAccountEditor_cmdFind), {}, FindGunnar}}},
+     {{"find-account", Press(IDC_frmAccountEditor_cmdFind), {}, FindGunnar}},
+     ShowWholeName},
     {"mysql-setup", Press(IDM_frmMainMenu_mnuSetUpMySQL), {}, TestAndCheck},
 };
 
@@ -349,6 +359,8 @@ void TakePictures(const std::string& name, HWND window) {
 void Visit(const Stop& stop, HWND from) {
     const std::set<HWND> before = ToolWindows();
     std::set<HWND> opened;
+    // As a user would have it; the window before may have left another program's in front.
+    SetForegroundWindow(from);
     stop.open(from);
     const auto appeared = [&] {
         opened.clear();
@@ -372,7 +384,6 @@ void Visit(const Stop& stop, HWND from) {
         PostMessageA(from, WM_CANCELMODE, 0, 0);
     } else {
         Log("%s: ", TextOf(window));
-        SetForegroundWindow(window);
         stop.prepare(window);
         TakePictures(stop.name, window);
         for (const Stop& next : stop.next)

@@ -58,9 +58,9 @@ void RichTextBox::Append(const std::string& text) {
     Send(WM_SETREDRAW, FALSE);
     Send(EM_EXSETSEL, 0, reinterpret_cast<LPARAM>(&end));
     SendText(EM_REPLACESEL, FALSE, text);
-    Send(WM_SETREDRAW, TRUE);
     Send(WM_VSCROLL, SB_BOTTOM);
-    InvalidateRect(Window(), nullptr, TRUE);
+    Send(WM_SETREDRAW, TRUE);
+    InvalidateRect(Window(), nullptr, FALSE);
 }
 
 bool RichTextBox::SelectsText() const {
