@@ -343,6 +343,8 @@ std::string PageInFront(HWND panel) {
 }
 
 void TakePictures(const std::string& name, HWND window) {
+    // Out of the way, or it brings up a tooltip.
+    SetCursorPos(GetSystemMetrics(SM_CXSCREEN) - 1, 1);
     HWND panel = FindWindowExA(window, nullptr, WC_TABCONTROLA, nullptr);
     if (!panel) {
         Save(name, BoundsOf({window}));
