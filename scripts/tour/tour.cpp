@@ -15,6 +15,7 @@
 #include "supervision/fraConnections.ids.h"
 
 // clang-format off
+#include <winsock2.h>
 #include <windows.h>
 #include <objidl.h>
 // clang-format on
@@ -80,14 +81,17 @@ std::function<void(HWND)> Press(int id) {
     };
 }
 
-/// Presses the left mouse button on the control with this id.
-std::function<void(HWND)> MouseDownOn(int id) {
+/// Clicks on the control with this id.
+std::function<void(HWND)> ClickOn(int id) {
     return [id](HWND window) {
         HWND control = ControlOf(window, id);
         RECT bounds{};
         GetWindowRect(control, &bounds);
         SetCursorPos(bounds.left + 60, bounds.top + 30);
+        // A message carries the place of the pointer, which the screen moves in its own time.
+        Sleep(500);
         PostMessageA(control, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(60, 30));
+        PostMessageA(control, WM_LBUTTONUP, 0, MAKELPARAM(60, 30));
     };
 }
 
@@ -151,8 +155,32 @@ bool HasText(HWND window, int id) {
     return SendMessageA(ControlOf(window, id), WM_GETTEXTLENGTH, 0, 0) > 0;
 }
 
-/// Until all three servers have said something and traffic has been counted for a while.
+/// Some seconds of traffic that comes and goes. On a computer of its own nothing else goes over the network.
+void MakeTraffic() {
+    WSADATA data;
+    WSAStartup(MAKEWORD(2, 2), &data);
+    const SOCKET out = socket(AF_INET, SOCK_DGRAM, IPPROTO_UDP);
+    sockaddr_in discard{};
+    discard.sin_family = AF_INET;
+    discard.sin_port = htons(9);
+    discard.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    const std::string packet(1200, '.');
+    constexpr int kPacketsAtOnce[] = {2, 5, 3, 8, 6, 1, 4, 9, 3, 5};
+    for (const int packets : kPacketsAtOnce) {
+        for (int tenth = 0; tenth < 10; ++tenth) {
+            for (int i = 0; i < packets; ++i)
+                sendto(out, packet.data(), static_cast<int>(packet.size()), 0,
+                       reinterpret_cast<const sockaddr*>(&discard), sizeof discard);
+            Sleep(100);
+        }
+    }
+    closesocket(out);
+    WSACleanup();
+}
+
+/// Until all three servers have said something.
 void AwaitMessages(HWND window) {
+    MakeTraffic();
     Expect(window, "no messages came", [window] {
         return HasText(window, IDC_frmServerStatus_txtLoginStatus) &&
                HasText(window, IDC_frmServerStatus_txtCharacterStatus) &&
@@ -163,6 +191,13 @@ void AwaitMessages(HWND window) {
 void FindGunnar(HWND window) {
     SendMessageA(ControlOf(window, IDC_frmFindAccount_txtAccountName), WM_SETTEXT, 0,
                  reinterpret_cast<LPARAM>("gun"));
+    SendMessageA(ControlOf(window, IDC_frmFindAccount_txtAccountName), EM_SETSEL, 3, 3);
+}
+
+/// The caret stands on the first letter otherwise.
+void ShowWholeName(HWND window) {
+    const HWND name = ControlOf(window, IDC_frmAccountEditor_cboAccountName);
+    SendMessageA(name, CB_SETEDITSEL, 0, MAKELPARAM(50, 50));
 }
 
 /// Logs in as the administrator of the playground's database server, and runs the test and the check.
@@ -189,7 +224,7 @@ const std::vector<Stop> kStops = {
     {"about", Press(IDM_frmMainMenu_mnuAbout)},
     {"server-status",
      Press(IDC_frmMainMenu_cmdServerStatus),
-     {{"server-status-menu", MouseDownOn(IDC_frmServerStatus_txtZoneStatus)}},
+     {{"server-status-menu", ClickOn(IDC_frmServerStatus_txtZoneStatus)}},
      AwaitMessages},
     {"configurator",
      Press(IDC_frmMainMenu_cmdServerConfig),
@@ -201,7 +236,8 @@ const std::vector<Stop> kStops = {
     // Its first account is a game master's.
     {"account-editor",
      Press(IDC_frmMainMenu_cmdAccountEditor),
-     {{"find-account", Press(IDC_frmAccountEditor_cmdFind), {}, FindGunnar}}},
+     {{"find-account", Press(IDC_frmAccountEditor_cmdFind), {}, FindGunnar}},
+     ShowWholeName},
     {"mysql-setup", Press(IDM_frmMainMenu_mnuSetUpMySQL), {}, TestAndCheck},
 };
 
@@ -307,6 +343,8 @@ std::string PageInFront(HWND panel) {
 }
 
 void TakePictures(const std::string& name, HWND window) {
+    // Out of the way, or it brings up a tooltip.
+    SetCursorPos(GetSystemMetrics(SM_CXSCREEN) - 1, 1);
     HWND panel = FindWindowExA(window, nullptr, WC_TABCONTROLA, nullptr);
     if (!panel) {
         Save(name, BoundsOf({window}));
@@ -323,6 +361,8 @@ void TakePictures(const std::string& name, HWND window) {
 void Visit(const Stop& stop, HWND from) {
     const std::set<HWND> before = ToolWindows();
     std::set<HWND> opened;
+    // As a user would have it; the window before may have left another program's in front.
+    SetForegroundWindow(from);
     stop.open(from);
     const auto appeared = [&] {
         opened.clear();
