@@ -30,11 +30,12 @@ struct Beside {
 };
 
 /// Prints one row of the table. Its ratios are that to `beside`, and that to the row of the same name and
-/// another amount before it in the area.
+/// the next smaller amount before it in the area.
 void Row(const std::string& name, const Size& size, double value, const std::string& unit,
          const Beside& beside = {});
 
-/// Milliseconds that `work` takes: once, each of so many times in a row, and the middle one of so many.
+/// Milliseconds that `work` takes: once, each of so many times in a row (fewer when they take longer than two
+/// seconds), and the middle one of so many.
 double Milliseconds(const std::function<void()>& work);
 double PerRun(int runs, const std::function<void()>& work);
 double MedianOf(int runs, const std::function<void()>& work);

@@ -11,7 +11,7 @@ void FillAccounts(database::Connection& root, int accounts) {
     root.Execute(dbsetup::EngineForm(login.tables[0].CreateStatement()));
     root.Execute("INSERT INTO glogin.account (AID, Name, Pass, Gender, Mail) SELECT 100000 + seq, "
                  "CONCAT('account', seq), 'secret', seq % 2, CONCAT('a', seq, '@example.org') "
-                 "FROM seq_1_to_" +
+                 "FROM glogin.seq_1_to_" +
                  std::to_string(accounts));
 }
 

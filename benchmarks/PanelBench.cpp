@@ -83,16 +83,40 @@ const bench::Area crash("crash", [] {
                {launch, "the start alone"});
 });
 
+/// Milliseconds until as many dialogs are gone when closes are posted to all of them without a look at them.
+double CloseAtOnce(const support::ServerFolder& servers, int count) {
+    servers.Command(Server::Zone, standin::Command::RaiseDialogs, count);
+    bench::WaitFor("a dialog", [&] { return servers.DialogCount() > 0; });
+    // The next ones need a moment to come up, so that only a pause tells the end.
+    constexpr ULONGLONG kPause = 1000;
+    const ULONGLONG start = GetTickCount64();
+    ULONGLONG lastSeen = start;
+    while (GetTickCount64() - lastSeen < kPause) {
+        HWND window = nullptr;
+        while ((window = FindWindowExA(nullptr, window, modServerControl::kDialogClass, nullptr))) {
+            // The panel is a dialog too.
+            if (!modServerControl::IsServerPathWindow(window))
+                continue;
+            PostMessageA(window, WM_CLOSE, 0, 0);
+            lastSeen = GetTickCount64();
+        }
+        Sleep(1);
+    }
+    return static_cast<double>(lastSeen - start);
+}
+
 const bench::Area dialogs("dialogs", [] {
     Panel panel;
     auto& timer = panel.form.errorDetector.tmrErrorDetector;
     timer.Enabled(false);
     const support::ServerFolder& servers = panel.surroundings.servers;
     const std::string log = panel.surroundings.program / std::string("kTools\\Logs\\") + kLogFile;
+    // The detector logs a dialog's text without its last character.
+    const std::string logged(std::string_view(standin::kErrorText).substr(0, 20));
     const auto closed = [&] {
         const std::string text = common::FileExists(log) ? common::ReadFileText(log) : "";
         int lines = 0;
-        for (std::size_t at = 0; (at = text.find(standin::kErrorText, at)) != std::string::npos; ++at)
+        for (std::size_t at = 0; (at = text.find(logged, at)) != std::string::npos; ++at)
             ++lines;
         return lines;
     };
@@ -106,7 +130,9 @@ const bench::Area dialogs("dialogs", [] {
                 return closed() - before >= count && servers.DialogCount() == 0;
             });
         });
-        bench::Row("error dialogs closed and logged", {double(count), "dialogs"}, count * 1000 / time, "/s");
+        const double bare = count * 1000 / CloseAtOnce(servers, count);
+        bench::Row("error dialogs closed and logged", {double(count), "dialogs"}, count * 1000 / time, "/s",
+                   {bare, "bare closes"});
     }
 });
 

@@ -16,14 +16,23 @@ std::string Padding(int lines) {
     return text;
 }
 
-/// The same bytes written as often as a save writes them, without looking for a setting.
-bench::Beside PlainWrites(const std::string& path, int writes) {
+/// Prints the time of `save`, which changes nothing of what it needs, beside that of as many writes of the
+/// same bytes without looking for a setting; one after the other, so that both meet the same load of the
+/// machine.
+void MeasureSave(const std::string& name, const bench::Size& size, int writes, const std::string& path,
+                 const std::function<double()>& save) {
+    save();
     const std::string text = common::ReadFileText(path);
-    const double time = bench::MedianOf(kRuns, [&] {
-        for (int i = 0; i < writes; ++i)
-            common::ReplaceFileText(path, text);
-    });
-    return {time, "plain writes"};
+    std::vector<double> own, plain;
+    for (int run = 0; run < kRuns; ++run) {
+        own.push_back(save());
+        plain.push_back(bench::Milliseconds([&] {
+            for (int i = 0; i < writes; ++i)
+                common::ReplaceFileText(path, text);
+        }));
+    }
+    bench::Row(name + ", " + std::to_string(writes) + " settings", size, bench::Median(own), "ms",
+               {bench::Median(plain), "plain writes"});
 }
 
 const bench::Area settingsArea("settings", [] {
@@ -34,22 +43,17 @@ const bench::Area settingsArea("settings", [] {
     for (const int lines : {50, 500, 5000}) {
         const bench::Size size(lines, "lines of file");
         support::WriteFile(kernoIni, Padding(lines - 35));
-        {
-            frmServerSettings form;
-            form.Load();
-            form.SaveSettings();
-            const double save = bench::MedianOf(kRuns, [&] { form.SaveSettings(); });
-            bench::Row("configurator's Save, 37 settings", size, save, "ms", PlainWrites(kernoIni, 37));
-        }
+        frmServerSettings form;
+        form.Load();
+        MeasureSave("configurator's Save", size, 37, kernoIni,
+                    [&] { return bench::Milliseconds([&] { form.SaveSettings(); }); });
+        form.Unload();
         support::WriteFile(kToolsIni, defaults + Padding(lines - 50));
         frmServerControl panel;
-        std::vector<double> unloads;
-        for (int i = 0; i < kRuns; ++i) {
+        MeasureSave("control panel's close", size, 25, kToolsIni, [&] {
             panel.Load();
-            unloads.push_back(bench::Milliseconds([&] { panel.Unload(); }));
-        }
-        bench::Row("control panel's close, 25 settings", size, bench::Median(unloads), "ms",
-                   PlainWrites(kToolsIni, 25));
+            return bench::Milliseconds([&] { panel.Unload(); });
+        });
     }
 });
 

@@ -35,8 +35,11 @@ void MeasureAppend(frmServerStatus& form) {
             gui::DoEvents();
         }
         const bench::Size size(static_cast<double>(megabytes), "MB in the box");
-        bench::Row("append 1,000 lines, one by one", size,
-                   bench::PerRun(kLines, [&] { box.Append(line); }) * kLines, "ms");
+        bench::Row("append 1,000 lines, one by one", size, bench::Milliseconds([&] {
+                       for (int i = 0; i < kLines; ++i)
+                           box.Append(line);
+                   }),
+                   "ms");
         bench::Row("append 1,000 lines at once", size, bench::PerRun(3, [&] { box.Append(lines); }), "ms");
         const double draw = bench::PerRun(
             10, [&] { RedrawWindow(box.Window(), nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW); });

@@ -29,12 +29,12 @@ Procedures& Helpers() {
     return helpers;
 }
 
-/// The last row of each name, for its growth.
+/// The rows of each name, by amount, for its growth.
 struct Measured {
     Size size;
     double value;
 };
-std::map<std::string, Measured> previous;
+std::map<std::string, std::map<double, Measured>> previous;
 
 std::string SizeText(const Size& size) {
     return size.amount < 0 ? size.what : common::ThousandsText(size.amount) + " " + size.what;
@@ -98,12 +98,13 @@ Helper::Helper(const std::string& name, std::function<void()> run) {
 void Row(const std::string& name, const Size& size, double value, const std::string& unit,
          const Beside& beside) {
     std::string ratio = beside.name.empty() ? "" : RatioText(value, beside.value, beside.name);
-    const auto before = previous.find(name);
-    if (before != previous.end())
+    auto& rows = previous[name];
+    if (const auto above = rows.lower_bound(size.amount); above != rows.begin()) {
+        const Measured& smaller = std::prev(above)->second;
         ratio += (ratio.empty() ? "" : ", ") +
-                 RatioText(value, before->second.value, "that of " + SizeText(before->second.size));
-    if (size.amount >= 0)
-        previous.insert_or_assign(name, Measured{size, value});
+                 RatioText(value, smaller.value, "that of " + SizeText(smaller.size));
+    }
+    rows.insert_or_assign(size.amount, Measured{size, value});
     PrintRow(name, SizeText(size), ValueText(value), unit, ratio);
 }
 
@@ -114,11 +115,12 @@ double Milliseconds(const std::function<void()>& work) {
 }
 
 double PerRun(int runs, const std::function<void()>& work) {
-    const double all = Milliseconds([&] {
-        for (int i = 0; i < runs; ++i)
-            work();
-    });
-    return all / runs;
+    constexpr double kEnough = 2000;
+    double all = 0;
+    int done = 0;
+    for (; done < runs && all < kEnough; ++done)
+        all += Milliseconds(work);
+    return all / done;
 }
 
 double MedianOf(int runs, const std::function<void()>& work) {

@@ -53,8 +53,8 @@ bool ErrorDetector::Handle(const ErrorDetectorSettings& settings) const {
 
 /// False when it ended because it was no longer wanted.
 bool ErrorDetector::CloseDialogs(const std::optional<std::string>& logFilename) const {
-    HWND last = nullptr;
     for (;;) {
+        const HWND tried = AnyDialog();
         const std::string errorText = CloseDialog(IsServerPathWindow);
         const std::string winErrorText = CloseDialog(IsServerDialogTitle);
         if (logFilename) {
@@ -68,10 +68,10 @@ bool ErrorDetector::CloseDialogs(const std::optional<std::string>& logFilename) 
             return true;
         gui::DoEvents();
         // A dialog that is still there after its close is slow, or will never go. Without the wait it would
-        // cost a whole processor and fill the log with its text.
-        if (left == last)
+        // cost a whole processor and fill the log with its text. One that newer dialogs cover has not been
+        // tried, however often it is met here.
+        if (left == tried)
             WaitFor(left, isWanted_);
-        last = left;
         if (!isWanted_())
             return false;
     }
