@@ -11,6 +11,7 @@
 #include <psapi.h>
 #include <windows.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <ostream>
 
@@ -24,24 +25,49 @@ inline int Times(int usually, int full) {
 struct Holdings {
     long handles = 0;
     long gdiObjects = 0;
-    long userObjects = 0;
+    long windows = 0;
     long kilobytes = 0;
 
     static Holdings Now() {
+        Holdings now;
         DWORD handles = 0;
         GetProcessHandleCount(GetCurrentProcess(), &handles);
+        now.handles = static_cast<long>(handles);
         PROCESS_MEMORY_COUNTERS_EX memory{};
         memory.cb = sizeof memory;
         GetProcessMemoryInfo(GetCurrentProcess(), reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&memory),
                              sizeof memory);
-        return {static_cast<long>(handles),
-                static_cast<long>(GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS)),
-                static_cast<long>(GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS)),
-                static_cast<long>(memory.PrivateUsage / 1024)};
+        now.kilobytes = static_cast<long>(memory.PrivateUsage / 1024);
+        now.gdiObjects = HighestNewBrush();
+        EnumThreadWindows(
+            GetCurrentThreadId(),
+            [](HWND window, LPARAM windows) -> BOOL {
+                EnumChildWindows(
+                    window, [](HWND, LPARAM all) -> BOOL { return ++*reinterpret_cast<long*>(all) > 0; },
+                    windows);
+                return ++*reinterpret_cast<long*>(windows) > 0;
+            },
+            reinterpret_cast<LPARAM>(&now.windows));
+        return now;
     }
     friend std::ostream& operator<<(std::ostream& out, const Holdings& held) {
-        return out << held.handles << " handles, " << held.gdiObjects << " GDI and " << held.userObjects
-                   << " user objects, " << held.kilobytes << " KB";
+        return out << held.handles << " handles, " << held.gdiObjects << " GDI objects, " << held.windows
+                   << " windows, " << held.kilobytes << " KB";
+    }
+
+private:
+    /// Wine does not count GDI objects, but gives a new one the first free place of the process's table: with
+    /// more new ones than places that are free in between, the last place moves with the number of the rest.
+    static long HighestNewBrush() {
+        std::vector<HGDIOBJ> brushes;
+        long highest = 0;
+        for (int i = 0; i < 2000; ++i) {
+            brushes.push_back(CreateSolidBrush(RGB(1, 2, 3)));
+            highest =
+                std::max(highest, static_cast<long>(reinterpret_cast<UINT_PTR>(brushes.back()) & 0xFFFF));
+        }
+        std::ranges::for_each(brushes, DeleteObject);
+        return highest;
     }
 };
 
