@@ -2,7 +2,6 @@
 
 #include "common/Files.h"
 #include "common/RuntimeError.h"
-#include "support/ChildProcess.h"
 #include "support/Errors.h"
 #include "support/TempFolder.h"
 
@@ -134,35 +133,4 @@ TEST_F(GMTableTest, ARefusedSaveLeavesFileAndBackup) {
     EXPECT_EQ(common::ReadFileText(backup), "older");
     SetFileAttributesA(path.c_str(), FILE_ATTRIBUTE_NORMAL);
     EXPECT_EQ(Saved(), "");
-}
-
-namespace {
-
-constexpr int kRowsOfKilled = 2000;
-
-const support::ChildEntry saver("save privileges", [](const std::string& folder) {
-    GMTable table;
-    table.Load(folder + "\\id_table.txt");
-    for (std::int16_t flag = 0;; flag = static_cast<std::int16_t>(1 - flag)) {
-        for (int id = 1; id <= kRowsOfKilled; ++id)
-            table.Modify(id, {flag, flag, flag, flag, flag, flag, flag, flag});
-        table.Save(folder + "\\id_table.txt");
-    }
-});
-
-} // namespace
-
-TEST_F(GMTableTest, AKillLeavesAWholeFile) {
-    for (int id = 1; id <= kRowsOfKilled; ++id)
-        table.Add(id, kNone);
-    table.Save(path);
-    table.Save(path);
-    support::KillDuring("save privileges", folder.Path(), 12, [this] {
-        for (const std::string& each : {path, backup}) {
-            GMTable left;
-            left.Load(each);
-            for (int id = 1; id <= kRowsOfKilled; ++id)
-                ASSERT_EQ(left.Retrieve(id), left.Retrieve(1)) << each;
-        }
-    });
 }

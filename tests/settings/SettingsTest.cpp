@@ -5,7 +5,6 @@
 #include "common/Text.h"
 #include "settings/IniText.h"
 #include "settings/kToolsSettings.h"
-#include "support/ChildProcess.h"
 #include "support/TempFolder.h"
 
 #include <gtest/gtest.h>
@@ -147,32 +146,6 @@ TEST(Settings, AHugeBinaryFileIsReadAndKept) {
     EXPECT_EQ(ini.INIProperty("key"), "");
     ini.INIProperty("key", "1");
     EXPECT_TRUE(common::ReadFileText(ini.INIPath()) == noise + "key=1\r\n");
-}
-
-// A file that tells a rewrite that was cut short: every one of its copies of the key has the same value.
-constexpr int kCopies = 800;
-
-std::string Copies(std::string_view value) {
-    std::string text = "[Top]\r\n";
-    for (int i = 0; i < kCopies; ++i)
-        text.append("Copy=").append(value).append("\r\nkept ").append(std::to_string(i)).append("\r\n");
-    return text;
-}
-
-const support::ChildEntry rewriter("rewrite settings", [](const std::string& folder) {
-    clsINI ini(folder + "\\kTools.ini");
-    for (long i = std::stol(ini.INIProperty("Copy")) + 1;; ++i)
-        ini.INIProperty("Copy", std::to_string(i));
-});
-
-TEST(Settings, KilledWhileWritingLeavesAWholeFile) {
-    const support::TempFolder folder;
-    const clsINI ini(folder / "kTools.ini");
-    support::WriteFile(ini.INIPath(), Copies("0"));
-    support::KillDuring("rewrite settings", folder.Path(), 100, [&] {
-        EXPECT_TRUE(common::ReadFileText(ini.INIPath()) == Copies(ini.INIProperty("Copy")));
-    });
-    EXPECT_GT(std::stol(ini.INIProperty("Copy")), 0) << "the kills fell before the writing";
 }
 
 } // namespace

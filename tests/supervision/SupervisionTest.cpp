@@ -6,7 +6,6 @@
 #include "support/MessageBoxes.h"
 
 #include <algorithm>
-#include <set>
 
 namespace {
 
@@ -101,23 +100,6 @@ TEST_F(Detection, ATitledDialogGoesOnlyTogetherWithOneOfAServersProcess) {
     const std::string text = "Error 1: " + std::string(standin::kErrorText);
     const std::string cut = text.substr(0, text.size() - 1);
     EXPECT_EQ(Entries(Log("errors.log")), (std::vector<std::string>{"Error: " + cut, "WinError: " + cut}));
-}
-
-TEST_F(Detection, AStormOfDialogsIsClosedAndLogged) {
-    constexpr int kDialogs = 40;
-    ASSERT_TRUE(servers.Launch(Server::Login));
-    servers.Command(Server::Login, Command::RaiseDialogs, kDialogs);
-    const auto logged = [&] {
-        const auto entries = Entries(Log("storm.log"));
-        return std::set(entries.begin(), entries.end()).size();
-    };
-    EXPECT_TRUE(WaitUntil(
-        [&] {
-            detector.Handle({.handleDialogs = true, .logFilename = "storm.log", .message = {}});
-            return logged() == kDialogs;
-        },
-        std::chrono::minutes(2)));
-    EXPECT_FALSE(HasDialog());
 }
 
 TEST_F(Panel, ADialogThatDoesNotCloseLeavesTheToolAlive) {

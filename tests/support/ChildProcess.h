@@ -31,10 +31,12 @@ private:
     common::FileHandle process_;
 };
 
-/// Starts the entry `times` times and kills each at a random moment of its first milliseconds; `check` looks
-/// at what every kill left. The entry must go on until it is killed.
-void KillDuring(const std::string& name, const std::string& folder, int times,
-                const std::function<void()>& check);
+/// Starts the entry `times` times, each time on a folder that `prepare` has filled, and kills it at a random
+/// moment of its first milliseconds; `check` looks at what every kill left, and the next child goes on from
+/// there. The entry must go on until it is killed. A few folders are worked on side by side, so both may be
+/// called by several threads at once.
+void KillDuring(const std::string& name, int times, const std::function<void(const std::string&)>& prepare,
+                const std::function<void(const std::string&)>& check);
 
 /// Runs the entry that the program's arguments ask for; false when they ask for none.
 bool RunAsChild(int count, char** arguments);

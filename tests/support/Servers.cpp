@@ -116,10 +116,10 @@ HWND ServerFolder::Child(Server server, const char* windowClass) const {
     return FindWindowExA(MainWindow(server), nullptr, windowClass, nullptr);
 }
 
-bool ServerFolder::IsRunning(Server server) const {
-    bool found = false;
-    ForEachProcess(path_ + modServerControl::ComponentOf(server).executable, [&](DWORD) { found = true; });
-    return found;
+int ServerFolder::Instances(Server server) const {
+    int count = 0;
+    ForEachProcess(path_ + modServerControl::ComponentOf(server).executable, [&](DWORD) { ++count; });
+    return count;
 }
 
 void ServerFolder::Command(Server server, standin::Command command, int number) const {

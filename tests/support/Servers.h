@@ -35,8 +35,9 @@ public:
     HWND AppWindow(Server server) const;
     HWND Child(Server server, const char* windowClass) const;
 
-    /// True when a program of the server's file name runs from this folder.
-    bool IsRunning(Server server) const;
+    /// The number of programs of the server's file name that run from this folder.
+    int Instances(Server server) const;
+    bool IsRunning(Server server) const { return Instances(server) > 0; }
 
     /// Hands a command to the server without waiting for it.
     void Command(Server server, standin::Command command, int number = 1) const;

@@ -1,0 +1,97 @@
+#pragma once
+
+#include "common/Files.h"
+#include "settings/clsINI.h"
+#include "settings/kToolsSettings.h"
+#include "support/Servers.h"
+#include "support/TempFolder.h"
+#include "support/Wait.h"
+
+#include <gtest/gtest.h>
+#include <psapi.h>
+#include <windows.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <ostream>
+
+/// How often a fault is tried: `usually` times in every run of the tests, `full` times when the environment
+/// has KTOOLS_FULL_FAULTS.
+inline int Times(int usually, int full) {
+    return std::getenv("KTOOLS_FULL_FAULTS") ? full : usually;
+}
+
+/// What this process holds of the system.
+struct Holdings {
+    long handles = 0;
+    long gdiObjects = 0;
+    long windows = 0;
+    long kilobytes = 0;
+
+    static Holdings Now() {
+        Holdings now;
+        DWORD handles = 0;
+        GetProcessHandleCount(GetCurrentProcess(), &handles);
+        now.handles = static_cast<long>(handles);
+        PROCESS_MEMORY_COUNTERS_EX memory{};
+        memory.cb = sizeof memory;
+        GetProcessMemoryInfo(GetCurrentProcess(), reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&memory),
+                             sizeof memory);
+        now.kilobytes = static_cast<long>(memory.PrivateUsage / 1024);
+        now.gdiObjects = HighestNewBrush();
+        EnumThreadWindows(
+            GetCurrentThreadId(),
+            [](HWND window, LPARAM windows) -> BOOL {
+                EnumChildWindows(
+                    window, [](HWND, LPARAM all) -> BOOL { return ++*reinterpret_cast<long*>(all) > 0; },
+                    windows);
+                return ++*reinterpret_cast<long*>(windows) > 0;
+            },
+            reinterpret_cast<LPARAM>(&now.windows));
+        return now;
+    }
+    friend std::ostream& operator<<(std::ostream& out, const Holdings& held) {
+        return out << held.handles << " handles, " << held.gdiObjects << " GDI objects, " << held.windows
+                   << " windows, " << held.kilobytes << " KB";
+    }
+
+private:
+    /// Wine does not count GDI objects, but gives a new one the first free place of the process's table: with
+    /// more new ones than places that are free in between, the last place moves with the number of the rest.
+    static long HighestNewBrush() {
+        std::vector<HGDIOBJ> brushes;
+        long highest = 0;
+        for (int i = 0; i < 2000; ++i) {
+            brushes.push_back(CreateSolidBrush(RGB(1, 2, 3)));
+            highest =
+                std::max(highest, static_cast<long>(reinterpret_cast<UINT_PTR>(brushes.back()) & 0xFFFF));
+        }
+        std::ranges::for_each(brushes, DeleteObject);
+        return highest;
+    }
+};
+
+/// The tool's own folder and the servers' folder, with settings and without a running server.
+class Faults : public testing::Test {
+protected:
+    Faults() {
+        common::ProgramFolder(program.Path());
+        settings::CreateDefaultSettings(kTools.INIPath());
+        kTools.INIProperty(settings::key::kKernoPath, servers.Path());
+        kTools.INIProperty(settings::key::kMySQLPath, program.Path() + "\\");
+        support::WriteFile(kerno.INIPath(), "IP=10.1.2.3\r\n");
+        // A name that is an address needs no name server.
+        kTools.INIProperty(settings::key::kIPDetectionMethod, "1");
+        kTools.INIProperty(settings::key::kDynamicHostname, "10.1.2.3");
+    }
+    ~Faults() override { common::ProgramFolder(oldFolder_); }
+
+private:
+    std::string oldFolder_ = common::ProgramFolder();
+
+protected:
+    support::TempFolder program;
+    support::ServerFolder servers;
+    clsINI kTools{program / "kTools.ini"};
+    clsINI kerno{servers.Path() + "Kerno.ini"};
+};

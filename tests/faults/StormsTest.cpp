@@ -1,0 +1,85 @@
+#include "Faults.h"
+
+#include "common/Text.h"
+#include "supervision/ErrorDetector.h"
+#include "supervision/frmServerControl.h"
+
+#include <algorithm>
+#include <random>
+#include <set>
+
+namespace {
+
+using namespace settings::key;
+using modServerControl::kServers;
+using modServerControl::Server;
+using standin::Command;
+using support::WaitUntil;
+
+TEST_F(Faults, ServersThatCrashComeBackOnceEach) {
+    for (const std::string_view key : {kEnableErrorDetector, kErrorCheckingInterval, kMaintainServer,
+                                       kMaintainLoginServer, kMaintainCharacterServer, kMaintainZoneServer})
+        kTools.INIProperty(key, "1");
+    frmServerControl panel;
+    panel.Load();
+    const auto once = [&](Server server) {
+        const int instances = servers.Instances(server);
+        EXPECT_LE(instances, 1) << modServerControl::ComponentOf(server).name;
+        return instances == 1;
+    };
+    const auto up = [&](Server server) { return once(server) && servers.MainWindow(server); };
+    std::mt19937 random(1);
+    Holdings before;
+    const int storms = Times(15, 45);
+    for (int storm = 0; storm <= storms && !HasFailure(); ++storm) {
+        // Some meet a server that has only just been launched.
+        const bool early = random() % 3 == 0;
+        ASSERT_TRUE(WaitUntil([&] {
+            return std::ranges::all_of(kServers, [&](Server server) {
+                return early && server == Server::Zone ? once(server) : up(server);
+            });
+        })) << storm;
+        if (storm == 1)
+            before = Holdings::Now();
+        const unsigned victims = storm == storms ? 0 : random() % 7 + 1;
+        for (const Server server : kServers) {
+            if (!(victims & 1u << static_cast<unsigned>(server)))
+                continue;
+            if (!early && random() % 2)
+                servers.Command(server, Command::Crash);
+            else
+                servers.Kill(server);
+            ASSERT_TRUE(WaitUntil([&] { return !servers.IsRunning(server); }));
+        }
+    }
+    const Holdings after = Holdings::Now();
+    EXPECT_LE(after.handles, before.handles + 3) << before << " became " << after;
+    RecordProperty("held", testing::PrintToString(after));
+}
+
+TEST_F(Faults, AStormOfDialogsIsClosedAndLogged) {
+    const int dialogs = Times(150, 1000);
+    ASSERT_TRUE(servers.Launch(Server::Login));
+    servers.Command(Server::Login, Command::RaiseDialogs, dialogs);
+    clsLog log;
+    const supervision::ErrorDetector detector(log, kerno, [] { return true; });
+    const std::string path = program / "kTools\\Logs\\storm.log";
+    const auto logged = [&] {
+        std::set<std::string_view> entries;
+        const std::string text = common::FileExists(path) ? common::ReadFileText(path) : "";
+        for (const std::string_view line : common::Lines(text))
+            if (line.starts_with("Error: "))
+                entries.insert(line);
+        return static_cast<int>(entries.size());
+    };
+    EXPECT_TRUE(WaitUntil(
+        [&] {
+            detector.Handle({.handleDialogs = true, .logFilename = "storm.log", .message = {}});
+            return logged() == dialogs;
+        },
+        std::chrono::minutes(5)))
+        << logged();
+    EXPECT_EQ(servers.DialogCount(), 0);
+}
+
+} // namespace
