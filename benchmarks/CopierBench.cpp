@@ -36,9 +36,11 @@ const bench::Area copierArea("copier", [] {
     copier.DestinationUsername("root");
     copier.ConnectSource();
     copier.ConnectDestination();
-    for (const int rows : {20'000, 200'000}) {
-        const bench::Size size(rows, "rows");
-        bench::FillAccounts(root, rows);
+    // Half as many blobs of storage as accounts.
+    for (const int accounts : {10'000, 100'000}) {
+        const bench::Size size(accounts, "accounts");
+        bench::FillAccounts(root, accounts);
+        bench::FillStorage(root, accounts / 2);
         std::vector<double> own, dump;
         for (int i = 0; i < kRuns; ++i) {
             own.push_back(bench::Milliseconds([&] { copier.CopyDatabase("glogin", "bk_glogin"); }));

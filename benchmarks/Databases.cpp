@@ -15,6 +15,13 @@ void FillAccounts(database::Connection& root, int accounts) {
                  std::to_string(accounts));
 }
 
+void FillStorage(database::Connection& root, int blobs) {
+    root.Execute(dbsetup::EngineForm(dbsetup::Databases()[0].tables[1].CreateStatement()));
+    root.Execute("INSERT INTO glogin.storageinfo "
+                 "SELECT seq, LEFT(REPEAT(UNHEX(SHA2(seq, 512)), 16), 1000) FROM glogin.seq_1_to_" +
+                 std::to_string(blobs));
+}
+
 void DropDatabases(database::Connection& connection) {
     support::Clean(connection);
 }
