@@ -59,21 +59,25 @@ bool HasDialog(DialogTest test) {
     return FindWindowWhere(nullptr, kDialogClass, test) != nullptr;
 }
 
-std::string CloseDialog(DialogTest test) {
-    std::string text;
-    const HWND closed = FindWindowWhere(nullptr, kDialogClass, [&](HWND dialog) {
+ClosedDialog CloseFirstDialog(DialogTest test) {
+    ClosedDialog closed;
+    closed.window = FindWindowWhere(nullptr, kDialogClass, [&](HWND dialog) {
         if (!test(dialog))
             return false;
         // The icon of a message box is a text without characters. A failed post leaves the next text a try.
         return FindWindowWhere(dialog, kDialogTextClass, [&](HWND label) {
-                   text = ReadTitle(label);
-                   return !text.empty() && PostMessageA(dialog, WM_CLOSE, 0, 0);
+                   closed.text = ReadTitle(label);
+                   return !closed.text.empty() && PostMessageA(dialog, WM_CLOSE, 0, 0);
                }) != nullptr;
     });
-    if (!closed)
+    if (!closed.window)
         return {};
-    LetGo(closed);
-    return text;
+    LetGo(closed.window);
+    return closed;
+}
+
+std::string CloseDialog(DialogTest test) {
+    return CloseFirstDialog(test).text;
 }
 
 std::int16_t HasDialogByProcess() {

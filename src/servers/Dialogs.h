@@ -29,9 +29,20 @@ bool IsServerDialogTitle(HWND window);
 /// True when some top-level dialog passes the test.
 bool HasDialog(DialogTest test);
 
-/// Posts a close to the first dialog that passes the test and shows a text, and returns that text without its
-/// last character; "" when nothing was closed. Gives the dialog a moment to go, so that the next call does
-/// not find it again, and returns early when the user does something.
+/// A dialog that a close was posted to, and its text without the last character; null and "" for none.
+struct ClosedDialog {
+    HWND window = nullptr;
+    std::string text;
+
+    /// It was there and is there no more.
+    bool HasGone() const { return window && !IsWindow(window); }
+};
+
+/// Posts a close to the first dialog that passes the test and shows a text. Gives the dialog a moment to go,
+/// so that the next call does not find it again, and returns early when the user does something.
+ClosedDialog CloseFirstDialog(DialogTest test);
+
+/// The text of CloseFirstDialog alone.
 std::string CloseDialog(DialogTest test);
 
 /// 1 when there is a dialog of the kind, else 0.

@@ -54,24 +54,23 @@ bool ErrorDetector::Handle(const ErrorDetectorSettings& settings) const {
 /// False when it ended because it was no longer wanted.
 bool ErrorDetector::CloseDialogs(const std::optional<std::string>& logFilename) const {
     for (;;) {
-        const HWND tried = AnyDialog();
-        const std::string errorText = CloseDialog(IsServerPathWindow);
-        const std::string winErrorText = CloseDialog(IsServerDialogTitle);
+        const ClosedDialog error = CloseFirstDialog(IsServerPathWindow);
+        const ClosedDialog winError = CloseFirstDialog(IsServerDialogTitle);
         if (logFilename) {
-            if (!errorText.empty())
-                Log(*logFilename, "Error: " + errorText);
-            if (!winErrorText.empty())
-                Log(*logFilename, "WinError: " + winErrorText);
+            if (!error.text.empty())
+                Log(*logFilename, "Error: " + error.text);
+            if (!winError.text.empty())
+                Log(*logFilename, "WinError: " + winError.text);
         }
         const HWND left = AnyDialog();
         if (!left)
             return true;
         gui::DoEvents();
         // A dialog that is still there after its close is slow, or will never go. Without the wait it would
-        // cost a whole processor and fill the log with its text. One that newer dialogs cover has not been
-        // tried, however often it is met here.
-        if (left == tried)
-            WaitFor(left, isWanted_);
+        // cost a whole processor and fill the log with its text. In a storm of dialogs that do go there must
+        // be no wait: the next one may block its server.
+        if (!error.HasGone() && !winError.HasGone())
+            WaitFor(error.window ? error.window : left, isWanted_);
         if (!isWanted_())
             return false;
     }

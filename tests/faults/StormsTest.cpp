@@ -58,7 +58,7 @@ TEST_F(Faults, ServersThatCrashComeBackOnceEach) {
 }
 
 TEST_F(Faults, AStormOfDialogsIsClosedAndLogged) {
-    const int dialogs = Times(150, 1000);
+    const int dialogs = Times(300, 1000);
     ASSERT_TRUE(servers.Launch(Server::Login));
     servers.Command(Server::Login, Command::RaiseDialogs, dialogs);
     clsLog log;

@@ -1,0 +1,107 @@
+#include "Faults.h"
+
+#include "accounts/frmAccountEditor.h"
+#include "dbsetup/frmMySQLSetUp.h"
+#include "supervision/frmServerControl.h"
+#include "support/Database.h"
+#include "support/MessageBoxes.h"
+
+#include <optional>
+
+namespace {
+
+using support::Rows;
+using support::WaitUntil;
+
+/// The set-up wizard, the account editor and the control panel, open over a server that goes and comes back.
+class DatabaseDown : public Faults {
+protected:
+    DatabaseDown() {
+        root.Open(support::RootConnection());
+        remote.Open(support::RootConnection(support::kRemoteServer));
+        support::Clean(root);
+        support::Clean(remote);
+        remote.Execute("GRANT ALL ON *.* TO keeper@'%' IDENTIFIED BY 'secret'");
+        using namespace settings::key;
+        kTools.INIProperty(kBackupHostname, support::kRemoteServer);
+        kTools.INIProperty(kBackupUsername, "keeper");
+        kTools.INIProperty(kBackupPassword, "secret");
+        for (const char* key : {"gloginname", "amcharactername", "amglobalname"})
+            kerno.INIProperty(key, key);
+        for (const char* key : {"gloginpass", "amcharacterpass", "amglobalpass"})
+            kerno.INIProperty(key, "pass");
+    }
+
+    std::string LastBox() {
+        const auto texts = boxes.Texts();
+        boxes.Clear();
+        return texts.empty() ? "" : texts.back();
+    }
+    /// Presses the button and waits for the box that tells of the failure.
+    std::string BackupByHand() {
+        panel.backup.cmdBackupDatabase.Press();
+        WaitUntil([&] { return !boxes.Seen().empty() || !panel.backup.tmrReport.Enabled(); });
+        return LastBox();
+    }
+
+    support::MessageBoxes boxes;
+    database::Connection root;
+    database::Connection remote;
+    frmMySQLSetUp wizard;
+    frmAccountEditor editor;
+    frmServerControl panel;
+};
+
+TEST_F(DatabaseDown, WizardEditorAndBackupTellOfItAndGoOnAfterwards) {
+    wizard.Load();
+    boxes.Answer(IDYES); // to the other form of the tables
+    wizard.repair.cmdRepairDatabase.Press();
+    EXPECT_EQ(LastBox(), "Database Repaired");
+    wizard.accounts.cmdSetupAccounts.Press();
+    EXPECT_EQ(LastBox(), "Kerno SQL accounts setup successful");
+    root.Execute("INSERT INTO glogin.account (AID, Name) VALUES (100001, 'alpha')");
+    std::filesystem::create_directories(servers.Path() + "database");
+    support::WriteFile(servers.Path() + "database\\id_table.txt", "header\r\n");
+    editor.Load();
+    panel.Load();
+    EXPECT_EQ(LastBox(), "");
+
+    const std::string failed = "Kerno Tools failed to save to SQL server.";
+    const auto& copyProgress = panel.backup.SQLCopyTable.CopyProgress;
+    for (int round = 0; round < Times(2, 20); ++round) {
+        const std::string password = "round" + std::to_string(round);
+        editor.txtAccountPassword.Text(password);
+        {
+            // In the middle of a backup: here the one server, there the other.
+            std::optional<support::ServerDown> down;
+            panel.backup.SQLCopyTable.CopyProgress = [&, shown = copyProgress](const std::string& table,
+                                                                               std::size_t rows) {
+                if (!down)
+                    down.emplace(round % 2 ? support::kRemoteServer : support::kLocalServer);
+                return shown(table, rows);
+            };
+            EXPECT_TRUE(BackupByHand().starts_with("Kerno Tools Error :: [20")) << round;
+            EXPECT_TRUE(down);
+            panel.backup.SQLCopyTable.CopyProgress = [](const std::string&, std::size_t) { return true; };
+        }
+        {
+            const support::ServerDown down;
+            wizard.databaseCheck.cmdCheckDB.Press();
+            EXPECT_TRUE(LastBox().starts_with("Error Number [20")) << round;
+            editor.cmdSave.Press();
+            EXPECT_TRUE(LastBox().starts_with(failed)) << round;
+            EXPECT_TRUE(BackupByHand().starts_with("Kerno Tools Error :: [20")) << round;
+        }
+        wizard.databaseCheck.cmdCheckDB.Press();
+        EXPECT_EQ(wizard.databaseCheck.lblGloginTables.Caption(), "All tables existed") << round;
+        editor.cmdSave.Press();
+        EXPECT_EQ(LastBox(), "Account saved successfully") << round;
+        EXPECT_EQ(BackupByHand(), "") << round;
+        remote.Open(support::RootConnection(support::kRemoteServer));
+        EXPECT_EQ(Rows(remote, "SELECT AID, Name, Pass FROM bk_glogin.account"),
+                  std::vector<std::string>{"100001|alpha|" + password})
+            << round;
+    }
+}
+
+} // namespace
