@@ -10,7 +10,7 @@ namespace database {
 namespace {
 
 /// Arrays are as wide as their longest field: a few long rows among short ones must not fill the memory.
-constexpr std::size_t kArrayBytes = 32 * 1024 * 1024;
+constexpr std::size_t kArrayBytes = std::size_t{32} * 1024 * 1024;
 /// Servers take 65,535 question marks in a statement, but the time to prepare them grows.
 constexpr std::size_t kMostMarks = 2000;
 

@@ -13,7 +13,7 @@ namespace database {
 namespace {
 
 constexpr std::size_t kMostRows = 1000;
-constexpr std::size_t kBlockBytes = 4 * 1024 * 1024;
+constexpr std::size_t kBlockBytes = std::size_t{4} * 1024 * 1024;
 /// Characters or bytes up to which a column is fetched in blocks. What may be longer is asked for row by row.
 constexpr std::size_t kLongest = 65535;
 

@@ -45,7 +45,7 @@ Value Cell::ToValue() const {
 }
 
 char* RowStore::Reserve(std::size_t size) {
-    constexpr std::size_t kPiece = 256 * 1024;
+    constexpr std::size_t kPiece = std::size_t{256} * 1024;
     while (piece_ < pieces_.size() && pieces_[piece_].size - used_ < size) {
         ++piece_;
         used_ = 0;
