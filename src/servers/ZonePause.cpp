@@ -27,7 +27,8 @@ double LocalDateTime() {
     FILETIME time{};
     SystemTimeToFileTime(&local, &time);
     const std::uint64_t units = (std::uint64_t{time.dwHighDateTime} << 32) | time.dwLowDateTime;
-    return static_cast<double>(units / kUnitsOfASecond) / kSecondsOfADay - kDaysFrom1601To1899;
+    const std::uint64_t seconds = units / kUnitsOfASecond;
+    return static_cast<double>(seconds) / kSecondsOfADay - kDaysFrom1601To1899;
 }
 
 /// A clock that says every millisecond, once, that it has passed.

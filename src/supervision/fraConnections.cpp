@@ -3,7 +3,7 @@
 #include "supervision/frmIPDetection.h"
 
 supervision::Addresses fraConnections::ShowAddresses() {
-    const supervision::Addresses addresses = monitor_.Look();
+    supervision::Addresses addresses = monitor_.Look();
     txtCurrentIPAddress.Text(addresses.current);
     txtDetectedIPAddress.Text(addresses.detected.empty() ? "IP Detection Failed" : addresses.detected);
     return addresses;
