@@ -167,7 +167,7 @@ void Console::MakeChildren() {
 
 void Console::MakeBroadcastWindow() {
     broadcast_ = CreateWindowExA(WS_EX_TOOLWINDOW, kBroadcastClass, (FullName() + " - Broadcast").c_str(),
-                                 WS_POPUP | WS_CAPTION, 0, 0, 330, 70, main_, nullptr, instance_, nullptr);
+                                 WS_POPUP | WS_CAPTION, 0, 0, 370, 70, main_, nullptr, instance_, nullptr);
     RECT area;
     GetClientRect(broadcast_, &area);
     const HWND text =

@@ -5,9 +5,17 @@
 //
 // FOLDER\tour.log tells what was seen, and ends with "tour ended with 0" when every window came up.
 
+#include "accounts/frmAccountEditor.ids.h"
+#include "accounts/frmFindAccount.ids.h"
 #include "app/frmMainMenu.ids.h"
+#include "config/frmServerStatus.ids.h"
+#include "config/NewPlayerPage.ids.h"
+#include "dbsetup/DatabaseCheckPage.ids.h"
+#include "dbsetup/ServerTestPage.ids.h"
+#include "supervision/fraConnections.ids.h"
 
 // clang-format off
+#include <winsock2.h>
 #include <windows.h>
 #include <objidl.h>
 // clang-format on
@@ -41,29 +49,49 @@ struct Stop {
     std::string name;
     std::function<void(HWND)> open;
     std::vector<Stop> next = {};
+    /// What is done in the window before its pictures are taken.
+    std::function<void(HWND)> prepare = [](HWND) {};
 };
 
-/// Presses the button with this id, on whichever page it is, or chooses the menu entry.
+/// The control with this id, on whichever page of the window it is; null when there is none.
+HWND ControlOf(HWND window, int id) {
+    struct Search {
+        int id;
+        HWND found;
+    } search{id, nullptr};
+    EnumChildWindows(
+        window,
+        [](HWND child, LPARAM parameter) -> BOOL {
+            auto& wanted = *reinterpret_cast<Search*>(parameter);
+            if (GetDlgCtrlID(child) == wanted.id)
+                wanted.found = child;
+            return !wanted.found;
+        },
+        reinterpret_cast<LPARAM>(&search));
+    return search.found;
+}
+
+/// Presses the button with this id or chooses the menu entry.
 std::function<void(HWND)> Press(int id) {
     return [id](HWND window) {
-        HWND button = nullptr;
-        struct Search {
-            int id;
-            HWND* found;
-        } search{id, &button};
-        EnumChildWindows(
-            window,
-            [](HWND child, LPARAM parameter) -> BOOL {
-                auto& wanted = *reinterpret_cast<Search*>(parameter);
-                if (GetDlgCtrlID(child) == wanted.id)
-                    *wanted.found = child;
-                return !*wanted.found;
-            },
-            reinterpret_cast<LPARAM>(&search));
-        if (button)
+        if (HWND button = ControlOf(window, id))
             PostMessageA(button, BM_CLICK, 0, 0);
         else
             PostMessageA(window, WM_COMMAND, static_cast<WPARAM>(id), 0);
+    };
+}
+
+/// Clicks on the control with this id.
+std::function<void(HWND)> ClickOn(int id) {
+    return [id](HWND window) {
+        HWND control = ControlOf(window, id);
+        RECT bounds{};
+        GetWindowRect(control, &bounds);
+        SetCursorPos(bounds.left + 60, bounds.top + 30);
+        // A message carries the place of the pointer, which the screen moves in its own time.
+        Sleep(500);
+        PostMessageA(control, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(60, 30));
+        PostMessageA(control, WM_LBUTTONUP, 0, MAKELPARAM(60, 30));
     };
 }
 
@@ -85,24 +113,14 @@ std::function<void(HWND)> MenuBar(int index) {
 /// `downs` presses of the down key lead to (0 for none).
 std::function<void(HWND)> TrayMenu(int downs) {
     return [downs](HWND window) {
-        SetCursorPos(480, 200);
+        RECT bounds{};
+        GetWindowRect(window, &bounds);
+        SetCursorPos(bounds.left - 30, bounds.top - 70);
         PostMessageA(window, WM_LBUTTONDOWN, 0, WM_RBUTTONDOWN);
         PostKeys(window, VK_DOWN, downs);
         PostKeys(window, VK_RIGHT, downs ? 1 : 0);
     };
 }
-
-// The tour. Pages of a window need no entry.
-const std::vector<Stop> kStops = {
-    {"menu-settings", MenuBar(0)},
-    {"menu-extras", MenuBar(1)},
-    {"menu-tray", TrayMenu(0)},
-    {"menu-tray-components", TrayMenu(4)},
-    {"server-folder", Press(IDM_frmMainMenu_mnuSetPath)},
-    {"mysql-folder", Press(IDM_frmMainMenu_mnuSetSQLPath)},
-    {"mysql-setup", Press(IDM_frmMainMenu_mnuSetUpMySQL)},
-    {"about", Press(IDM_frmMainMenu_mnuAbout)},
-};
 
 void Log(const char* format, const std::string& text) {
     std::fprintf(logFile, format, text.c_str());
@@ -127,6 +145,101 @@ std::string TextOf(HWND window) {
     GetWindowTextA(window, text, sizeof text);
     return text;
 }
+
+void Expect(HWND window, const std::string& what, const std::function<bool()>& condition) {
+    if (!WaitUntil(condition))
+        Failed(TextOf(window) + ": " + what);
+}
+
+bool HasText(HWND window, int id) {
+    return SendMessageA(ControlOf(window, id), WM_GETTEXTLENGTH, 0, 0) > 0;
+}
+
+/// Some seconds of traffic that comes and goes. On a computer of its own nothing else goes over the network.
+void MakeTraffic() {
+    WSADATA data;
+    WSAStartup(MAKEWORD(2, 2), &data);
+    const SOCKET out = socket(AF_INET, SOCK_DGRAM, IPPROTO_UDP);
+    sockaddr_in discard{};
+    discard.sin_family = AF_INET;
+    discard.sin_port = htons(9);
+    discard.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    const std::string packet(1200, '.');
+    constexpr int kPacketsAtOnce[] = {2, 5, 3, 8, 6, 1, 4, 9, 3, 5};
+    for (const int packets : kPacketsAtOnce) {
+        for (int tenth = 0; tenth < 10; ++tenth) {
+            for (int i = 0; i < packets; ++i)
+                sendto(out, packet.data(), static_cast<int>(packet.size()), 0,
+                       reinterpret_cast<const sockaddr*>(&discard), sizeof discard);
+            Sleep(100);
+        }
+    }
+    closesocket(out);
+    WSACleanup();
+}
+
+/// Until all three servers have said something.
+void AwaitMessages(HWND window) {
+    MakeTraffic();
+    Expect(window, "no messages came", [window] {
+        return HasText(window, IDC_frmServerStatus_txtLoginStatus) &&
+               HasText(window, IDC_frmServerStatus_txtCharacterStatus) &&
+               HasText(window, IDC_frmServerStatus_txtZoneStatus);
+    });
+}
+
+void FindGunnar(HWND window) {
+    SendMessageA(ControlOf(window, IDC_frmFindAccount_txtAccountName), WM_SETTEXT, 0,
+                 reinterpret_cast<LPARAM>("gun"));
+    SendMessageA(ControlOf(window, IDC_frmFindAccount_txtAccountName), EM_SETSEL, 3, 3);
+}
+
+/// The caret stands on the first letter otherwise.
+void ShowWholeName(HWND window) {
+    const HWND name = ControlOf(window, IDC_frmAccountEditor_cboAccountName);
+    SendMessageA(name, CB_SETEDITSEL, 0, MAKELPARAM(50, 50));
+}
+
+/// Logs in as the administrator of the playground's database server, and runs the test and the check.
+void TestAndCheck(HWND window) {
+    SendMessageA(ControlOf(window, IDC_DatabaseCheckPage_txtRootUsername), WM_SETTEXT, 0,
+                 reinterpret_cast<LPARAM>("root"));
+    for (const auto& [button, result] :
+         {std::pair{IDC_ServerTestPage_cmdTestMySQL, IDC_ServerTestPage_lblRunningMySQL},
+          std::pair{IDC_DatabaseCheckPage_cmdCheckDB, IDC_DatabaseCheckPage_lblAMGlobalTables}}) {
+        const std::string before = TextOf(ControlOf(window, result));
+        Press(button)(window);
+        Expect(window, "no result came", [&] { return TextOf(ControlOf(window, result)) != before; });
+    }
+}
+
+// The tour. Pages of a window need no entry.
+const std::vector<Stop> kStops = {
+    {"menu-settings", MenuBar(0)},
+    {"menu-extras", MenuBar(1)},
+    {"menu-tray", TrayMenu(0)},
+    {"menu-tray-components", TrayMenu(4)},
+    {"server-folder", Press(IDM_frmMainMenu_mnuSetPath)},
+    {"mysql-folder", Press(IDM_frmMainMenu_mnuSetSQLPath)},
+    {"about", Press(IDM_frmMainMenu_mnuAbout)},
+    {"server-status",
+     Press(IDC_frmMainMenu_cmdServerStatus),
+     {{"server-status-menu", ClickOn(IDC_frmServerStatus_txtZoneStatus)}},
+     AwaitMessages},
+    {"configurator",
+     Press(IDC_frmMainMenu_cmdServerConfig),
+     {{"starting-location", Press(IDC_NewPlayerPage_cmdMapPicker)}}},
+    {"control-panel",
+     Press(IDC_frmMainMenu_cmdServerControl),
+     {{"ip-detection", Press(IDC_fraConnections_cmdIPDetectionSettings)},
+      {"control-panel-menu", TrayMenu(0)}}},
+    // Its first account is a game master's.
+    {"account-editor",
+     Press(IDC_frmMainMenu_cmdAccountEditor),
+     {{"find-account", Press(IDC_frmAccountEditor_cmdFind), {}, FindGunnar}},
+     ShowWholeName},
+    {"mysql-setup", Press(IDM_frmMainMenu_mnuSetUpMySQL), {}, TestAndCheck},
+};
 
 bool IsMenu(HWND window) {
     char name[16] = "";
@@ -230,6 +343,8 @@ std::string PageInFront(HWND panel) {
 }
 
 void TakePictures(const std::string& name, HWND window) {
+    // Out of the way, or it brings up a tooltip.
+    SetCursorPos(GetSystemMetrics(SM_CXSCREEN) - 1, 1);
     HWND panel = FindWindowExA(window, nullptr, WC_TABCONTROLA, nullptr);
     if (!panel) {
         Save(name, BoundsOf({window}));
@@ -246,6 +361,8 @@ void TakePictures(const std::string& name, HWND window) {
 void Visit(const Stop& stop, HWND from) {
     const std::set<HWND> before = ToolWindows();
     std::set<HWND> opened;
+    // As a user would have it; the window before may have left another program's in front.
+    SetForegroundWindow(from);
     stop.open(from);
     const auto appeared = [&] {
         opened.clear();
@@ -269,6 +386,7 @@ void Visit(const Stop& stop, HWND from) {
         PostMessageA(from, WM_CANCELMODE, 0, 0);
     } else {
         Log("%s: ", TextOf(window));
+        stop.prepare(window);
         TakePictures(stop.name, window);
         for (const Stop& next : stop.next)
             Visit(next, window);

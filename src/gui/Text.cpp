@@ -60,7 +60,8 @@ void RichTextBox::Append(const std::string& text) {
     SendText(EM_REPLACESEL, FALSE, text);
     Send(WM_VSCROLL, SB_BOTTOM);
     Send(WM_SETREDRAW, TRUE);
-    InvalidateRect(Window(), nullptr, FALSE);
+    // With the frame, where the scroll bar has appeared meanwhile.
+    RedrawWindow(Window(), nullptr, nullptr, RDW_INVALIDATE | RDW_FRAME);
 }
 
 bool RichTextBox::SelectsText() const {

@@ -79,12 +79,10 @@ std::string GetWindowModuleName(HWND window) {
 }
 
 std::optional<LRESULT> Ask(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-    constexpr UINT kFlags = SMTO_ABORTIFHUNG;
+    // Wine 8 looks up a text behind the 8-bit length question and waits for it without limit.
+    const auto send = message == WM_GETTEXTLENGTH ? SendMessageTimeoutW : SendMessageTimeoutA;
     DWORD_PTR answer = 0;
-    // Under Wine the time limit does not hold for messages about text, so the window has to show first that
-    // it answers at all.
-    if (!SendMessageTimeoutA(window, WM_NULL, 0, 0, kFlags, kAnswerMilliseconds, &answer) ||
-        !SendMessageTimeoutA(window, message, wParam, lParam, kFlags, kAnswerMilliseconds, &answer))
+    if (!send(window, message, wParam, lParam, SMTO_ABORTIFHUNG, kAnswerMilliseconds, &answer))
         return {};
     return static_cast<LRESULT>(answer);
 }

@@ -27,8 +27,8 @@ constexpr const char* kValuesAsTheyAre =
 constexpr const char* kKeepZeros = "SET SESSION sql_mode = 'NO_AUTO_VALUE_ON_ZERO'";
 
 /// Runs the first of the statements that the server knows; old servers know none of them.
-void ExecuteKnown(Connection& connection, std::initializer_list<const char*> statements) {
-    for (const char* statement : statements) {
+void ExecuteKnown(Connection& connection, std::initializer_list<std::string> statements) {
+    for (const std::string& statement : statements) {
         try {
             connection.Execute(statement);
             return;
@@ -72,6 +72,26 @@ std::string ShowTables(const std::string& database) {
 
 std::string ShowColumns(const std::string& database, const std::string& table) {
     return "SHOW COLUMNS FROM " + database + "." + table;
+}
+
+/// Has the next table made with the engine of the source's: the suite's tables are to stay MyISAM, whose
+/// files a file backup copies, also where a server's own choice is another one. A destination that lacks the
+/// engine uses its own.
+void UseEngineOf(Connection& source, const std::string& database, const std::string& table,
+                 Connection& destination) {
+    try {
+        Recordset status;
+        for (status.Open(source, "SHOW TABLE STATUS FROM " + database); !status.Eof(); status.MoveNext()) {
+            const std::string engine = status.Field("Engine").AsText();
+            if (status.Field("Name").AsText() == table && !engine.empty())
+                ExecuteKnown(destination, {"SET SESSION default_storage_engine = " + engine,
+                                           "SET SESSION storage_engine = " + engine});
+        }
+    } catch (const database::Error& error) {
+        // Old servers call it by another name.
+        if (error.ConnectionLost())
+            throw;
+    }
 }
 
 /// One transaction for a table's rows: an engine that knows transactions writes them out once, and of a copy
@@ -197,6 +217,7 @@ std::int16_t clsMySQLCopyDatabase::CopyTable(const std::string& SourceDatabase,
         return 0;
     const std::string list =
         supervision::ColumnList(Columns(source_, ShowColumns(SourceDatabase, SourceTable)));
+    UseEngineOf(source_, SourceDatabase, SourceTable, destination_);
     // The source has answered in full before the destination is touched.
     RowReader rows(source_, "SELECT * FROM " + from);
     destination_.Execute("USE " + DestinationDatabase + ";");

@@ -10,8 +10,9 @@
 #include <vector>
 
 /// Copies tables and whole databases from one MySQL server to another over two connections. A copied table
-/// has the columns of the source, its primary key where that is one column, and no default values and no
-/// other keys; tables, indexes and rights of the source are never changed.
+/// has the columns of the source, its primary key where that is one column, its engine where the destination
+/// knows it, and no default values and no other keys; tables, indexes and rights of the source are never
+/// changed.
 ///
 /// The operations return 1 when they are done and 0 when they are not. What server or driver report is raised
 /// (database::Error); only a missing connection is told by SQLCopyError.

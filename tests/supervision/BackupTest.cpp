@@ -222,6 +222,9 @@ TEST_F(Backup, ATimedBackupRunsAsTheServersFileSays) {
         EXPECT_EQ(page.lblBackupStatus.Caption(), "Backup is disabled");
     }
     EXPECT_EQ(Sums(remote, "bk_"), before);
+    EXPECT_EQ(
+        Rows(remote, "SELECT DISTINCT engine FROM information_schema.tables WHERE table_schema LIKE 'bk%'"),
+        std::vector<std::string>{"MyISAM"});
 
     // The way back, with what was lost since.
     for (const std::string& table : tables)

@@ -1,0 +1,101 @@
+#include "accounts/frmAccountEditor.h"
+#include "database/RowReader.h"
+#include "Databases.h"
+#include "support/MessageBoxes.h"
+#include "Surroundings.h"
+
+#include <stdexcept>
+
+namespace {
+
+constexpr int kRuns = 5;
+
+void ReadAll(database::Connection& root) {
+    database::RowReader reader(root, "SELECT * FROM glogin.account");
+    database::RowStore rows(reader.Columns().size());
+    while (reader.Read(rows) > 0) {
+    }
+}
+
+void Done(std::int16_t result) {
+    if (result != 1)
+        throw std::runtime_error("the account store refuses");
+}
+
+std::string NameOf(int number) {
+    return "account" + std::to_string(number);
+}
+
+void MeasureStore(database::Connection& root, int accounts) {
+    const bench::Size size(accounts, "accounts");
+    const double read = bench::MedianOf(kRuns, [&] { ReadAll(root); });
+    clsAccountSQL store;
+    store.SQLHostname(support::kLocalServer);
+    store.SQLUsername("root");
+    const double open = bench::MedianOf(kRuns, [&] { Done(store.ConnectSQL()); });
+    bench::Row("store: open", size, open, "ms", {read, "reading the rows"});
+    bench::Row("store: GetUniqueAccountID", size, bench::PerRun(kRuns, [&] { store.GetUniqueAccountID(); }),
+               "ms");
+    int next = 0;
+    const auto move = [&] { Done(store.MoveToAccount(NameOf(1 + next++ * 997 % accounts))); };
+    bench::Row("store: switch", size, bench::PerRun(1000, move), "ms");
+    for (const int changes : {1, 100}) {
+        std::vector<double> times;
+        for (int run = 0; run < kRuns; ++run) {
+            for (int i = 0; i < changes; ++i) {
+                move();
+                store.AccountPassword("changed" + std::to_string(next));
+                Done(store.SaveCurrentRecord());
+            }
+            times.push_back(bench::Milliseconds([&] { Done(store.UpdateAccountSQL()); }));
+        }
+        bench::Row("store: save of " + std::to_string(changes) + " changed", size, bench::Median(times),
+                   "ms");
+    }
+}
+
+void MeasureEditor(int accounts) {
+    const bench::Size size(accounts, "accounts");
+    support::MessageBoxes boxes;
+    frmAccountEditor form;
+    std::vector<double> opens;
+    for (int i = 0; i < kRuns; ++i) {
+        form.Unload();
+        opens.push_back(bench::Milliseconds([&] { form.Show(); }));
+    }
+    bench::Row("editor: open", size, bench::Median(opens), "ms");
+    const auto fillID = [&] { form.cmdAutofillID.Press(); };
+    bench::Row("editor: fill in a free number", size, bench::PerRun(kRuns, fillID), "ms");
+    form.cmdReload.Press();
+    int next = 0;
+    const auto choose = [&] { form.cboAccountName.ListIndex(next++ * 997 % accounts); };
+    choose();
+    bench::Row("editor: switch", size, bench::PerRun(50, choose), "ms");
+    if (!boxes.Seen().empty())
+        throw std::runtime_error("the editor says: " + boxes.Texts()[0]);
+    std::vector<double> saves;
+    for (int i = 0; i < kRuns; ++i) {
+        form.txtEmail.Text("new" + std::to_string(i) + "@example.org");
+        saves.push_back(bench::Milliseconds([&] { form.cmdSave.Press(); }));
+    }
+    bench::Row("editor: save, with its message", size, bench::Median(saves), "ms");
+}
+
+const bench::Area accountsArea("accounts", [] {
+    const bench::Surroundings surroundings;
+    const std::string& kerno = surroundings.servers.Path();
+    CreateDirectoryA((kerno + "database").c_str(), nullptr);
+    support::WriteFile(kerno + "Kerno.ini", "gloginname=root\r\ngloginpass=\r\n");
+    support::WriteFile(kerno + "database\\id_table.txt",
+                       "header\r\n100001,1,0,0,0,0,0,0,0,0,0,0,0,0,0,0\r\n");
+    database::Connection root;
+    root.Open(support::RootConnection());
+    for (const int accounts : {1000, 10'000, 100'000}) {
+        bench::FillAccounts(root, accounts);
+        MeasureStore(root, accounts);
+        MeasureEditor(accounts);
+    }
+    bench::DropDatabases(root);
+});
+
+} // namespace

@@ -1,0 +1,60 @@
+#include "common/Files.h"
+#include "config/frmServerSettings.h"
+#include "settings/kToolsSettings.h"
+#include "supervision/frmServerControl.h"
+#include "Surroundings.h"
+
+namespace {
+
+constexpr int kRuns = 15;
+
+/// A file of other lines in front of those that the window owns.
+std::string Padding(int lines) {
+    std::string text;
+    for (int i = 0; i < lines; ++i)
+        text += "OtherSetting" + std::to_string(i) + "=a value of some length\r\n";
+    return text;
+}
+
+/// Prints the time of `save`, which changes nothing of what it needs, beside that of as many writes of the
+/// same bytes without looking for a setting; one after the other, so that both meet the same load of the
+/// machine.
+void MeasureSave(const std::string& name, const bench::Size& size, int writes, const std::string& path,
+                 const std::function<double()>& save) {
+    save();
+    const std::string text = common::ReadFileText(path);
+    std::vector<double> own, plain;
+    for (int run = 0; run < kRuns; ++run) {
+        own.push_back(save());
+        plain.push_back(bench::Milliseconds([&] {
+            for (int i = 0; i < writes; ++i)
+                common::ReplaceFileText(path, text);
+        }));
+    }
+    bench::Row(name + ", " + std::to_string(writes) + " settings", size, bench::Median(own), "ms",
+               {bench::Median(plain), "plain writes"});
+}
+
+const bench::Area settingsArea("settings", [] {
+    const bench::Surroundings surroundings;
+    const std::string kernoIni = settings::KernoIniPath(surroundings.servers.Path());
+    const std::string kToolsIni = settings::kToolsIniPath();
+    const std::string defaults = common::ReadFileText(kToolsIni);
+    for (const int lines : {50, 500, 5000}) {
+        const bench::Size size(lines, "lines of file");
+        support::WriteFile(kernoIni, Padding(lines - 35));
+        frmServerSettings form;
+        form.Load();
+        MeasureSave("configurator's Save", size, 37, kernoIni,
+                    [&] { return bench::Milliseconds([&] { form.SaveSettings(); }); });
+        form.Unload();
+        support::WriteFile(kToolsIni, defaults + Padding(lines - 50));
+        frmServerControl panel;
+        MeasureSave("control panel's close", size, 25, kToolsIni, [&] {
+            panel.Load();
+            return bench::Milliseconds([&] { panel.Unload(); });
+        });
+    }
+});
+
+} // namespace
