@@ -1,12 +1,18 @@
 #include "servers/Detection.h"
 
+#include "common/Handle.h"
+#include "common/Text.h"
 #include "servers/ForeignWindows.h"
+
+#include <tlhelp32.h>
 
 #include <algorithm>
 
 namespace modServerControl {
 
 namespace {
+
+using Handle = common::Handle<HANDLE, CloseHandle>;
 
 bool MatchesStart(std::string_view text, std::string_view pattern) {
     const auto matches = [](char wanted, char c) {
@@ -25,6 +31,29 @@ bool Passes(Server server, HWND window, bool (*titleTest)(Server, std::string_vi
     default:
         return false;
     }
+}
+
+/// Started less than a minute ago, and still alive.
+bool IsYoung(DWORD process) {
+    const Handle handle(OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION | SYNCHRONIZE, FALSE, process));
+    FILETIME start, end, kernel, user, now;
+    if (!handle || WaitForSingleObject(handle.get(), 0) != WAIT_TIMEOUT ||
+        !GetProcessTimes(handle.get(), &start, &end, &kernel, &user))
+        return false;
+    GetSystemTimeAsFileTime(&now);
+    constexpr ULONGLONG kMinute = 600'000'000;
+    const auto number = [](const FILETIME& time) {
+        return ULONGLONG{time.dwHighDateTime} << 32 | time.dwLowDateTime;
+    };
+    return number(now) - number(start) < kMinute;
+}
+
+bool HasWindow(DWORD process, const char* windowClass) {
+    return FindWindowWhere(nullptr, windowClass, [&](HWND window) {
+               DWORD owner = 0;
+               GetWindowThreadProcessId(window, &owner);
+               return owner == process;
+           }) != nullptr;
 }
 
 const char* StateText(Server server) {
@@ -64,6 +93,19 @@ HWND MainWindow(Server server) {
 
 bool IsRunning(Server server) {
     return MainWindow(server) != nullptr;
+}
+
+bool IsStarting(Server server) {
+    const Component& component = ComponentOf(server);
+    const Handle processes(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
+    PROCESSENTRY32 entry;
+    entry.dwSize = sizeof entry;
+    for (BOOL more = Process32First(processes.get(), &entry); more;
+         more = Process32Next(processes.get(), &entry))
+        if (common::EqualsIgnoreCase(entry.szExeFile, component.executable) && IsYoung(entry.th32ProcessID) &&
+            !HasWindow(entry.th32ProcessID, component.mainWindowClass))
+            return true;
+    return false;
 }
 
 std::string ServerStatusText() {

@@ -22,7 +22,8 @@ public:
     explicit ServerMaintainer(const clsINI& priorities) : priorities_(priorities) {}
 
     /// Looks once at each server, login first and zone last, and starts those that are to run and do not. A
-    /// start is not waited for; a server that fails to start has its next try at the next call.
+    /// start is not waited for, nor made again while it lasts (at most a minute); a server that fails to
+    /// start has its next try at the next call.
     void Maintain(const MaintainerSettings& settings) const;
 
 private:
