@@ -42,13 +42,11 @@ void MakeLogFolder() {
 
 } // namespace
 
-bool ErrorDetector::Handle(const ErrorDetectorSettings& settings) const {
+void ErrorDetector::Handle(const ErrorDetectorSettings& settings) const {
     if (!settings.handleDialogs || !HasDialog(IsServerPathWindow))
-        return false;
-    if (!CloseDialogs(settings.logFilename))
-        return false;
-    return settings.restartAll && IsZoneRunning() &&
-           RestartAll({.message = settings.message, .meanwhile = {}, .checkExecutables = true}, priorities_);
+        return;
+    if (CloseDialogs(settings.logFilename) && settings.restartAll && IsZoneRunning())
+        RestartAll({.message = settings.message, .meanwhile = {}, .checkExecutables = true}, priorities_);
 }
 
 /// False when it ended because it was no longer wanted.

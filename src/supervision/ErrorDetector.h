@@ -27,10 +27,10 @@ public:
 
     /// Closes every dialog of the servers, also those that come up meanwhile, and restarts the suite as the
     /// settings say. Starts only when a process of a server owns a dialog; then dialogs that merely name a
-    /// server in their title go too. True when it has started the servers.
+    /// server in their title go too.
     ///
     /// Dispatches messages meanwhile. A dialog that does not close keeps it going, at a try a second.
-    bool Handle(const ErrorDetectorSettings& settings) const;
+    void Handle(const ErrorDetectorSettings& settings) const;
 
 private:
     bool CloseDialogs(const std::optional<std::string>& logFilename) const;

@@ -7,7 +7,7 @@
 
 namespace supervision {
 
-bool RestartAll(const Restart& restart, const clsINI& priorities) {
+void RestartAll(const Restart& restart, const clsINI& priorities) {
     if (restart.message)
         modServerControl::SendPlayerMessage(*restart.message);
     modServerControl::ShutdownAll();
@@ -15,9 +15,8 @@ bool RestartAll(const Restart& restart, const clsINI& priorities) {
         restart.meanwhile();
     // Asked after the shutdown: a folder that is being replaced by a new version stays down.
     if (restart.checkExecutables && !HasAllExecutables())
-        return false;
+        return;
     modServerControl::StartAllWithPriority(priorities);
-    return true;
 }
 
 bool HasAllExecutables() {

@@ -19,11 +19,11 @@ struct Restart {
 
 /// Tells the players, shuts the login, character and zone server down, and starts the three again, login and
 /// character server with the priority that `priorities` holds. Whether the message or a close reaches anybody
-/// makes no difference. True when it came to the start.
+/// makes no difference.
 ///
 /// Takes seconds where the zone server runs, dispatching messages meanwhile. Raises what `meanwhile` and
 /// reading the priorities raise; nothing more is started then.
-bool RestartAll(const Restart& restart, const clsINI& priorities);
+void RestartAll(const Restart& restart, const clsINI& priorities);
 
 /// True when the files of all three servers are in KernoPath.
 bool HasAllExecutables();

@@ -29,10 +29,7 @@ supervision::MaintainerSettings fraErrorDetector::MaintainerSettings() const {
 }
 
 void fraErrorDetector::tmrErrorDetector_Timer() {
-    // Servers that have only just been launched have no window yet; the maintainer would start each of them
-    // a second time.
-    if (detector_.Handle(DetectorSettings()))
-        return;
+    detector_.Handle(DetectorSettings());
     // Read only now: the operator may have changed them during a long restart, and the boxes of a page that
     // was closed meanwhile read empty, so that nothing is started any more.
     maintainer_.Maintain(MaintainerSettings());
