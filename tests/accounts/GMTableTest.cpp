@@ -94,7 +94,7 @@ TEST_F(GMTableTest, AFileThatWasNotLoadedIsNotReplaced) {
     // Nor one that was put there after the load had found none; without one there is nothing to lose.
     DeleteFileA(path.c_str());
     EXPECT_EQ(ErrorOf(&GMTable::Load), common::kFileNotFound);
-    support::WriteFile(path, tooMany);
+    support::WriteFile(path, kHeader);
     EXPECT_EQ(ErrorOf(&GMTable::Save), common::kPathFileAccess);
     DeleteFileA(path.c_str());
     EXPECT_EQ(Saved(), "");
