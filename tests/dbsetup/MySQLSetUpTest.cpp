@@ -52,16 +52,12 @@ protected:
     frmMySQLSetUp wizard;
 };
 
-const std::vector<std::string> kNothing{"Not Existed",        "All tables missing", "Not Existed",
-                                        "All tables missing", "Not Existed",        "All tables mising"};
-const std::vector<std::string> kAll{"Existed", "All tables existed", "Existed", "All tables existed",
-                                    "Existed", "All tables existed"};
-
 TEST_F(MySQLSetUp, GoesFromNothingToThreeLoginsOnTenTablesAndBack) {
     wizard.serverTest.cmdTestMySQL.Press();
     EXPECT_EQ(wizard.serverTest.lblConnectionTest.Caption(), "Successful");
     EXPECT_EQ(wizard.serverTest.lblRunningMySQL.Caption(), support::Rows(root, "SELECT VERSION()")[0]);
-    EXPECT_EQ(Check(), kNothing);
+    EXPECT_EQ(Check(), (std::vector<std::string>{"Not Existed", "All tables missing", "Not Existed",
+                                                 "All tables missing", "Not Existed", "All tables mising"}));
 
     // This server rejects the old form. After No the databases that were made stay, without tables.
     boxes.Answer(IDNO);
@@ -81,7 +77,14 @@ TEST_F(MySQLSetUp, GoesFromNothingToThreeLoginsOnTenTablesAndBack) {
     const SeenBox repaired{"Kerno Tools :: MySQL Setup", "Database Repaired", kInformation};
     ASSERT_EQ(boxes.Seen().size(), 2u) << "the question comes once for all tables";
     EXPECT_EQ(boxes.Seen()[1], repaired);
-    EXPECT_EQ(Check(), kAll);
+    EXPECT_EQ(Check(), (std::vector<std::string>{"Existed", "All tables existed", "Existed",
+                                                 "All tables existed", "Existed", "All tables existed"}));
+    EXPECT_EQ(support::Rows(root, "SELECT ENGINE, COUNT(DISTINCT table_schema, table_name), COUNT(*), "
+                                  "SUM(column_key = 'PRI'), SUM(extra = 'auto_increment') "
+                                  "FROM information_schema.tables JOIN information_schema.columns "
+                                  "USING (table_schema, table_name) WHERE table_schema IN "
+                                  "('glogin', 'amcharacter', 'amglobal') GROUP BY ENGINE"),
+              std::vector<std::string>{"MyISAM|10|110|10|2"});
 
     // Nothing is missing any more, so there is nothing to ask, and rows stay.
     root.Execute("INSERT INTO glogin.account (Name) VALUES ('kept')");

@@ -1,7 +1,6 @@
 #include "dbsetup/Schema.h"
 
-#include "database/Error.h"
-#include "support/Database.h"
+#include <gtest/gtest.h>
 
 #include <algorithm>
 
@@ -24,33 +23,10 @@ TEST(Schema, StatementsAreExactAndInTheirOrder) {
             EXPECT_TRUE(table.CreateStatement().starts_with("CREATE TABLE IF NOT EXISTS " + name + " ("));
             order += name + " ";
         }
-        for (const std::size_t i : database.displayOrder)
-            order += database.tables[i].displayName;
     }
-    EXPECT_EQ(order, "glogin.account glogin.storageinfo Account Storageinfo "
-                     "amcharacter.charinfo amcharacter.cartinfo amcharacter.iteminfo amcharacter.flaginfo "
-                     "amcharacter.skillinfo CartInfo CharInfo ItemInfo FlagInfo SkillInfo "
-                     "amglobal.gcastle amglobal.guild amglobal.party GCastle Guild Party ");
-}
-
-class SchemaOnServer : public support::DatabaseTest {};
-
-TEST_F(SchemaOnServer, EngineFormsMakeTheTablesAndTwiceIsHarmless) {
-    for (int run = 0; run < 2; ++run) {
-        for (const auto& database : Databases()) {
-            root.Execute(std::string(database.createStatement));
-            for (const auto& table : database.tables) {
-                EXPECT_THROW(root.Execute(table.CreateStatement()), database::Error);
-                root.Execute(dbsetup::EngineForm(table.CreateStatement()));
-            }
-        }
-    }
-    EXPECT_EQ(support::Rows(root, "SELECT ENGINE, COUNT(DISTINCT table_schema, table_name), COUNT(*), "
-                                  "SUM(column_key = 'PRI'), SUM(extra = 'auto_increment') "
-                                  "FROM information_schema.tables JOIN information_schema.columns "
-                                  "USING (table_schema, table_name) WHERE table_schema IN "
-                                  "('glogin', 'amcharacter', 'amglobal') GROUP BY ENGINE"),
-              std::vector<std::string>{"MyISAM|10|110|10|2"});
+    EXPECT_EQ(order, "glogin.account glogin.storageinfo amcharacter.charinfo amcharacter.cartinfo "
+                     "amcharacter.iteminfo amcharacter.flaginfo amcharacter.skillinfo amglobal.gcastle "
+                     "amglobal.guild amglobal.party ");
 }
 
 } // namespace
