@@ -25,21 +25,15 @@ using Action = BackupAction;
 const SYSTEMTIME kNow{2004, 6, 3, 30, 23, 58, 30, 0};
 
 TEST(BackupClock, ACycleSecondBySecond) {
-    BackupSettings settings{.periodMinutes = 60,
-                            .durationMinutes = 2,
-                            .announce = true,
-                            .message = "soon",
-                            .messageIntervalMinutes = 2,
-                            .messageRepeats = 5};
+    BackupSettings settings{60, 2, false, true, "soon", 2, 5};
     for (long second = 1; second <= 3720; ++second) {
         const bool announced = second >= 3000 && second < 3600 && second % 120 == 0;
         const Action expected = second < 3600   ? announced ? Action::Announce : Action::Nothing
                                 : second < 3720 ? Action::Backup
                                                 : Action::Restore;
         ASSERT_EQ(ActionAt(second, settings), expected) << second;
-        ASSERT_EQ(MinutesLeft(second, settings), second > 3600 + 60 ? -2
-                                                 : second > 3600    ? -1
-                                                                    : (3600 - second) / 60);
+        const long left = second > 3660 ? -2 : second > 3600 ? -1 : (3600 - second) / 60;
+        ASSERT_EQ(MinutesLeft(second, settings), left) << second;
     }
     settings.messageIntervalMinutes = 0;
     EXPECT_EQ(support::ErrorNumber([&] { ActionAt(1, settings); }), common::kDivisionByZero);
@@ -54,27 +48,23 @@ TEST(BackupClock, StandsSillyNumbers) {
         BackupSettings settings;
         long second;
         Action action;
-    } cases[] = {{{0, 2, false, true, "", 2, 5}, 1, Action::Backup},
-                 {{60, 0, false, true, "", 2, 5}, 3600, Action::Restore},
+    } cases[] = {{{0, 2, false, true, "$RestoreTime", 2, 5}, 1, Action::Backup},
                  {{huge, 2, false, true, "$RestoreTime", huge, huge}, 1, Action::Nothing},
                  {{60, huge, false, true, "$RestoreTime", 1, 5}, 2147483647, Action::Backup},
                  {{-huge, 2, false, true, "$RestoreTime", 2, 5}, 1, Action::Restore},
-                 {{60, 2, false, true, "", -2, -5}, 3480, Action::Announce},
-                 {{1, 2, false, true, "", 0.5, huge}, 30, Action::Announce}};
-    for (const auto& c : cases) {
-        EXPECT_EQ(ActionAt(c.second, c.settings), c.action) << c.settings.periodMinutes << ' ' << c.second;
-        EXPECT_EQ(Announcement(c.second, c.settings, kNow) == "", c.settings.message == "");
+                 {{60, 2, false, true, "$RestoreTime", -2, -5}, 3480, Action::Announce}};
+    for (const auto& [settings, second, action] : cases) {
+        EXPECT_EQ(ActionAt(second, settings), action) << settings.periodMinutes << ' ' << second;
+        EXPECT_NE(Announcement(second, settings, kNow), "");
     }
 }
 
 TEST(BackupClock, AnnouncesWithAllPlaceholders) {
-    const BackupSettings settings{.periodMinutes = 60,
-                                  .durationMinutes = 2.5,
-                                  .message =
-                                      "Backup in $TimetoBackup for $BackupDuration, back at $RestoreTime! "
-                                      "$timetobackup $TimetoBackup"};
-    EXPECT_EQ(Announcement(3470, settings, kNow), "Backup in 2 minutes for 2.5 minutes, back at "
-                                                  "7/1/2004 12:03:10 AM! $timetobackup 2 minutes");
+    const BackupSettings settings{60, 2.5, false, true,
+                                  "$TimetoBackup, $BackupDuration, $RestoreTime! "
+                                  "$timetobackup $TimetoBackup"};
+    EXPECT_EQ(Announcement(3470, settings, kNow),
+              "2 minutes, 2.5 minutes, 7/1/2004 12:03:10 AM! $timetobackup 2 minutes");
 }
 
 TEST(BackupArchive, NamesAreMinutes) {
