@@ -10,8 +10,6 @@ using Texts = std::vector<std::string>;
 
 const std::string kNameTaken = "Account Name is already taken";
 const std::string kIDTaken = "Account ID is already taken";
-const std::string kNoName = "There is no account name specified. It is a compulsory field for an account";
-const std::string kNoID = "There is no ID specified. It is a compulsory field for an account";
 
 class EditorTest : public AccountsTest {
 protected:
@@ -123,21 +121,22 @@ TEST_F(EditorTest, EditsCarryOverAndWaitForSaveAsAdditionsAndDeletionsDo) {
 
 TEST_F(EditorTest, ChecksComeInOrder) {
     editor.Load();
-    const std::string ownID = "' is no account number. Please enter a whole number from 1 to 2147483647, or "
-                              "press Autofill";
+    const std::string noNumber = "' is no account number. Please enter a whole number from 1 to 2147483647, "
+                                 "or press Autofill";
+    const std::string saved = "Account saved successfully";
     const struct {
-        std::string name, id, add, save;
+        std::string name, id, add;
+        std::string save = add;
     } cases[] = {
-        {"  ", "", kNoName, kNoName},
-        {"x", "", kNoID, kNoID},
-        {"bravo", "100004", kNameTaken, kNameTaken},
-        {"x", "100004", kIDTaken, kIDTaken},
-        {"x", "nine", "The ID 'nine" + ownID, "The ID 'nine" + ownID},
-        {"x", "2147483648", "The ID '2147483648" + ownID, "The ID '2147483648" + ownID},
-        {std::string(25, 'n'), "5", "The account name has 25 characters. Please shorten it to 24",
-         "The account name has 25 characters. Please shorten it to 24"},
-        {"alpha", "100001", kNameTaken, "Account saved successfully"},
-        {"CHARLIE", "100001", kIDTaken, "Account saved successfully"},
+        {"  ", "", "There is no account name specified. It is a compulsory field for an account"},
+        {"x", "", "There is no ID specified. It is a compulsory field for an account"},
+        {"bravo", "100004", kNameTaken},
+        {"x", "100004", kIDTaken},
+        {"x", "nine", "The ID 'nine" + noNumber},
+        {"x", "2147483648", "The ID '2147483648" + noNumber},
+        {std::string(25, 'n'), "5", "The account name has 25 characters. Please shorten it to 24"},
+        {"alpha", "100001", kNameTaken, saved},
+        {"CHARLIE", "100001", kIDTaken, saved},
     };
     for (const auto& c : cases) {
         Fill(c.name, c.id);
