@@ -228,14 +228,13 @@ TEST_F(Backup, ATimedBackupRunsAsTheServersFileSays) {
 }
 
 TEST_F(Backup, FailuresAreShownOnceAndTheNextBackupWorks) {
-    const std::string start = "Kerno Tools Error :: [";
     kerno.INIProperty(kBackupOption, "2");
     const auto expectOneBox = [&](const std::string& text) {
         TickWhenDue();
         page.tmrBackup.Tick();
         EXPECT_TRUE(WaitUntil([&] { return !boxes.Seen().empty() && !page.tmrReport.Enabled(); })) << text;
         ASSERT_EQ(boxes.Seen().size(), 1u) << text;
-        EXPECT_TRUE(boxes.Texts()[0].starts_with(start + text)) << boxes.Texts()[0];
+        EXPECT_TRUE(boxes.Texts()[0].starts_with("Kerno Tools Error :: [" + text)) << boxes.Texts()[0];
         EXPECT_EQ(page.clock.Seconds(), 3601);
         boxes.Clear();
     };
@@ -247,7 +246,6 @@ TEST_F(Backup, FailuresAreShownOnceAndTheNextBackupWorks) {
     expectOneBox("53] File not found: ");
     const std::string folder = BackupFolder() + "\\" + Folders()[0];
     EXPECT_TRUE(common::FileExists(folder + "\\amcharacter\\charinfo.MYD"));
-    EXPECT_FALSE(common::FileExists(folder + "\\amcharacter\\flaginfo.frm"));
     std::erase(tables, "amcharacter.flaginfo");
     kerno.INIProperty(kBackupOption, "");
     for (const auto& [kept, number] : {std::pair("many", "13] "), {"-1", "9] "}, {"99999999999", "6] "}}) {
