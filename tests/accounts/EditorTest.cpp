@@ -10,8 +10,6 @@ using Texts = std::vector<std::string>;
 
 const std::string kNameTaken = "Account Name is already taken";
 const std::string kIDTaken = "Account ID is already taken";
-const std::string kNoName = "There is no account name specified. It is a compulsory field for an account";
-const std::string kNoID = "There is no ID specified. It is a compulsory field for an account";
 
 class EditorTest : public AccountsTest {
 protected:
@@ -60,61 +58,85 @@ protected:
 
 } // namespace
 
-TEST_F(EditorTest, ShowsAccountsAndTheirPrivileges) {
+TEST_F(EditorTest, ShowsAccountsAsSoonAsThereIsAServer) {
+    support::WriteFile(folder / "Kerno.ini", "gloginname=\r\n");
+    DeleteFileA(privilegeFile.c_str());
     editor.Load();
+    const std::string notAdvised = "You are advised not to continue as Kerno Tools might not act properly";
+    EXPECT_EQ(Said(),
+              (Texts{"Kerno Tools failed to connect to SQL server. Please make sure you have set up "
+                     "MySQL server properly",
+                     notAdvised,
+                     "Kerno Tools failed to load GM data. Please make sure all files are in proper place",
+                     notAdvised}));
+    EXPECT_EQ(Shown(), "|||0||0000000000000000");
+    support::WriteFile(folder / "Kerno.ini", "gloginname=root\r\n");
+    editor.cmdReload.Press();
     EXPECT_EQ(editor.cboAccountName.ListCount(), 3);
-    EXPECT_EQ(Shown(), "alpha|100001|a|0|a@x|0000000000000000");
-    EXPECT_FALSE(editor.chkWarp.Enabled());
-    Choose("bravo");
-    EXPECT_EQ(Shown(), "bravo|100002|b|1|b@x|1100000000000000");
-    EXPECT_TRUE(editor.chkWarp.Enabled());
-    editor.cmdAutofillID.Press();
-    EXPECT_EQ(editor.txtAccountID.Text(), "100003");
-    editor.cmdGiveAllPrivileges.Press();
-    editor.cmdClearAll.Press();
-    EXPECT_EQ(Shown(), "|||1||1111111111111111");
-    EXPECT_EQ(Said(), Texts());
 }
 
-TEST_F(EditorTest, EditsCarryOverAndSaveSendsThem) {
+TEST_F(EditorTest, EditsCarryOverAndWaitForSaveAsAdditionsAndDeletionsDo) {
     editor.Load();
+    EXPECT_FALSE(editor.chkWarp.Enabled());
     Fill("alpha2", "100009");
     editor.chkIsGM.Value(1);
+    EXPECT_TRUE(editor.chkWarp.Enabled());
     Choose("bravo");
+    EXPECT_EQ(Shown(), "bravo|100002|b|1|b@x|1100000000000000");
     editor.txtAccountPassword.Text("new");
     editor.cboSex.ListIndex(0);
     // A number that changes takes the privileges with it.
-    editor.txtAccountID.Text("100003");
+    editor.cmdAutofillID.Press();
     Choose("alpha2");
     EXPECT_EQ(Shown(), "alpha2|100009|a|0|a@x|1000000000000000");
     EXPECT_EQ(Said(), Texts());
+    Fill(std::string(24, 'd'), "100005");
+    editor.cmdGiveAllPrivileges.Press();
+    editor.cmdAddAccount.Press();
+    EXPECT_EQ(Said(), Texts{"Account Added"});
+    Choose("Charlie");
+    for (const int answer : {IDNO, IDYES}) {
+        boxes.Answer(answer);
+        editor.cmdDeleteAccount.Press();
+        EXPECT_EQ(Said().front(), "Are you sure you want to delete account 'Charlie' ?");
+        EXPECT_EQ(editor.cboAccountName.Names().IndexOf("Charlie") == -1, answer == IDYES);
+    }
     EXPECT_EQ(Table(), before);
     EXPECT_EQ(PrivilegeRows(), std::string("100002") + kBroadcast + "\r\n");
     editor.cmdSave.Press();
     EXPECT_EQ(Said(), Texts{"Account saved successfully"});
-    EXPECT_EQ(Table(), (Texts{"100003|bravo|new|0|b@x", "100004|Charlie|c|0|c@x", "100009|alpha2|a|0|a@x"}));
-    EXPECT_EQ(PrivilegeRows(), std::string("100003") + kBroadcast + "\r\n100009" + kNone + "\r\n");
+    const Texts saved{"100001|bravo|new|0|b@x", "100005|" + std::string(24, 'd') + "|a|0|a@x",
+                      "100009|alpha2|a|0|a@x"};
+    EXPECT_EQ(Table(), saved);
+    EXPECT_EQ(PrivilegeRows(), std::string("100001") + kBroadcast +
+                                   "\r\n100005,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1\r\n100009" + kNone + "\r\n");
+
+    editor.cmdClearAll.Press();
+    EXPECT_EQ(Shown(), "|||0||1000000000000000");
+    Fill("unsaved", "100006");
+    editor.cmdAddAccount.Press();
+    editor.cmdCancel.Press();
+    EXPECT_EQ(Table(), saved);
 }
 
 TEST_F(EditorTest, ChecksComeInOrder) {
     editor.Load();
-    const std::string ownID = "' is no account number. Please enter a whole number from 1 to 2147483647, or "
-                              "press Autofill";
+    const std::string noNumber = "' is no account number. Please enter a whole number from 1 to 2147483647, "
+                                 "or press Autofill";
+    const std::string saved = "Account saved successfully";
     const struct {
-        std::string name, id, add, save;
+        std::string name, id, add;
+        std::string save = add;
     } cases[] = {
-        {"  ", "", kNoName, kNoName},
-        {"x", "", kNoID, kNoID},
-        {"bravo", "100004", kNameTaken, kNameTaken},
-        {"x", "100004", kIDTaken, kIDTaken},
-        {"bravo", "nine", kNameTaken, kNameTaken},
-        {"x", "nine", "The ID 'nine" + ownID, "The ID 'nine" + ownID},
-        {"x", "-5", "The ID '-5" + ownID, "The ID '-5" + ownID},
-        {"x", "2147483648", "The ID '2147483648" + ownID, "The ID '2147483648" + ownID},
-        {std::string(25, 'n'), "5", "The account name has 25 characters. Please shorten it to 24",
-         "The account name has 25 characters. Please shorten it to 24"},
-        {"alpha", "100001", kNameTaken, "Account saved successfully"},
-        {"CHARLIE", "100001", kIDTaken, "Account saved successfully"},
+        {"  ", "", "There is no account name specified. It is a compulsory field for an account"},
+        {"x", "", "There is no ID specified. It is a compulsory field for an account"},
+        {"bravo", "100004", kNameTaken},
+        {"x", "100004", kIDTaken},
+        {"x", "nine", "The ID 'nine" + noNumber},
+        {"x", "2147483648", "The ID '2147483648" + noNumber},
+        {std::string(25, 'n'), "5", "The account name has 25 characters. Please shorten it to 24"},
+        {"alpha", "100001", kNameTaken, saved},
+        {"CHARLIE", "100001", kIDTaken, saved},
     };
     for (const auto& c : cases) {
         Fill(c.name, c.id);
@@ -128,44 +150,6 @@ TEST_F(EditorTest, ChecksComeInOrder) {
     Choose("bravo");
     EXPECT_EQ(Said(), Texts{kNameTaken});
     EXPECT_EQ(Shown(), "CHARLIE|100001|a|0|a@x|0000000000000000");
-}
-
-TEST_F(EditorTest, AnAddWithoutSaveIsGoneAndWithSaveStays) {
-    const auto add = [this] {
-        editor.Load();
-        Fill(std::string(24, 'd'), "100003");
-        editor.chkIsGM.Value(1);
-        editor.cmdGiveAllPrivileges.Press();
-        editor.cmdAddAccount.Press();
-    };
-    add();
-    editor.cmdCancel.Press();
-    EXPECT_EQ(Table(), before);
-    add();
-    EXPECT_EQ(Said(), (Texts{"Account Added", "Account Added"}));
-    editor.cmdSave.Press();
-    EXPECT_EQ(Said(), Texts{"Account saved successfully"});
-    EXPECT_EQ(Table()[2], "100003|" + std::string(24, 'd') + "|a|0|a@x");
-    EXPECT_EQ(PrivilegeRows(),
-              std::string("100002") + kBroadcast + "\r\n100003,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1\r\n");
-}
-
-TEST_F(EditorTest, DeletionsReachTheServerWithTheNextSave) {
-    editor.Load();
-    for (const std::string name : {"alpha", "bravo", "Charlie"}) {
-        Choose(name);
-        boxes.Answer(IDNO);
-        editor.cmdDeleteAccount.Press();
-        EXPECT_EQ(Said(), Texts{"Are you sure you want to delete account '" + name + "' ?"});
-        boxes.Answer(IDYES);
-        editor.cmdDeleteAccount.Press();
-        EXPECT_EQ(Said().back(), "Account deleted.");
-        EXPECT_EQ(editor.cboAccountName.Names().IndexOf(name), -1);
-    }
-    EXPECT_EQ(Table(), before);
-    editor.cmdSave.Press();
-    EXPECT_EQ(Said(), Texts{"Account saved successfully"});
-    EXPECT_EQ(Table(), Texts());
 }
 
 TEST_F(EditorTest, ASaveThatFailsCanBeTriedAgain) {
@@ -192,23 +176,6 @@ TEST_F(EditorTest, ASaveThatFailsCanBeTriedAgain) {
     EXPECT_EQ(editor.txtAccountPassword.Text(), "theirs");
 }
 
-TEST_F(EditorTest, OpensWithoutServerAndPrivilegeFile) {
-    DeleteFileA(privilegeFile.c_str());
-    support::WriteFile(folder / "Kerno.ini", "gloginname=\r\n");
-    editor.Load();
-    const std::string notAdvised = "You are advised not to continue as Kerno Tools might not act properly";
-    EXPECT_EQ(Said(),
-              (Texts{"Kerno Tools failed to connect to SQL server. Please make sure you have set up "
-                     "MySQL server properly",
-                     notAdvised,
-                     "Kerno Tools failed to load GM data. Please make sure all files are in proper place",
-                     notAdvised}));
-    EXPECT_EQ(Shown(), "|||0||0000000000000000");
-    support::WriteFile(folder / "Kerno.ini", "gloginname=root\r\n");
-    editor.cmdReload.Press();
-    EXPECT_EQ(editor.cboAccountName.ListCount(), 3);
-}
-
 TEST_F(EditorTest, TypingFindsANameAndEnterShowsIt) {
     editor.Load();
     editor.Show();
@@ -219,7 +186,7 @@ TEST_F(EditorTest, TypingFindsANameAndEnterShowsIt) {
     Type("ch\r");
     EXPECT_EQ(Shown(), "Charlie|100004|c|0|c@x|0000000000000000");
     Choose("alpha");
-    EXPECT_EQ(Shown(), "alpha|100001|a|0|changed|0000000000000000");
+    EXPECT_EQ(editor.txtEmail.Text(), "changed");
     // A start that was typed before the list is opened is a search; any other text is a new name.
     Type("br");
     Choose("bravo");
@@ -235,8 +202,6 @@ TEST_F(EditorTest, TheSearchBoxWalksToTheEnd) {
     Choose("Charlie");
     editor.cmdFind.Press();
     frmFindAccount& find = *editor.FindBox();
-    find.txtAccountName.Text("  ");
-    find.cmdNext.Press();
     find.txtAccountName.Text("zz");
     EXPECT_EQ(editor.cboAccountName.Text(), "Charlie");
     find.txtAccountName.Text("aL");
@@ -246,7 +211,6 @@ TEST_F(EditorTest, TheSearchBoxWalksToTheEnd) {
         find.cmdNext.Press();
     }
     EXPECT_EQ(Said(), Texts{"There is no more accounts that match"});
-    EXPECT_EQ(editor.txtAccountID.Text(), "100011");
     editor.cmdCancel.Press();
     EXPECT_EQ(editor.FindBox(), nullptr);
 }

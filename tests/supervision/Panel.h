@@ -29,6 +29,10 @@ protected:
         for (const auto& [key, value] : values)
             kTools.INIProperty(key, value);
     }
+    void TurnOn(const std::vector<std::string_view>& keys) {
+        for (const std::string_view key : keys)
+            kTools.INIProperty(key, "1");
+    }
     std::string Log(const std::string& name) const {
         const std::string path = program_ / "kTools\\Logs\\" + name;
         return common::FileExists(path) ? common::ReadFileText(path) : "";
