@@ -35,12 +35,19 @@ protected:
     }
 
     /// Makes the row whose first field is `key` current.
-    void Find(Recordset& in, std::int64_t key) {
-        for (in.MoveFirst(); !in.Eof(); in.MoveNext()) {
-            if (in.Field(0) == Value(key))
-                return;
-        }
-        FAIL() << "no row " << key;
+    void Find(std::int64_t key) {
+        for (set.MoveFirst(); !set.Eof() && !(set.Field(0) == Value(key));)
+            set.MoveNext();
+        ASSERT_FALSE(set.Eof()) << "no row " << key;
+    }
+    void Rename(std::int64_t key, const char* name) {
+        Find(key);
+        set.Field("Name", name);
+    }
+    void Add(std::int64_t key, const char* name) {
+        set.AddNew();
+        set.Field("AID", key);
+        set.Field("Name", name);
     }
 
     Connection own;
@@ -73,16 +80,13 @@ TEST_F(RecordsetTest, ChangesAreKeptUntilTheBatchAndLostWithoutIt) {
     constexpr const char* kColumns = "AID, Name, HEX(Note), Points";
     const Lines before = Stored(kColumns);
     const auto change = [this] {
-        Find(set, 2);
-        set.Field("Name", "b'o\\b\"%");
+        Rename(2, "b'o\\b\"%");
         set.Field("Note", Bytes{std::string("\0'\\\xFF", 4)});
         set.Update();
-        Find(set, 1);
+        Find(1);
         set.Delete();
         EXPECT_EQ(ErrorNumber([&] { set.Field(0); }), kNoCurrentRecord);
-        set.AddNew();
-        set.Field("AID", std::int64_t{4294967295});
-        set.Field("Name", "max");
+        Add(4294967295, "max");
         // A move takes an edit over as Update does.
         set.MoveFirst();
         EXPECT_EQ(set.Field("Name"), Value("b'o\\b\"%"));
@@ -107,16 +111,14 @@ TEST_F(RecordsetTest, ChangesAreKeptUntilTheBatchAndLostWithoutIt) {
 TEST_F(RecordsetTest, ChangesAreSentInTheOrderTheyWereMade) {
     // Two rows swap their keys by way of a third number; a row takes the key of one that was deleted.
     for (const auto& [from, to] : {std::pair{1, 99}, {2, 1}, {99, 2}}) {
-        Find(set, from);
+        Find(from);
         set.Field(0, to);
         set.Update();
     }
-    Find(set, 3);
+    Find(3);
     set.Delete();
     for (const int key : {3, 4, 5}) {
-        set.AddNew();
-        set.Field("AID", key);
-        set.Field("Name", "new");
+        Add(key, "new");
         set.Update();
     }
     set.Delete();
@@ -141,10 +143,8 @@ TEST_F(RecordsetTest, WhatSomebodyElseDidIsReportedAndNotOverwritten) {
     root.Execute("UPDATE glogin.account SET Points=1 WHERE AID=3");
 
     set.Field("Name", "gone");
-    Find(set, 2);
-    set.Field("Name", "mine");
-    Find(set, 3);
-    set.Field("Name", "kept");
+    Rename(2, "mine");
+    Rename(3, "kept");
     set.AddNew();
     set.Field("AID", 3);
     set.Update();
@@ -181,9 +181,7 @@ TEST_F(RecordsetTest, RowsWithoutAKeyAreAddressedByAllTheyHeld) {
 
 TEST_F(RecordsetTest, RowsThatTheServerRefusesStayAndTheOthersArrive) {
     for (int key = 1; key <= 2500; ++key) {
-        set.AddNew();
-        set.Field("AID", key + 2);
-        set.Field("Name", key == 1234 ? "a name that is longer than 24" : "row");
+        Add(key + 2, key == 1234 ? "a name that is longer than 24" : "row");
         set.Field("Note", Bytes{std::string(static_cast<std::size_t>(key), 'x')});
         set.Update();
     }
@@ -197,16 +195,13 @@ TEST_F(RecordsetTest, AServerKilledInTheMiddleOfABatchLosesNothing) {
     // The trigger holds the batch up at row 50 until the server is dead.
     root.Execute("CREATE TRIGGER glogin.hold BEFORE INSERT ON glogin.account FOR EACH ROW "
                  "IF NEW.AID = 50 THEN SET NEW.Points = SLEEP(60); END IF");
-    Find(set, 2);
+    Find(2);
     set.Delete();
     for (int key = 10; key <= 100; ++key) {
-        set.AddNew();
-        set.Field("AID", key);
-        set.Field("Name", "row");
+        Add(key, "row");
         set.Update();
     }
-    Find(set, 1);
-    set.Field("Name", "last");
+    Rename(1, "last");
     set.Update();
     {
         std::unique_ptr<support::ServerDown> down;

@@ -1,3 +1,4 @@
+#include "common/Handle.h"
 #include "servers/modServerControl.h"
 #include "support/Servers.h"
 #include "support/Wait.h"
@@ -12,22 +13,14 @@ using support::ServerFolder;
 namespace {
 
 /// A window of the test program with a server's class and any title.
-class FakeWindow {
-public:
-    FakeWindow(const char* windowClass, const std::string& title) {
-        WNDCLASSA kind{};
-        kind.lpfnWndProc = DefWindowProcA;
-        kind.lpszClassName = windowClass;
-        RegisterClassA(&kind);
-        window_ = CreateWindowExA(0, windowClass, title.c_str(), WS_POPUP, 0, 0, 9, 9, nullptr, nullptr,
-                                  nullptr, nullptr);
-    }
-    ~FakeWindow() { DestroyWindow(window_); }
-    operator HWND() const { return window_; }
-
-private:
-    HWND window_;
-};
+common::Handle<HWND, DestroyWindow> FakeWindow(const char* windowClass, const std::string& title) {
+    WNDCLASSA kind{};
+    kind.lpfnWndProc = DefWindowProcA;
+    kind.lpszClassName = windowClass;
+    RegisterClassA(&kind);
+    return common::Handle<HWND, DestroyWindow>(CreateWindowExA(0, windowClass, title.c_str(), WS_POPUP, 0, 0,
+                                                               9, 9, nullptr, nullptr, nullptr, nullptr));
+}
 
 TEST(Detection, TellsServersByTheirTitles) {
     struct Case {
@@ -49,15 +42,15 @@ TEST(Detection, TellsServersByTheirTitles) {
     };
     ServerDetectionMethod(kDetectByTitle);
     for (const Case& c : cases) {
-        const FakeWindow login("TForm1", c.title);
-        const FakeWindow zone("TfrmMain", c.title);
+        const auto login = FakeWindow("TForm1", c.title);
+        const auto zone = FakeWindow("TfrmMain", c.title);
         EXPECT_EQ(IsLoginRunning(), c.login) << c.title;
         EXPECT_EQ(IsCharacterRunning(), c.character) << c.title;
         EXPECT_EQ(IsZoneRunning(), c.zone) << c.title;
     }
-    const FakeWindow app("TApplication", "Kerno Zone");
-    const FakeWindow shortApp("TApplication", "Kerno Zon");
-    EXPECT_TRUE(IsZoneAppWindow(app) && !IsZoneAppWindow(shortApp));
+    const auto app = FakeWindow("TApplication", "Kerno Zone");
+    const auto shortApp = FakeWindow("TApplication", "Kerno Zon");
+    EXPECT_TRUE(IsZoneAppWindow(app.get()) && !IsZoneAppWindow(shortApp.get()));
 }
 
 TEST(Detection, FindsTheThreeServersByEitherMethodAndByNoOther) {

@@ -52,20 +52,15 @@ unsigned ButtonsOf(HWND box) {
 }
 
 unsigned IconOf(HWND box) {
-    HICON shown = nullptr;
-    for (HWND child = GetWindow(box, GW_CHILD); child && !shown; child = GetWindow(child, GW_HWNDNEXT))
-        if (IsShown(child))
-            shown = reinterpret_cast<HICON>(SendMessageA(child, STM_GETICON, 0, 0));
-    const struct {
-        unsigned style;
-        LPCSTR icon;
-    } kinds[] = {{MB_ICONERROR, IDI_ERROR},
-                 {MB_ICONQUESTION, IDI_QUESTION},
-                 {MB_ICONEXCLAMATION, IDI_EXCLAMATION},
-                 {MB_ICONINFORMATION, IDI_INFORMATION}};
-    for (const auto& kind : kinds)
-        if (shown && LoadIconA(nullptr, kind.icon) == shown)
-            return kind.style;
+    for (HWND child = GetWindow(box, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
+        const LRESULT icon = IsShown(child) ? SendMessageA(child, STM_GETICON, 0, 0) : 0;
+        for (const auto& [style, name] : {std::pair<unsigned, LPCSTR>{MB_ICONERROR, IDI_ERROR},
+                                          {MB_ICONQUESTION, IDI_QUESTION},
+                                          {MB_ICONEXCLAMATION, IDI_EXCLAMATION},
+                                          {MB_ICONINFORMATION, IDI_INFORMATION}})
+            if (icon && LoadIconA(nullptr, name) == reinterpret_cast<HICON>(icon))
+                return style;
+    }
     return 0;
 }
 
