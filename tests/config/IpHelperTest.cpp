@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <cwchar>
 
 namespace {
 
@@ -36,30 +35,15 @@ TEST(IpHelper, DecodesARow) {
     EXPECT_EQ(decoded.InterfaceDescription(), std::string(256, 'd'));
     EXPECT_EQ(decoded.AdapterAddress(), "00-05-AB-FF-10-0A");
     EXPECT_EQ(decoded.OutputQueueLength(), -1);
-    const std::int32_t numbers[] = {decoded.InterfaceIndex(),
-                                    decoded.InterfaceType(),
-                                    decoded.MaximumTransmissionUnit(),
-                                    decoded.Speed(),
-                                    decoded.AdminStatus(),
-                                    decoded.OperationalStatus(),
-                                    decoded.LastChange(),
-                                    decoded.OctetsReceived(),
-                                    decoded.UnicastPacketsReceived(),
-                                    decoded.NonunicastPacketsReceived(),
-                                    decoded.DiscardedIncomingPackets(),
-                                    decoded.IncomingErrors(),
-                                    decoded.UnknownProtocolPackets(),
-                                    decoded.OctetsSent(),
-                                    decoded.UnicastPacketsSent(),
-                                    decoded.NonunicastPacketsSent(),
-                                    decoded.DiscardedOutgoingPackets(),
-                                    decoded.OutgoingErrors()};
     // 128 places of the name come first; the address and its length take three after the speed.
-    std::int32_t place = 128;
-    for (const std::int32_t number : numbers) {
+    for (const auto& [number, place] : {std::pair{decoded.InterfaceIndex(), 128},
+                                        {decoded.Speed(), 131},
+                                        {decoded.AdminStatus(), 135},
+                                        {decoded.OctetsReceived(), 138},
+                                        {decoded.IncomingErrors(), 142},
+                                        {decoded.OctetsSent(), 144},
+                                        {decoded.OutgoingErrors(), 148}})
         EXPECT_EQ(number, place);
-        place += place == 131 ? 4 : 1;
-    }
     row.dwPhysAddrLen = 0;
     row.wszName[0] = 0;
     decoded = config::InterfaceOfRow(row);
@@ -73,40 +57,20 @@ TEST(IpHelper, TotalsLeaveLoopBackOutAndStayAtAnOverflow) {
     CInterfaces interfaces;
     helper.InitInterfaces(interfaces, rows);
     EXPECT_EQ(interfaces.Count(), 5u);
+    interfaces.Remove(2);
+    EXPECT_EQ(interfaces.Item(2).InterfaceDescription(), "wlan");
+    EXPECT_THROW(interfaces.Item(0), RuntimeError);
     EXPECT_EQ(helper.BytesReceived(), 1005);
     EXPECT_EQ(helper.BytesSent(), 2147483647);
-    helper.InitInterfaces(interfaces, std::span(rows).subspan(1, 1));
-    EXPECT_EQ(helper.BytesReceived() + helper.BytesSent(), 0);
-}
-
-TEST(IpHelper, CollectionTakesOverAndCountsFromOne) {
-    CInterfaces interfaces;
-    for (const int index : {10, 20, 30}) {
-        auto mine = std::make_unique<CInterface>();
-        mine->InterfaceIndex(index);
-        EXPECT_EQ(interfaces.Add(mine).InterfaceIndex(), index);
-        EXPECT_EQ(mine, nullptr);
-    }
-    interfaces.Remove(2);
-    EXPECT_EQ(interfaces.Item(2).InterfaceIndex(), 30);
-    EXPECT_THROW(interfaces.Item(0), RuntimeError);
-    EXPECT_THROW(interfaces.Remove(3), RuntimeError);
-    int sum = 0;
-    for (const CInterface& each : interfaces.NewEnum())
-        sum += each.InterfaceIndex();
-    EXPECT_EQ(sum, 40);
 }
 
 TEST(IpHelper, ReadsTheMachinesOwnTableAfreshAtEachUse) {
     CIpHelper helper;
     const auto first = helper.Interfaces();
     ASSERT_GE(first->Count(), 1u);
-    bool named = true;
     for (const CInterface& each : first->NewEnum())
-        named = named && !each.InterfaceDescription().empty();
-    EXPECT_TRUE(named);
+        EXPECT_NE(each.InterfaceDescription(), "");
     EXPECT_NE(helper.Interfaces(), first);
-    EXPECT_EQ(helper.Interfaces()->Count(), first->Count());
 }
 
 } // namespace

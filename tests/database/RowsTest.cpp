@@ -2,6 +2,8 @@
 #include "database/Odbc.h"
 #include "support/Database.h"
 
+#include <numeric>
+
 namespace {
 
 using namespace database;
@@ -13,16 +15,8 @@ protected:
         DatabaseTest::SetUp();
         root.Execute("CREATE DATABASE glogin");
         root.Execute("USE glogin;");
-        root.Execute("FLUSH TABLES;");
     }
 };
-
-std::string AllBytes() {
-    std::string bytes;
-    for (int i = 0; i < 256; ++i)
-        bytes.push_back(static_cast<char>(i));
-    return bytes;
-}
 
 TEST_F(RowsTest, EveryTypeArrivesAsItsValue) {
     const struct {
@@ -31,50 +25,29 @@ TEST_F(RowsTest, EveryTypeArrivesAsItsValue) {
         Value value;
     } cases[] = {
         {"int(6) unsigned", "4294967295", std::int64_t{4294967295}},
-        {"int(6) unsigned", "0", 0},
         {"int(6)", "-2147483648", -2147483647 - 1},
-        {"tinyint", "-128", -128},
         {"tinyint unsigned", "255", 255},
-        {"smallint unsigned", "65535", 65535},
-        {"mediumint", "-8388608", -8388608},
         {"bigint", "-9223372036854775808", std::numeric_limits<std::int64_t>::min()},
         {"bigint unsigned", "18446744073709551615", "18446744073709551615"},
         {"year", "2004", 2004},
         {"bit(1)", "1", 1},
         {"decimal(30,10)", "12345678901234567890.0123456789", "12345678901234567890.0123456789"},
         {"float", "0.1", double{0.1F}},
-        {"double", "0.1", 0.1},
         {"double", "1.7976931348623157e308", 1.7976931348623157e308},
-        {"date", "'2004-02-29'", "2004-02-29"},
         {"date", "'0000-00-00'", "0000-00-00"},
-        {"datetime", "'2004-02-29 23:59:58'", "2004-02-29 23:59:58"},
-        {"datetime", "'0000-00-00 00:00:00'", "0000-00-00 00:00:00"},
         {"datetime(6)", "'2004-02-29 23:59:58.000123'", "2004-02-29 23:59:58.000123"},
         {"timestamp", "'2004-02-29 23:59:58'", "2004-02-29 23:59:58"},
-        {"time", "'23:59:58'", "23:59:58"},
-        {"time", "'838:59:59'", "838:59:59"},
         {"time", "'-01:02:03'", "-01:02:03"},
-        {"char(4)", "'ab'", "ab"},
         {"varchar(24)", "''", ""},
         {"varchar(24)", "0x4BF66E6967E420274F225C25", "K\xF6nig\xE4 'O\"\\%"},
         {"varchar(3) charset utf8mb4", "0xE282ACE282ACE282AC", "\x80\x80\x80"},
         {"enum('a','b')", "'b'", "b"},
-        {"set('a','b')", "'a,b'", "a,b"},
-        {"text", "REPEAT('x', 65535)", std::string(65535, 'x')},
         {"longtext", "REPEAT('y', 200001)", std::string(200001, 'y')},
-        {"mediumblob", "REPEAT(0x00FF, 150000)", Bytes{[] {
-             std::string bytes;
-             for (int i = 0; i < 150000; ++i)
-                 bytes += std::string("\0\xFF", 2);
-             return bytes;
-         }()}},
+        {"mediumblob", "REPEAT(0x00, 300000)", Bytes{std::string(300000, '\0')}},
         {"binary(3)", "0x00FF00", Bytes{std::string("\0\xFF\0", 3)}},
         {"blob", "''", Bytes{}},
         {"varchar(24)", "NULL", {}},
-        {"blob", "NULL", {}},
-        {"longblob", "NULL", {}},
         {"int(6)", "NULL", {}},
-        {"datetime", "NULL", {}},
     };
     root.Execute("SET sql_mode=''");
     for (const auto& c : cases) {
@@ -100,16 +73,18 @@ TEST_F(RowsTest, EveryTypeArrivesAsItsValue) {
 }
 
 TEST_F(RowsTest, BlocksReachAnotherServerByEveryWayOfSending) {
-    root.Execute(
-        "CREATE TABLE t (id int unsigned NOT NULL PRIMARY KEY, name varchar(24), data blob, r double)");
+    const std::string columns =
+        "t (id int unsigned NOT NULL PRIMARY KEY, name varchar(24), data blob, r double)";
+    root.Execute("CREATE TABLE " + columns);
     remote.Execute("CREATE DATABASE bk");
-    remote.Execute(
-        "CREATE TABLE bk.t (id int unsigned NOT NULL PRIMARY KEY, name varchar(24), data blob, r double)");
+    remote.Execute("CREATE TABLE bk." + columns);
+    std::string allBytes(256, '\0');
+    std::iota(allBytes.begin(), allBytes.end(), '\0');
     // Lengths from none to the longest, so that blocks and arrays are cut at odd places.
     RowReader bytes(root,
                     "INSERT INTO t SELECT seq * 7158278, IF(seq % 7 = 0, NULL, CONCAT('na''me', seq)), "
                     "IF(seq % 5 = 0, NULL, REPEAT(?, (seq % 256))), seq / 3 FROM seq_0_to_599",
-                    {Bytes{AllBytes()}});
+                    {Bytes{allBytes}});
     const auto source = Rows(root, "CHECKSUM TABLE glogin.t");
     for (const bool arrays : {true, false}) {
         remote.Execute("DELETE FROM bk.t");

@@ -5,7 +5,6 @@
 #include "gui/Lists.h"
 #include "gui/Menu.h"
 #include "gui/Picture.h"
-#include "gui/TabPanel.h"
 #include "gui/Text.h"
 #include "gui/Timer.h"
 
@@ -14,21 +13,7 @@
 #include <string>
 #include <vector>
 
-class fraFirst final : public gui::TabPage {
-public:
-    explicit fraFirst(gui::TabPanel& panel) : TabPage(panel, IDD_fraFirst) {}
-    gui::TextBox txtInside{*this, IDC_fraFirst_txtInside};
-
-private:
-    void Form_Load() override { txtInside.Text("loaded"); }
-};
-
-class fraSecond final : public gui::TabPage {
-public:
-    explicit fraSecond(gui::TabPanel& panel) : TabPage(panel, IDD_fraSecond) {}
-};
-
-/// A form with one control of each kind that writes down every event, and runs what a test plugs in.
+/// A form that writes down every event, and runs what a test plugs in.
 class frmSample final : public gui::Form {
 public:
     frmSample() : Form(IDD_frmSample) {}
@@ -49,15 +34,9 @@ public:
                          &frmSample::txtText_KeyPress};
     gui::ListBox lstNames{*this, IDC_frmSample_lstNames, &frmSample::lstNames_Click};
     gui::ComboBox cboNames{*this, IDC_frmSample_cboNames, &frmSample::cboNames_Click};
-    gui::RichTextBox rtfLog{*this, IDC_frmSample_rtfLog};
     gui::Picture picMap{*this, IDC_frmSample_picMap, &frmSample::picMap_MouseDown};
     gui::Shape shpMark{picMap, 9};
-    gui::TabPanel mstTabs{*this, IDC_frmSample_mstTabs, &frmSample::mstTabs_Click};
-    fraFirst first{mstTabs};
-    fraSecond second{mstTabs};
     gui::MenuItem mnuInBar{*this, IDM_frmSample_mnuInBar, &frmSample::mnuInBar_Click};
-    gui::PopupMenu mnuPopup{*this, IDR_frmSample_mnuPopup};
-    gui::MenuItem mnuInPopup{*this, IDM_frmSample_mnuInPopup};
     gui::Timer tmrTick{*this, std::chrono::milliseconds(10), &frmSample::tmrTick_Timer, false};
     gui::Timer tmrOther{*this, std::chrono::milliseconds(10), &frmSample::tmrOther_Timer, false};
 
@@ -94,7 +73,6 @@ private:
     void lstNames_Click() { Note("lstNames"); }
     void cboNames_Click() { Note("cboNames"); }
     void picMap_MouseDown(gui::MouseButton, int, int) { Note("picMap"); }
-    void mstTabs_Click() { Note("mstTabs"); }
     void mnuInBar_Click() { Note("mnuInBar"); }
     void tmrTick_Timer() {
         Note("tick");

@@ -9,15 +9,8 @@
 #define IDC_frmSample_txtText 9006
 #define IDC_frmSample_lstNames 9007
 #define IDC_frmSample_cboNames 9008
-#define IDC_frmSample_rtfLog 9009
 #define IDC_frmSample_picMap 9010
 #define IDC_frmSample_fraBox 9011
-#define IDC_frmSample_mstTabs 9012
 #define IDR_frmSample_bar 9020
-#define IDR_frmSample_mnuPopup 9021
 #define IDM_frmSample_mnuInBar 9022
-#define IDM_frmSample_mnuInPopup 9023
-#define IDD_fraFirst 9030
-#define IDC_fraFirst_txtInside 9031
-#define IDD_fraSecond 9040
 #define IDC_frmSample_notInTemplate 9099

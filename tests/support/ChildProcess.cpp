@@ -6,11 +6,11 @@
 
 #include <atomic>
 #include <chrono>
+#include <future>
 #include <map>
 #include <random>
 #include <stdexcept>
 #include <string_view>
-#include <thread>
 #include <vector>
 
 namespace support {
@@ -107,17 +107,11 @@ void KillDuring(const std::string& name, int times, const std::function<void(con
         }
     };
     const std::vector<TempFolder> folders(kLanes);
-    std::vector<std::thread> lanes;
+    std::vector<std::future<void>> lanes;
     for (unsigned lane = 0; lane < kLanes; ++lane)
-        lanes.emplace_back([&, lane] {
-            try {
-                killInTurn(folders[lane].Path(), lane);
-            } catch (const std::exception& error) {
-                ADD_FAILURE() << error.what();
-            }
-        });
-    for (std::thread& lane : lanes)
-        lane.join();
+        lanes.push_back(std::async(std::launch::async, killInTurn, folders[lane].Path(), lane));
+    for (auto& lane : lanes)
+        lane.get();
 }
 
 } // namespace support

@@ -20,8 +20,6 @@ public:
     /// Returns when the entry is about to run. Throws std::runtime_error when it does not get that far.
     ChildProcess(const std::string& name, const std::string& folder);
     ~ChildProcess();
-    ChildProcess(const ChildProcess&) = delete;
-    ChildProcess& operator=(const ChildProcess&) = delete;
 
     /// Ends it at once, wherever it is, and returns when it is gone.
     void Kill();

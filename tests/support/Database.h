@@ -32,7 +32,6 @@ public:
     explicit ServerDown(const std::string& host = kLocalServer);
     ~ServerDown();
     ServerDown(const ServerDown&) = delete;
-    ServerDown& operator=(const ServerDown&) = delete;
 
 private:
     std::string folder_;

@@ -12,6 +12,7 @@ namespace {
 // The box has no identifier that tells it from other dialogs; its children's ids do.
 constexpr int kTextId = 0xFFFF;
 constexpr int kLastButton = IDCONTINUE;
+constexpr const char* kSeen = "kToolsSeenBox";
 
 MessageBoxes* innermost = nullptr;
 
@@ -41,42 +42,25 @@ bool IsMessageBox(HWND window) {
 }
 
 unsigned ButtonsOf(HWND box) {
-    unsigned shown = 0;
-    for (int id = IDOK; id <= kLastButton; ++id)
-        if (IsShown(GetDlgItem(box, id)))
-            shown |= 1u << id;
-    const struct {
-        unsigned style;
-        unsigned buttons;
-    } kinds[] = {{MB_OK, 1u << IDOK},
-                 {MB_OKCANCEL, 1u << IDOK | 1u << IDCANCEL},
-                 {MB_YESNO, 1u << IDYES | 1u << IDNO},
-                 {MB_YESNOCANCEL, 1u << IDYES | 1u << IDNO | 1u << IDCANCEL},
-                 {MB_RETRYCANCEL, 1u << IDRETRY | 1u << IDCANCEL},
-                 {MB_ABORTRETRYIGNORE, 1u << IDABORT | 1u << IDRETRY | 1u << IDIGNORE}};
-    for (const auto& kind : kinds)
-        // The only button of a plain box has the id of Cancel on some systems, so that Esc presses it.
-        if (kind.buttons == shown || (kind.style == MB_OK && shown == 1u << IDCANCEL))
-            return kind.style;
-    ADD_FAILURE() << "a message box with unknown buttons";
-    return MB_OK;
+    const auto has = [box](int id) { return IsShown(GetDlgItem(box, id)); };
+    if (has(IDYES))
+        return has(IDCANCEL) ? MB_YESNOCANCEL : MB_YESNO;
+    if (has(IDRETRY))
+        return has(IDABORT) ? MB_ABORTRETRYIGNORE : MB_RETRYCANCEL;
+    // The only button of a plain box has the id of Cancel on some systems, so that Esc presses it.
+    return has(IDOK) && has(IDCANCEL) ? MB_OKCANCEL : MB_OK;
 }
 
 unsigned IconOf(HWND box) {
-    HICON shown = nullptr;
-    for (HWND child = GetWindow(box, GW_CHILD); child && !shown; child = GetWindow(child, GW_HWNDNEXT))
-        if (IsShown(child))
-            shown = reinterpret_cast<HICON>(SendMessageA(child, STM_GETICON, 0, 0));
-    const struct {
-        unsigned style;
-        LPCSTR icon;
-    } kinds[] = {{MB_ICONERROR, IDI_ERROR},
-                 {MB_ICONQUESTION, IDI_QUESTION},
-                 {MB_ICONEXCLAMATION, IDI_EXCLAMATION},
-                 {MB_ICONINFORMATION, IDI_INFORMATION}};
-    for (const auto& kind : kinds)
-        if (shown && LoadIconA(nullptr, kind.icon) == shown)
-            return kind.style;
+    for (HWND child = GetWindow(box, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
+        const LRESULT icon = IsShown(child) ? SendMessageA(child, STM_GETICON, 0, 0) : 0;
+        for (const auto& [style, name] : {std::pair<unsigned, LPCSTR>{MB_ICONERROR, IDI_ERROR},
+                                          {MB_ICONQUESTION, IDI_QUESTION},
+                                          {MB_ICONEXCLAMATION, IDI_EXCLAMATION},
+                                          {MB_ICONINFORMATION, IDI_INFORMATION}})
+            if (icon && LoadIconA(nullptr, name) == reinterpret_cast<HICON>(icon))
+                return style;
+    }
     return 0;
 }
 
@@ -93,8 +77,6 @@ MessageBoxes::MessageBoxes() : outer_(innermost) {
 
 MessageBoxes::~MessageBoxes() {
     UnhookWindowsHookEx(hook_);
-    for (const OpenBox& box : open_)
-        KillTimer(nullptr, box.timer);
     innermost = outer_;
     EXPECT_TRUE(replies_.empty()) << replies_.size() << " prepared answers were not asked for";
 }
@@ -118,43 +100,35 @@ LRESULT CALLBACK MessageBoxes::Hook(int code, WPARAM wParam, LPARAM lParam) {
 }
 
 void MessageBoxes::Activated(HWND window) {
-    std::erase_if(open_, [](const OpenBox& box) { return !IsWindow(box.window); });
-    if (std::ranges::count(open_, window, &OpenBox::window) || !IsMessageBox(window))
+    if (GetPropA(window, kSeen) || !IsMessageBox(window))
         return;
-    const unsigned buttons = ButtonsOf(window);
-    seen_.push_back({WindowText(window), WindowText(GetDlgItem(window, kTextId)), buttons | IconOf(window)});
+    SetPropA(window, kSeen, window);
+    seen_.push_back(
+        {WindowText(window), WindowText(GetDlgItem(window, kTextId)), ButtonsOf(window) | IconOf(window)});
     // Answered from the box's own message loop: here it is still coming up.
-    open_.push_back({window, SetTimer(nullptr, 0, USER_TIMER_MINIMUM, OnTimer), buttons != MB_OK});
+    SetTimer(window, 0x6B54, USER_TIMER_MINIMUM, [](HWND box, UINT, UINT_PTR timer, DWORD) {
+        KillTimer(box, timer);
+        if (innermost)
+            innermost->Press(box);
+    });
 }
 
-void CALLBACK MessageBoxes::OnTimer(HWND /*window*/, UINT /*message*/, UINT_PTR timer, DWORD /*time*/) {
-    KillTimer(nullptr, timer);
-    if (!innermost)
-        return;
-    const auto found = std::ranges::find(innermost->open_, timer, &OpenBox::timer);
-    if (found != innermost->open_.end())
-        innermost->Press(OpenBox(*found));
-}
-
-void MessageBoxes::Press(const OpenBox& box) {
-    Reply reply{box.question ? 0 : IDOK, {}};
-    if (!replies_.empty() && (box.question || replies_.front().button == IDOK)) {
+void MessageBoxes::Press(HWND box) {
+    const bool question = ButtonsOf(box) != MB_OK;
+    Reply reply{question ? 0 : IDOK, {}};
+    if (!replies_.empty() && (question || replies_.front().button == IDOK)) {
         reply = std::move(replies_.front());
         replies_.pop_front();
-    } else if (box.question) {
-        ADD_FAILURE() << "no answer was prepared for: " << seen_.back();
     }
     if (reply.meanwhile)
         reply.meanwhile();
-    if (!IsWindow(box.window))
+    if (!IsWindow(box))
         return;
-    int button = reply.button;
-    if (box.question && !IsShown(GetDlgItem(box.window, button))) {
-        EXPECT_EQ(button, 0) << "the box has no such button";
-        button =
-            GetDlgItem(box.window, IDCANCEL) && IsShown(GetDlgItem(box.window, IDCANCEL)) ? IDCANCEL : IDNO;
+    if (question && !IsShown(GetDlgItem(box, reply.button))) {
+        ADD_FAILURE() << "no answer was prepared for: " << WindowText(GetDlgItem(box, kTextId));
+        reply.button = IsShown(GetDlgItem(box, IDCANCEL)) ? IDCANCEL : IDNO;
     }
-    PostMessageA(box.window, WM_COMMAND, MAKEWPARAM(button, BN_CLICKED), 0);
+    PostMessageA(box, WM_COMMAND, MAKEWPARAM(reply.button, BN_CLICKED), 0);
 }
 
 } // namespace support

@@ -10,8 +10,7 @@
 
 namespace support {
 
-/// A message box as the user saw it. `style` has its buttons and its icon in the platform's MB_ values; MB_OK
-/// without an icon is 0.
+/// A message box as the user saw it. `style` has its buttons and its icon in the platform's MB_ values.
 struct SeenBox {
     std::string title;
     std::string text;
@@ -29,7 +28,6 @@ public:
     MessageBoxes();
     ~MessageBoxes();
     MessageBoxes(const MessageBoxes&) = delete;
-    MessageBoxes& operator=(const MessageBoxes&) = delete;
 
     /// The button (IDYES and so on) for the next box that has none yet. `meanwhile` runs while that box is
     /// open; where it makes the box vanish, nothing is pressed.
@@ -37,9 +35,7 @@ public:
 
     /// The boxes so far, in the order in which they came up.
     const std::vector<SeenBox>& Seen() const { return seen_; }
-    /// Their texts.
     std::vector<std::string> Texts() const;
-    /// Forgets the boxes so far.
     void Clear() { seen_.clear(); }
 
 private:
@@ -47,21 +43,14 @@ private:
         int button;
         std::function<void()> meanwhile;
     };
-    struct OpenBox {
-        HWND window;
-        UINT_PTR timer;
-        bool question;
-    };
 
     static LRESULT CALLBACK Hook(int code, WPARAM wParam, LPARAM lParam);
-    static void CALLBACK OnTimer(HWND window, UINT message, UINT_PTR timer, DWORD time);
     void Activated(HWND window);
-    void Press(const OpenBox& box);
+    void Press(HWND box);
 
     HHOOK hook_ = nullptr;
     MessageBoxes* outer_ = nullptr;
     std::deque<Reply> replies_;
-    std::vector<OpenBox> open_;
     std::vector<SeenBox> seen_;
 };
 

@@ -8,7 +8,7 @@
 #include <tlhelp32.h>
 
 #include <filesystem>
-#include <functional>
+#include <vector>
 
 namespace support {
 
@@ -23,23 +23,25 @@ std::string ImagePath(DWORD process) {
     return handle && QueryFullProcessImageNameA(handle.get(), 0, path, &size) ? std::string(path, size) : "";
 }
 
-/// Calls `visit` with every process whose image path starts with `start`, in any letter case.
-void ForEachProcess(const std::string& start, const std::function<void(DWORD)>& visit) {
+/// The processes whose image path starts with `start`, in any letter case.
+std::vector<DWORD> Processes(const std::string& start) {
     const Handle snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
     PROCESSENTRY32 entry;
     entry.dwSize = sizeof entry;
+    std::vector<DWORD> found;
     for (BOOL more = Process32First(snapshot.get(), &entry); more;
          more = Process32Next(snapshot.get(), &entry))
         if (common::EqualsIgnoreCase(ImagePath(entry.th32ProcessID).substr(0, start.size()), start))
-            visit(entry.th32ProcessID);
+            found.push_back(entry.th32ProcessID);
+    return found;
 }
 
 void KillProcesses(const std::string& start) {
-    ForEachProcess(start, [](DWORD process) {
+    for (const DWORD process : Processes(start)) {
         const Handle handle(OpenProcess(PROCESS_TERMINATE | SYNCHRONIZE, FALSE, process));
         TerminateProcess(handle.get(), 1);
         WaitForSingleObject(handle.get(), 10'000);
-    });
+    }
 }
 
 bool BelongsTo(HWND window, const std::string& start) {
@@ -80,14 +82,14 @@ ServerFolder::~ServerFolder() {
     modServerControl::ServerDetectionMethod(modServerControl::kDetectByTitle);
 }
 
-HWND ServerFolder::Launch(Server server) const {
-    return Launch(server, modServerControl::ComponentOf(server).executable);
+std::string ServerFolder::ImageOf(Server server) const {
+    return path_ + modServerControl::ComponentOf(server).executable;
 }
 
 HWND ServerFolder::Launch(Server server, const std::string& fileName) const {
-    const std::string path = path_ + fileName;
+    const std::string path = fileName.empty() ? ImageOf(server) : path_ + fileName;
     if (!std::filesystem::exists(path))
-        std::filesystem::copy_file(path_ + modServerControl::ComponentOf(server).executable, path);
+        std::filesystem::copy_file(ImageOf(server), path);
     STARTUPINFOA startup{};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION started{};
@@ -103,13 +105,11 @@ HWND ServerFolder::Launch(Server server, const std::string& fileName) const {
 }
 
 HWND ServerFolder::MainWindow(Server server) const {
-    const auto& component = modServerControl::ComponentOf(server);
-    return FindWindowOf(path_ + component.executable, component.mainWindowClass);
+    return FindWindowOf(ImageOf(server), modServerControl::ComponentOf(server).mainWindowClass);
 }
 
 HWND ServerFolder::AppWindow(Server server) const {
-    return FindWindowOf(path_ + modServerControl::ComponentOf(server).executable,
-                        modServerControl::kApplicationWindowClass);
+    return FindWindowOf(ImageOf(server), modServerControl::kApplicationWindowClass);
 }
 
 HWND ServerFolder::Child(Server server, const char* windowClass) const {
@@ -117,9 +117,7 @@ HWND ServerFolder::Child(Server server, const char* windowClass) const {
 }
 
 int ServerFolder::Instances(Server server) const {
-    int count = 0;
-    ForEachProcess(path_ + modServerControl::ComponentOf(server).executable, [&](DWORD) { ++count; });
-    return count;
+    return static_cast<int>(Processes(ImageOf(server)).size());
 }
 
 void ServerFolder::Command(Server server, standin::Command command, int number) const {
@@ -137,7 +135,7 @@ int ServerFolder::DialogCount() const {
 }
 
 void ServerFolder::Kill(Server server) const {
-    KillProcesses(path_ + modServerControl::ComponentOf(server).executable);
+    KillProcesses(ImageOf(server));
 }
 
 void ServerFolder::KillAll() const {

@@ -19,15 +19,12 @@ class ServerFolder {
 public:
     ServerFolder();
     ~ServerFolder();
-    ServerFolder(const ServerFolder&) = delete;
-    ServerFolder& operator=(const ServerFolder&) = delete;
 
     /// Full path, ending in a backslash, with a blank in it.
     const std::string& Path() const { return path_; }
 
     /// Starts the server, also under another file name, and returns its main window; null when none came.
-    HWND Launch(Server server) const;
-    HWND Launch(Server server, const std::string& fileName) const;
+    HWND Launch(Server server, const std::string& fileName = {}) const;
 
     /// The main window, application window and first child of a class in the main window, whatever the
     /// current detection method: by the process that runs from this folder. Null for none.
@@ -50,6 +47,8 @@ public:
     void KillAll() const;
 
 private:
+    std::string ImageOf(Server server) const;
+
     TempFolder temp_;
     std::string path_;
 };

@@ -11,7 +11,6 @@ public:
     TempFolder();
     ~TempFolder();
     TempFolder(const TempFolder&) = delete;
-    TempFolder& operator=(const TempFolder&) = delete;
 
     /// Full path without a trailing backslash.
     const std::string& Path() const { return path_; }
