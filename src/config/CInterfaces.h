@@ -4,7 +4,6 @@
 
 #include <cstddef>
 #include <memory>
-#include <ranges>
 #include <vector>
 
 /// The network interfaces in the order of the system's table, counted from 1.
@@ -23,9 +22,7 @@ public:
     void Remove(std::size_t index);
 
     /// All interfaces, for a loop.
-    auto NewEnum() const {
-        return interfaces_ | std::views::transform([](const auto& owner) -> CInterface& { return *owner; });
-    }
+    const std::vector<std::unique_ptr<CInterface>>& NewEnum() const { return interfaces_; }
 
 private:
     std::size_t PlaceOf(std::size_t index) const;

@@ -68,8 +68,8 @@ TEST(IpHelper, ReadsTheMachinesOwnTableAfreshAtEachUse) {
     CIpHelper helper;
     const auto first = helper.Interfaces();
     ASSERT_GE(first->Count(), 1u);
-    for (const CInterface& each : first->NewEnum())
-        EXPECT_NE(each.InterfaceDescription(), "");
+    for (const auto& each : first->NewEnum())
+        EXPECT_NE(each->InterfaceDescription(), "");
     EXPECT_NE(helper.Interfaces(), first);
 }
 
