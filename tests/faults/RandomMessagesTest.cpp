@@ -186,7 +186,7 @@ TEST_F(Faults, RandomMessagesToEveryWindowHarmNothing) {
     frmMainMenu menu(false);
     menu.Load();
     menu.Show();
-    Monkey monkey(menu.Window(), Times(6000, 60'000), [this] {
+    Monkey monkey(menu.Window(), Times(6000, 25'000), [this] {
         modServerControl::KernoPath(servers.Path());
         modServerControl::MySQLPath(program.Path() + "\\");
     });
