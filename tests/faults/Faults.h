@@ -30,15 +30,11 @@ struct Holdings {
 
     static Holdings Now() {
         Holdings now;
-        DWORD handles = 0;
-        GetProcessHandleCount(GetCurrentProcess(), &handles);
-        now.handles = static_cast<long>(handles);
-        PROCESS_MEMORY_COUNTERS_EX memory{};
-        memory.cb = sizeof memory;
-        GetProcessMemoryInfo(GetCurrentProcess(), reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&memory),
-                             sizeof memory);
-        now.kilobytes = static_cast<long>(memory.PrivateUsage / 1024);
-        now.gdiObjects = HighestNewBrush();
+        PROCESS_MEMORY_COUNTERS memory{};
+        GetProcessMemoryInfo(GetCurrentProcess(), &memory, sizeof memory);
+        now.kilobytes = static_cast<long>(memory.PagefileUsage / 1024);
+        now.handles = HighestNew([] { return CreateEventA(nullptr, TRUE, FALSE, nullptr); }, CloseHandle) / 4;
+        now.gdiObjects = HighestNew([] { return CreateSolidBrush(RGB(1, 2, 3)); }, DeleteObject);
         EnumThreadWindows(
             GetCurrentThreadId(),
             [](HWND window, LPARAM windows) -> BOOL {
@@ -56,17 +52,17 @@ struct Holdings {
     }
 
 private:
-    /// Wine does not count GDI objects, but gives a new one the first free place of the process's table: with
-    /// more new ones than places that are free in between, the last place moves with the number of the rest.
-    static long HighestNewBrush() {
-        std::vector<HGDIOBJ> brushes;
+    /// Wine counts neither handles nor GDI objects, but gives a new one the first free place of the process's
+    /// table: with more new ones than places that are free in between, the last place moves with the number
+    /// of the rest.
+    template <class Make, class Free> static long HighestNew(Make make, Free free) {
+        std::vector<decltype(make())> made;
         long highest = 0;
         for (int i = 0; i < 2000; ++i) {
-            brushes.push_back(CreateSolidBrush(RGB(1, 2, 3)));
-            highest =
-                std::max(highest, static_cast<long>(reinterpret_cast<UINT_PTR>(brushes.back()) & 0xFFFF));
+            made.push_back(make());
+            highest = std::max(highest, static_cast<long>(reinterpret_cast<UINT_PTR>(made.back()) & 0xFFFF));
         }
-        std::ranges::for_each(brushes, DeleteObject);
+        std::ranges::for_each(made, free);
         return highest;
     }
 };
