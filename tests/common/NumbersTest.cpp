@@ -1,8 +1,5 @@
 #include "common/Numbers.h"
-
-#include "support/Errors.h"
-
-#include <gtest/gtest.h>
+#include "support/Test.h"
 
 namespace {
 
@@ -20,9 +17,8 @@ TEST(Numbers, ValReadsTheLeadingNumber) {
 }
 
 TEST(Numbers, ConversionsRoundHalvesToEvenAndRefuseWhatDoesNotFit) {
-    EXPECT_EQ(CInt(2.5), 2);
-    EXPECT_EQ(CInt(3.5), 4);
-    EXPECT_EQ(CInt("-1.5"), -2);
+    for (const auto& [number, rounded] : {std::pair{2.5, 2}, {3.5, 4}, {-1.5, -2}})
+        EXPECT_EQ(CInt(number), rounded);
     EXPECT_EQ(CLng(" 2147483647 "), 2147483647);
     EXPECT_EQ(support::ErrorNumber([] { CInt(32767.5); }), kOverflow);
     EXPECT_EQ(support::ErrorNumber([] { CLng("2147483648"); }), kOverflow);
@@ -32,12 +28,9 @@ TEST(Numbers, ConversionsRoundHalvesToEvenAndRefuseWhatDoesNotFit) {
 }
 
 TEST(Numbers, ThousandsTextGroupsFromTheRight) {
-    EXPECT_EQ(ThousandsText(0), "0");
-    EXPECT_EQ(ThousandsText(0.5), "1");
-    EXPECT_EQ(ThousandsText(999.4), "999");
-    EXPECT_EQ(ThousandsText(1234567), "1,234,567");
-    EXPECT_EQ(ThousandsText(-123456), "-123,456");
-    EXPECT_EQ(ThousandsText(-0.2), "0");
+    for (const auto& [number, text] :
+         {std::pair{0.5, "1"}, {999.4, "999"}, {1234567, "1,234,567"}, {-123456, "-123,456"}, {-0.2, "0"}})
+        EXPECT_EQ(ThousandsText(number), text);
 }
 
 } // namespace

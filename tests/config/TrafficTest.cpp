@@ -1,8 +1,7 @@
 #include "config/TrafficGraph.h"
 #include "config/TrafficMeter.h"
 #include "config/ZoneTitle.h"
-
-#include <gtest/gtest.h>
+#include "support/Test.h"
 
 namespace {
 

@@ -1,4 +1,3 @@
-#include "common/Text.h"
 #include "database/Error.h"
 #include "support/Database.h"
 

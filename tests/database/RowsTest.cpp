@@ -11,8 +11,7 @@ using support::Rows;
 
 class RowsTest : public support::DatabaseTest {
 protected:
-    void SetUp() override {
-        DatabaseTest::SetUp();
+    RowsTest() {
         root.Execute("CREATE DATABASE glogin");
         root.Execute("USE glogin;");
     }

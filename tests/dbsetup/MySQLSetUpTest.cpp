@@ -1,15 +1,11 @@
 #include "dbsetup/frmMySQLSetUp.h"
 
-#include "common/Files.h"
 #include "servers/modServerControl.h"
 #include "support/Database.h"
 #include "support/MessageBoxes.h"
-#include "support/TempFolder.h"
 
 #include <commctrl.h>
-#include <windows.h>
 
-#include <functional>
 #include <optional>
 
 namespace {
@@ -23,8 +19,7 @@ constexpr const char* kKerno = "[Database]\r\ngloginname=kl\r\ngloginpass=pl\r\n
 /// The wizard on a server without any of the databases, and a server folder with a Kerno.ini.
 class MySQLSetUp : public support::DatabaseTest {
 protected:
-    void SetUp() override {
-        DatabaseTest::SetUp();
+    MySQLSetUp() {
         support::WriteFile(kernoIni, kKerno);
         modServerControl::KernoPath(kerno.Path() + "\\");
         wizard.Load();

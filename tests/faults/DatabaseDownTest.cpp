@@ -4,7 +4,6 @@
 #include "dbsetup/frmMySQLSetUp.h"
 #include "supervision/frmServerControl.h"
 #include "support/Database.h"
-#include "support/MessageBoxes.h"
 
 #include <optional>
 
@@ -14,18 +13,14 @@ using support::Rows;
 using support::WaitUntil;
 
 /// The set-up wizard, the account editor and the control panel, open over a server that goes and comes back.
-class DatabaseDown : public Faults {
+class DatabaseDown : public Faults, protected support::Databases {
 protected:
     DatabaseDown() {
-        root.Open(support::RootConnection());
-        remote.Open(support::RootConnection(support::kRemoteServer));
-        support::Clean(root);
-        support::Clean(remote);
         remote.Execute("GRANT ALL ON *.* TO keeper@'%' IDENTIFIED BY 'secret'");
         using namespace settings::key;
-        kTools.INIProperty(kBackupHostname, support::kRemoteServer);
-        kTools.INIProperty(kBackupUsername, "keeper");
-        kTools.INIProperty(kBackupPassword, "secret");
+        Set({{kBackupHostname, support::kRemoteServer},
+             {kBackupUsername, "keeper"},
+             {kBackupPassword, "secret"}});
         for (const char* key : {"gloginname", "amcharactername", "amglobalname"})
             kerno.INIProperty(key, key);
         for (const char* key : {"gloginpass", "amcharacterpass", "amglobalpass"})
@@ -45,8 +40,6 @@ protected:
     }
 
     support::MessageBoxes boxes;
-    database::Connection root;
-    database::Connection remote;
     frmMySQLSetUp wizard;
     frmAccountEditor editor;
     frmServerControl panel;

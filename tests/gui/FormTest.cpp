@@ -1,10 +1,7 @@
 #include "frmSample.h"
 
 #include "support/ChildProcess.h"
-#include "support/TempFolder.h"
-#include "support/Wait.h"
-
-#include <gtest/gtest.h>
+#include "support/Test.h"
 
 #include <fstream>
 
@@ -26,22 +23,23 @@ TEST(Form, EventsReachTheirHandlers) {
     form.Load();
     form.events.clear();
     const struct {
-        const char* event;
+        int event;
         std::function<void()> cause;
     } cases[] = {
-        {"cmdPress", [&] { Click(form.cmdPress); }},
-        {"chkFlag", [&] { Click(form.chkFlag); }},
-        {"chkFlag", [&] { form.chkFlag.Value(1); }},
-        {"optSecond", [&] { Click(form.optSecond); }},
-        {"optFirst", [&] { form.optFirst.Value(true); }},
-        {"txtText_Change", [&] { form.txtText.Text("new"); }},
-        {"txtText_Change", [&] { Type(form.txtText, "a"); }},
-        {"lstNames", [&] { form.lstNames.ListIndex(0); }},
-        {"cboNames", [&] { form.cboNames.ListIndex(0); }},
-        {"mnuInBar", [&] { SendMessageA(form.Window(), WM_COMMAND, IDM_frmSample_mnuInBar, 0); }},
-        {"picMap", [&] { SendMessageA(form.picMap.Window(), WM_LBUTTONDOWN, 0, MAKELPARAM(3, 3)); }},
-        {"Form_MouseDown", [&] { SendMessageA(form.Window(), WM_LBUTTONDOWN, 0, MAKELPARAM(2, 2)); }},
-        {"fraBox_MouseDown",
+        {IDC_frmSample_cmdPress, [&] { Click(form.cmdPress); }},
+        {IDC_frmSample_chkFlag, [&] { Click(form.chkFlag); }},
+        {IDC_frmSample_chkFlag, [&] { form.chkFlag.Value(1); }},
+        {IDC_frmSample_optSecond, [&] { Click(form.optSecond); }},
+        {IDC_frmSample_optFirst, [&] { form.optFirst.Value(true); }},
+        {IDC_frmSample_txtText, [&] { form.txtText.Text("new"); }},
+        {IDC_frmSample_txtText, [&] { Type(form.txtText, "a"); }},
+        {IDC_frmSample_lstNames, [&] { form.lstNames.ListIndex(0); }},
+        {IDC_frmSample_cboNames, [&] { form.cboNames.ListIndex(0); }},
+        {IDM_frmSample_mnuInBar, [&] { SendMessageA(form.Window(), WM_COMMAND, IDM_frmSample_mnuInBar, 0); }},
+        {IDC_frmSample_picMap,
+         [&] { SendMessageA(form.picMap.Window(), WM_LBUTTONDOWN, 0, MAKELPARAM(3, 3)); }},
+        {frmSample::kMouseDown, [&] { SendMessageA(form.Window(), WM_LBUTTONDOWN, 0, MAKELPARAM(2, 2)); }},
+        {IDC_frmSample_fraBox,
          [&] {
              const RECT box = form.fraBox.Bounds();
              SendMessageA(form.Window(), WM_RBUTTONDOWN, 0, MAKELPARAM(box.left + 5, box.top + 9));
@@ -50,7 +48,7 @@ TEST(Form, EventsReachTheirHandlers) {
     for (const auto& c : cases) {
         form.events.clear();
         c.cause();
-        EXPECT_EQ(form.events, std::vector<std::string>{c.event});
+        EXPECT_EQ(form.events, std::vector<int>{c.event});
     }
 }
 
@@ -95,7 +93,7 @@ TEST(Form, AnErrorStopsAtTheFormAndEndsOnlyItsHandler) {
     form.Load();
     EXPECT_FALSE(form.Loaded());
     EXPECT_EQ(form.errorNumber, common::kInputPastEnd);
-    EXPECT_EQ(form.events, std::vector<std::string>{"Load"}) << "no Unload";
+    EXPECT_EQ(form.events, std::vector<int>{frmSample::kLoad}) << "no Unload";
     form.whenLoading = nullptr;
     form.Load();
     form.whenPressed = [] { throw RuntimeError(common::kPermissionDenied); };
@@ -103,7 +101,7 @@ TEST(Form, AnErrorStopsAtTheFormAndEndsOnlyItsHandler) {
     EXPECT_EQ(form.errorNumber, common::kPermissionDenied);
     form.whenPressed = nullptr;
     Click(form.cmdPress);
-    EXPECT_EQ(form.Count("cmdPress"), 2);
+    EXPECT_EQ(form.Count(IDC_frmSample_cmdPress), 2);
 }
 
 TEST(Form, ATimerNeverRunsInsideItselfWhileOthersGoOn) {
@@ -113,18 +111,18 @@ TEST(Form, ATimerNeverRunsInsideItselfWhileOthersGoOn) {
     int deepest = 0;
     form.whenTicking = [&] {
         deepest = std::max(deepest, ++depth);
-        WaitUntil([&] { return form.Count("other") >= 3; });
+        WaitUntil([&] { return form.Count(frmSample::kOther) >= 3; });
         --depth;
     };
     form.tmrTick.Enabled(true);
     form.tmrOther.Enabled(true);
-    EXPECT_TRUE(WaitUntil([&] { return form.Count("tick") >= 2 && depth == 0; }));
+    EXPECT_TRUE(WaitUntil([&] { return form.Count(frmSample::kTick) >= 2 && depth == 0; }));
     EXPECT_EQ(deepest, 1);
 
     form.tmrTick.Interval(std::chrono::milliseconds(0));
     form.events.clear();
-    EXPECT_TRUE(WaitUntil([&] { return form.Count("other") >= 5; }));
-    EXPECT_EQ(form.Count("tick"), 0) << "an interval of 0 never fires";
+    EXPECT_TRUE(WaitUntil([&] { return form.Count(frmSample::kOther) >= 5; }));
+    EXPECT_EQ(form.Count(frmSample::kTick), 0) << "an interval of 0 never fires";
 }
 
 TEST(Form, AClosedFormIsReleasedOnlyAfterItsHandlerHasReturned) {
@@ -161,7 +159,7 @@ TEST(Form, AModalFormDisablesItsOwnerUntilItIsUnloaded) {
     modal.ShowModal(owner);
     EXPECT_TRUE(disabled);
     EXPECT_TRUE(IsWindowEnabled(owner.Window()));
-    EXPECT_EQ(modal.Count("Unload"), 1);
+    EXPECT_EQ(modal.Count(frmSample::kUnload), 1);
 }
 
 /// Leaves the tool from a timer while a modal form is open over a handler that waits, and writes down what

@@ -1,8 +1,7 @@
 #include "gui/modSystemTray.h"
 
 #include "frmSample.h"
-
-#include <gtest/gtest.h>
+#include "support/Test.h"
 
 namespace {
 

@@ -1,11 +1,7 @@
 #include "common/Handle.h"
 #include "servers/modServerControl.h"
 #include "support/Servers.h"
-#include "support/Wait.h"
-
-#include <gtest/gtest.h>
-
-#include <filesystem>
+#include "support/Test.h"
 
 using namespace modServerControl;
 using support::ServerFolder;

@@ -1,13 +1,8 @@
 #include "settings/clsINI.h"
 
-#include "common/Files.h"
-#include "common/RuntimeError.h"
-#include "common/Text.h"
 #include "settings/IniText.h"
 #include "settings/kToolsSettings.h"
-#include "support/TempFolder.h"
-
-#include <gtest/gtest.h>
+#include "support/Test.h"
 
 namespace {
 
@@ -94,14 +89,6 @@ TEST(Settings, DefaultFileHoldsEveryKeyInItsPlace) {
 TEST(Settings, FilesThatCannotServeRaiseTheirErrorAndStayAsTheyAre) {
     const support::TempFolder folder;
     const std::string text = "k=1\r\n";
-    const auto errorOf = [](const auto& operation) -> long {
-        try {
-            operation();
-        } catch (const RuntimeError& error) {
-            return error.Number();
-        }
-        return 0;
-    };
     const struct {
         const char* name;
         std::string text;
@@ -123,16 +110,16 @@ TEST(Settings, FilesThatCannotServeRaiseTheirErrorAndStayAsTheyAre) {
         {
             const common::FileHandle holder(CreateFileA(ini.INIPath().c_str(), GENERIC_READ, c.share, nullptr,
                                                         OPEN_EXISTING, 0, nullptr));
-            EXPECT_EQ(errorOf([&] { ini.INIProperty("k"); }), c.getError) << c.name;
-            EXPECT_EQ(errorOf([&] { ini.INIProperty("k", "2"); }), c.letError) << c.name;
-            EXPECT_EQ(errorOf([&] { ini.AddSection("s"); }), c.letError) << c.name;
+            EXPECT_EQ(support::ErrorNumber([&] { ini.INIProperty("k"); }), c.getError) << c.name;
+            EXPECT_EQ(support::ErrorNumber([&] { ini.INIProperty("k", "2"); }), c.letError) << c.name;
+            EXPECT_EQ(support::ErrorNumber([&] { ini.AddSection("s"); }), c.letError) << c.name;
         }
         EXPECT_EQ(common::ReadFileText(ini.INIPath()), c.text) << c.name;
     }
     clsINI nowhere(folder / "missing\\x.ini");
     EXPECT_EQ(nowhere.INIProperty("k"), "");
-    EXPECT_EQ(errorOf([&] { nowhere.INIProperty("k", "1"); }), 76);
-    EXPECT_NE(errorOf([] { clsINI().INIProperty("k", "1"); }), 0);
+    EXPECT_EQ(support::ErrorNumber([&] { nowhere.INIProperty("k", "1"); }), 76);
+    EXPECT_NE(support::ErrorNumber([] { clsINI().INIProperty("k", "1"); }), 0);
 }
 
 TEST(Settings, AHugeBinaryFileIsReadAndKept) {

@@ -1,15 +1,10 @@
 #include "Panel.h"
 
-#include "common/Text.h"
 #include "dbsetup/Schema.h"
 #include "supervision/BackupArchive.h"
 #include "supervision/Backups.h"
 #include "support/Database.h"
-#include "support/Errors.h"
-#include "support/MessageBoxes.h"
 
-#include <algorithm>
-#include <filesystem>
 #include <limits>
 
 namespace {
@@ -110,12 +105,8 @@ TEST(BackupArchive, TheYoungestRemain) {
 }
 
 /// A control panel over the ten tables on the real server, with a backup server beside it.
-struct Backup : Panel {
+struct Backup : Panel, support::Databases {
     Backup() {
-        root.Open(support::RootConnection());
-        remote.Open(support::RootConnection(support::kRemoteServer));
-        support::Clean(root);
-        support::Clean(remote);
         modServerControl::MySQLPath(support::DataFolder() + "\\..\\");
         int number = 0;
         for (const auto& database : dbsetup::Databases()) {
@@ -148,12 +139,11 @@ struct Backup : Panel {
     }
     ~Backup() override { modServerControl::MySQLPath(""); }
 
-    std::vector<std::string> Sums(database::Connection& connection, const std::string& prefix = {}) {
+    static std::vector<std::string> Sums(database::Connection& connection, const std::string& prefix = {}) {
         std::vector<std::string> sums;
-        for (const std::string& table : tables) {
-            const std::string sum = Rows(connection, "CHECKSUM TABLE " + prefix + table)[0];
-            sums.push_back(sum.substr(prefix.size()));
-        }
+        for (const auto& database : dbsetup::Databases())
+            std::ranges::copy(support::Checksums(connection, prefix + std::string(database.name)),
+                              std::back_inserter(sums));
         return sums;
     }
     static std::vector<std::string> Folders() {
@@ -173,8 +163,6 @@ struct Backup : Panel {
     }
 
     support::MessageBoxes boxes;
-    database::Connection root;
-    database::Connection remote;
     std::vector<std::string> tables;
     frmServerControl panel;
     fraBackup& page = panel.backup;
@@ -246,7 +234,6 @@ TEST_F(Backup, FailuresAreShownOnceAndTheNextBackupWorks) {
     expectOneBox("53] File not found: ");
     const std::string folder = BackupFolder() + "\\" + Folders()[0];
     EXPECT_TRUE(common::FileExists(folder + "\\amcharacter\\charinfo.MYD"));
-    std::erase(tables, "amcharacter.flaginfo");
     kerno.INIProperty(kBackupOption, "");
     for (const auto& [kept, number] : {std::pair("many", "13] "), {"-1", "9] "}, {"99999999999", "6] "}}) {
         page.txtNumOfBackup.Text(kept);

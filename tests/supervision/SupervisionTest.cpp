@@ -1,11 +1,7 @@
 #include "Panel.h"
 
-#include "common/Text.h"
 #include "servers/modServerControl.h"
 #include "supervision/RestartAll.h"
-#include "support/MessageBoxes.h"
-
-#include <algorithm>
 
 namespace {
 
