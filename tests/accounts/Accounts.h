@@ -18,7 +18,6 @@ protected:
                      "`GMMode` int(1) default '0',PRIMARY KEY (`AID`)) ENGINE=MyISAM");
         root.Execute("INSERT INTO glogin.account VALUES (100001,'alpha','a',0,'a@x',0),"
                      "(100002,'bravo','b',1,'b@x',7),(100004,'Charlie','c',0,'c@x',0)");
-        CreateDirectoryA((folder / "database").c_str(), nullptr);
         support::WriteFile(folder / "Kerno.ini", "gloginname=root\r\ngloginpass=\r\n");
         support::WriteFile(privilegeFile, std::string("header\r\n100002") + kBroadcast + "\r\n");
         modServerControl::KernoPath(folder.Path() + "\\");

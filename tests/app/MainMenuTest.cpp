@@ -157,7 +157,6 @@ void PickAFolder(const char* key, const char* requiredFile, const char* message,
     EXPECT_TRUE(form.Loaded());
     EXPECT_EQ(kTools.INIProperty(key), "before\\");
 
-    std::filesystem::create_directories(folder + "\\bin");
     support::WriteFile(folder + "\\" + requiredFile, "");
     form.cmdOK.Press();
     EXPECT_FALSE(form.Loaded());

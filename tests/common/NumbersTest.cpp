@@ -6,14 +6,12 @@ namespace {
 using namespace common;
 
 TEST(Numbers, ValReadsTheLeadingNumber) {
-    const struct {
-        const char* text;
-        double value;
-    } cases[] = {{"", 0},     {"abc", 0},     {"12 apples", 12}, {" 1 2 ", 12}, {"-3", -3},    {"+4", 4},
-                 {".5", 0.5}, {"1.5.5", 1.5}, {"1e3", 1000},     {"1e", 1},     {"-", 0},      {"2-3", 2},
-                 {"0x10", 0}, {"1,5", 1},     {"\t7", 7},        {".", 0},      {"1E+2x", 100}};
-    for (const auto& c : cases)
-        EXPECT_EQ(Val(c.text), c.value) << c.text;
+    const std::pair<const char*, double> cases[] = {
+        {"", 0},     {"abc", 0},     {"12 apples", 12}, {" 1 2 ", 12}, {"-3", -3},    {"+4", 4},
+        {".5", 0.5}, {"1.5.5", 1.5}, {"1e3", 1000},     {"1e", 1},     {"-", 0},      {"2-3", 2},
+        {"0x10", 0}, {"1,5", 1},     {"\t7", 7},        {".", 0},      {"1E+2x", 100}};
+    for (const auto& [text, value] : cases)
+        EXPECT_EQ(Val(text), value) << text;
 }
 
 TEST(Numbers, ConversionsRoundHalvesToEvenAndRefuseWhatDoesNotFit) {

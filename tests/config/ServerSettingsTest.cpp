@@ -88,20 +88,16 @@ TEST_F(ServerSettings, SavesBackWhatItLoadedAndLeavesTheRestOfBothFilesAlone) {
 }
 
 TEST_F(ServerSettings, ShowsBadValuesAsWhatSaveThenWrites) {
-    const struct {
-        const char* text;
-        int check;
-        int priority;
-    } cases[] = {{"", 0, 0},    {"2", 1, 2},   {"-1", 1, 3},    {"1x", 0, 1},
-                 {" 1 ", 1, 1}, {"3.5", 1, 4}, {"40000", 0, 3}, {"1e99", 0, 3}};
-    for (const auto& c : cases) {
-        const std::string text = c.text;
+    const std::tuple<std::string, int, int> cases[] = {{"", 0, 0},      {"2", 1, 2},   {"-1", 1, 3},
+                                                       {"1x", 0, 1},    {" 1 ", 1, 1}, {"3.5", 1, 4},
+                                                       {"40000", 0, 3}, {"1e99", 0, 3}};
+    for (const auto& [text, check, index] : cases) {
         Open("AutoStart=" + text + "\r\nPriority=" + text + "\r\n", "LoginPriority=" + text + "\r\n");
-        EXPECT_EQ(form.misc.chkAutoStart.Value(), c.check) << text;
-        EXPECT_EQ(form.priority.cboZonePrioritySettings.ListIndex(), c.priority) << text;
+        EXPECT_EQ(form.misc.chkAutoStart.Value(), check) << text;
+        EXPECT_EQ(form.priority.cboZonePrioritySettings.ListIndex(), index) << text;
         Save();
-        const std::string priority = "Priority=" + std::to_string(c.priority) + "\r\n";
-        EXPECT_TRUE(Kerno().starts_with("AutoStart=" + std::to_string(c.check) + "\r\n" + priority)) << text;
+        const std::string priority = "Priority=" + std::to_string(index) + "\r\n";
+        EXPECT_TRUE(Kerno().starts_with("AutoStart=" + std::to_string(check) + "\r\n" + priority)) << text;
         EXPECT_EQ(Tool(), "Login" + priority + "CharacterPriority=0\r\n") << text;
     }
 }
@@ -194,26 +190,20 @@ TEST_F(ServerSettings, OffersTheDetectedAddress) {
     const std::string local = supervision::DetectLocalAddresses().back();
     ASSERT_NE(local, "");
     const std::string offer = " is detected as current IP address. Use it ?";
-    const struct {
-        const char* settings;
-        std::string message;
-        int answer;
-        std::string shown;
-    } cases[] = {
+    const std::tuple<const char*, std::string, int, std::string> cases[] = {
         {"IPDetectionMethod=0\r\n", local + offer, IDYES, local},
         {"DynamicHostname=localhost\r\n", local + offer, IDNO, "old"},
         {"IPDetectionMethod=1\r\nDynamicHostname=127.0.0.9\r\n", "127.0.0.9" + offer, IDYES, "127.0.0.9"},
-        {"IPDetectionMethod=1\r\nDynamicHostname=no.such.host.invalid\r\n", "IP Detection Failed", 0, "old"},
-    };
-    for (const auto& c : cases) {
-        Open("IP=old\r\n", c.settings);
+        {"IPDetectionMethod=1\r\nDynamicHostname=no.such.host.invalid\r\n", "IP Detection Failed", 0, "old"}};
+    for (const auto& [settings, message, answer, shown] : cases) {
+        Open("IP=old\r\n", settings);
         boxes.Clear();
-        if (c.answer)
-            boxes.Answer(c.answer);
+        if (answer)
+            boxes.Answer(answer);
         form.connections.cmdEnterIP.Press();
         EXPECT_EQ(boxes.Seen(),
-                  (std::vector<SeenBox>{{"kTools", c.message, c.answer ? unsigned{MB_YESNO} : MB_OK}}));
-        EXPECT_EQ(form.connections.txtServerIP.Text(), c.shown) << c.settings;
+                  (std::vector<SeenBox>{{"kTools", message, answer ? unsigned{MB_YESNO} : MB_OK}}));
+        EXPECT_EQ(form.connections.txtServerIP.Text(), shown) << settings;
         EXPECT_EQ(Kerno(), "IP=old\r\n");
     }
 }

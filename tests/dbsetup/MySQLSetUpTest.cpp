@@ -124,11 +124,7 @@ TEST_F(MySQLSetUp, GoesFromNothingToThreeLoginsOnTenTablesAndBack) {
 }
 
 TEST_F(MySQLSetUp, ChecksPartialInstallationsAndForeignTables) {
-    const struct {
-        const char* change;
-        std::size_t label;
-        const char* text;
-    } steps[] = {
+    const std::tuple<const char*, std::size_t, const char*> steps[] = {
         {"CREATE DATABASE glogin2", 0, "Not Existed"},
         {"CREATE DATABASE glogin", 0, "Existed"},
         {"CREATE TABLE glogin.account (a int)", 1, "Missing table(s) [Storageinfo ]"},
@@ -139,11 +135,10 @@ TEST_F(MySQLSetUp, ChecksPartialInstallationsAndForeignTables) {
          "Missing table(s) [CartInfo ItemInfo FlagInfo SkillInfo ]"},
         {"CREATE DATABASE amglobal", 4, "Existed"},
         {"CREATE TABLE amglobal.guild (a int)", 5, "Missing table(s) [GCastle Party ]"},
-        {"DROP DATABASE glogin", 1, "All tables missing"},
-    };
-    for (const auto& step : steps) {
-        root.Execute(step.change);
-        EXPECT_EQ(Check()[step.label], step.text) << step.change;
+        {"DROP DATABASE glogin", 1, "All tables missing"}};
+    for (const auto& [change, label, text] : steps) {
+        root.Execute(change);
+        EXPECT_EQ(Check()[label], text) << change;
     }
     EXPECT_TRUE(boxes.Seen().empty());
     // What is already gone does not keep the others from being deleted.

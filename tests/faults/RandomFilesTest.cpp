@@ -112,7 +112,6 @@ TEST_F(Faults, RandomBytesAsAnyFileHarmNothing) {
 /// Every window that reads one of the files, over all of them at random.
 TEST_F(Faults, WindowsOpenAndCloseOverRandomFiles) {
     Generator generator(2);
-    std::filesystem::create_directories(program / "kTools\\databases");
     support::MessageBoxes boxes;
     int opened = 0;
     for (int i = 0; i < Times(20, 500); ++i) {

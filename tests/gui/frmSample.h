@@ -61,12 +61,7 @@ private:
         if (whenPressed)
             whenPressed();
     }
-    void txtText_KeyPress(int& key) {
-        if (key == 'x')
-            key = 0;
-        else if (key == 'a')
-            key = 'b';
-    }
+    void txtText_KeyPress(int& key) { key = key == 'x' ? 0 : key; }
     void tmrTick_Timer() {
         Note<kTick>();
         if (whenTicking)
