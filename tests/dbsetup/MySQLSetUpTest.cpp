@@ -1,15 +1,11 @@
 #include "dbsetup/frmMySQLSetUp.h"
 
-#include "common/Files.h"
 #include "servers/modServerControl.h"
 #include "support/Database.h"
 #include "support/MessageBoxes.h"
-#include "support/TempFolder.h"
 
 #include <commctrl.h>
-#include <windows.h>
 
-#include <functional>
 #include <optional>
 
 namespace {
@@ -23,8 +19,7 @@ constexpr const char* kKerno = "[Database]\r\ngloginname=kl\r\ngloginpass=pl\r\n
 /// The wizard on a server without any of the databases, and a server folder with a Kerno.ini.
 class MySQLSetUp : public support::DatabaseTest {
 protected:
-    void SetUp() override {
-        DatabaseTest::SetUp();
+    MySQLSetUp() {
         support::WriteFile(kernoIni, kKerno);
         modServerControl::KernoPath(kerno.Path() + "\\");
         wizard.Load();
@@ -129,11 +124,7 @@ TEST_F(MySQLSetUp, GoesFromNothingToThreeLoginsOnTenTablesAndBack) {
 }
 
 TEST_F(MySQLSetUp, ChecksPartialInstallationsAndForeignTables) {
-    const struct {
-        const char* change;
-        std::size_t label;
-        const char* text;
-    } steps[] = {
+    const std::tuple<const char*, std::size_t, const char*> steps[] = {
         {"CREATE DATABASE glogin2", 0, "Not Existed"},
         {"CREATE DATABASE glogin", 0, "Existed"},
         {"CREATE TABLE glogin.account (a int)", 1, "Missing table(s) [Storageinfo ]"},
@@ -144,11 +135,10 @@ TEST_F(MySQLSetUp, ChecksPartialInstallationsAndForeignTables) {
          "Missing table(s) [CartInfo ItemInfo FlagInfo SkillInfo ]"},
         {"CREATE DATABASE amglobal", 4, "Existed"},
         {"CREATE TABLE amglobal.guild (a int)", 5, "Missing table(s) [GCastle Party ]"},
-        {"DROP DATABASE glogin", 1, "All tables missing"},
-    };
-    for (const auto& step : steps) {
-        root.Execute(step.change);
-        EXPECT_EQ(Check()[step.label], step.text) << step.change;
+        {"DROP DATABASE glogin", 1, "All tables missing"}};
+    for (const auto& [change, label, text] : steps) {
+        root.Execute(change);
+        EXPECT_EQ(Check()[label], text) << change;
     }
     EXPECT_TRUE(boxes.Seen().empty());
     // What is already gone does not keep the others from being deleted.
