@@ -17,9 +17,10 @@ inline constexpr std::int16_t kLeaveAsItIs = 2;
 
 /// The game masters and what each may do, as the zone server reads it from its privilege file.
 ///
-/// Nothing that an operator wrote into the file by hand is lost: a line without an account number at its
-/// start is carried along where it stands, and a line with missing or unreadable flags is the row of its
-/// account with those flags read as 0, written back as it was until a flag of it is changed.
+/// What an operator wrote into the file by hand stays: a line without an account number at its start is
+/// carried along where it stands, and a line with missing or unreadable flags is the row of its account with
+/// those flags read as 0, written back as it was until a flag of it is changed. Only Remove takes a line away
+/// with all that stands in it, also when the account gets a new row afterwards.
 class GMTable {
 public:
     /// Reads the file; its first line is a header whatever it holds. Raises the file error, 62 for a file
@@ -42,6 +43,9 @@ public:
     /// The flags of the account's first row; kLeaveAsItIs in front when it has none.
     Privileges Retrieve(std::int32_t id) const;
     bool Contains(std::int32_t id) const;
+
+    /// True when the last Load failed and nothing was saved since.
+    bool LoadFailed() const { return loadFailed_; }
 
     void Clear();
 

@@ -221,32 +221,4 @@ TEST_F(RecordsetTest, AServerKilledInTheMiddleOfABatchLosesNothing) {
               (Lines{"93|5009|cid|1|1"}));
 }
 
-TEST_F(RecordsetTest, WhatWasRefusedGoesOutAsItIsCorrected) {
-    root.Execute("INSERT INTO glogin.account (AID) VALUES (5),(6),(7)");
-    const auto renumber = [this](std::int64_t from, int to) {
-        Find(from);
-        set.Field(0, to);
-        set.Update();
-    };
-    for (const int key : {5, 6, 7}) {
-        Add(key, "new");
-        set.Update();
-    }
-    renumber(1, 7);
-    renumber(3, 30);
-    EXPECT_EQ(ErrorNumber([&] { set.UpdateBatch(); }), 1062);
-    renumber(5, 50);
-    Find(6);
-    set.Delete();
-    Find(2);
-    set.Delete();
-    renumber(50, 51);
-    set.MoveLast();
-    set.Delete();
-    renumber(7, 10);
-    set.UpdateBatch();
-    EXPECT_EQ(set.PendingChanges(), 0u);
-    EXPECT_EQ(Stored("AID, Name"), (Lines{"5|nobody", "6|nobody", "7|nobody", "10|ann", "30|cid", "51|new"}));
-}
-
 } // namespace
