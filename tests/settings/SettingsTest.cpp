@@ -54,7 +54,8 @@ TEST(Settings, WritingAKeyChangesItsLinesAndNoOther) {
     };
     for (const auto& c : cases)
         EXPECT_EQ(settings::TextWithValue(c.before, "k", "new"), c.after) << c.before;
-    EXPECT_EQ(settings::TextWithValue("", "k", "a\r\n"), "k=a\r\n");
+    EXPECT_EQ(settings::TextWithValue("", "k", "a\r\n"), "k=a\r\n\r\n");
+    EXPECT_EQ(settings::TextWithValue("b=1", "k", "a\r\n"), "b=1\r\nk=a\r\n");
 }
 
 TEST(Settings, SectionsAreAppendedAlways) {
