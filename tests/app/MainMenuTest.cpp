@@ -42,9 +42,8 @@ TEST_F(MainMenu, LoadsTheSharedSettingsAlsoBesideAPreviousInstance) {
 
 /// The pickers open in turn while the main window loads; presses Cancel in each and notes its caption.
 std::vector<std::string> CancelPickersDuring(const std::function<void()>& load) {
-    static std::vector<std::string> captions;
-    captions.clear();
-    const UINT_PTR timer = SetTimer(nullptr, 0, 10, [](HWND, UINT, UINT_PTR, DWORD) {
+    std::vector<std::string> captions;
+    const support::Meanwhile cancel([&] {
         const HWND picker = FindWindowA("#32770", nullptr);
         if (!picker || !IsWindowVisible(picker))
             return;
@@ -54,7 +53,6 @@ std::vector<std::string> CancelPickersDuring(const std::function<void()>& load) 
         SendMessageA(picker, WM_CLOSE, 0, 0);
     });
     load();
-    KillTimer(nullptr, timer);
     return captions;
 }
 
