@@ -2,7 +2,6 @@
 
 #include "config/frmServerStatus.h"
 #include "supervision/frmServerControl.h"
-#include "support/MessageBoxes.h"
 
 namespace {
 
@@ -16,10 +15,7 @@ constexpr int kEightHours = 8 * 60 * 60;
 TEST_F(Faults, EightHoursOfTicksHoldNothing) {
     for (const Server server : kServers)
         ASSERT_TRUE(servers.Launch(server));
-    using namespace settings::key;
-    for (const std::string_view key : {kEnableErrorDetector, kHandleDialogs, kMaintainServer,
-                                       kMaintainLoginServer, kMaintainCharacterServer, kMaintainZoneServer})
-        kTools.INIProperty(key, "1");
+    Supervise();
     support::MessageBoxes boxes;
     frmServerStatus status;
     status.Load();
