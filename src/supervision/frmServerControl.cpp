@@ -28,10 +28,16 @@ void frmServerControl::Form_Load() {
 }
 
 void frmServerControl::Form_Unload() {
+    // Also when the tool is left while the box of a failed save is open.
+    const struct IconRemoval {
+        ~IconRemoval() {
+            modSystemTray::TrayDeleteIcon(panel);
+            panel.inTray_ = false;
+        }
+        frmServerControl& panel;
+    } iconRemoval{*this};
     while (!SaveSettings()) {
     }
-    modSystemTray::TrayDeleteIcon(*this);
-    inTray_ = false;
 }
 
 /// False when it failed and is to be tried again.
@@ -60,9 +66,8 @@ void frmServerControl::Form_MouseDown(gui::MouseButton /*button*/, int x, int /*
         State(gui::WindowState::Normal);
         Visible(true);
         BringToFront();
-    } else if (x == modSystemTray::kTrayRightDown && IsWindowEnabled(Window())) {
-        // Not while a box or dialog of the panel is open: its entries would work behind that one's back.
-        mnuPopup.Show();
+    } else if (x == modSystemTray::kTrayRightDown) {
+        modSystemTray::TrayShowMenu(*this, mnuPopup);
     }
 }
 
@@ -72,5 +77,8 @@ void frmServerControl::Form_TaskbarCreated() {
 }
 
 void frmServerControl::Form_Error(const RuntimeError& error) {
-    MsgBox(ErrorMessage(error));
+    if (gui::Uninterrupted::Any())
+        backup.ShowLater(error);
+    else
+        MsgBox(ErrorMessage(error));
 }

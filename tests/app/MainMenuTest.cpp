@@ -42,9 +42,8 @@ TEST_F(MainMenu, LoadsTheSharedSettingsAlsoBesideAPreviousInstance) {
 
 /// The pickers open in turn while the main window loads; presses Cancel in each and notes its caption.
 std::vector<std::string> CancelPickersDuring(const std::function<void()>& load) {
-    static std::vector<std::string> captions;
-    captions.clear();
-    const UINT_PTR timer = SetTimer(nullptr, 0, 10, [](HWND, UINT, UINT_PTR, DWORD) {
+    std::vector<std::string> captions;
+    const support::Meanwhile cancel([&] {
         const HWND picker = FindWindowA("#32770", nullptr);
         if (!picker || !IsWindowVisible(picker))
             return;
@@ -54,7 +53,6 @@ std::vector<std::string> CancelPickersDuring(const std::function<void()>& load) 
         SendMessageA(picker, WM_CLOSE, 0, 0);
     });
     load();
-    KillTimer(nullptr, timer);
     return captions;
 }
 
@@ -180,10 +178,13 @@ TEST_F(MainMenu, ADriveThatCannotBeReadIsRefusedAndTheLastGoodOneComesBack) {
     frmBrowse form;
     form.Load();
     const int good = form.drvCharacter.ListIndex();
-    form.drvCharacter.AddItem("?:");
-    form.drvCharacter.ListIndex(form.drvCharacter.ListCount() - 1);
-    EXPECT_EQ(boxes.Texts(), std::vector<std::string>{"Drive is inaccessible"});
-    EXPECT_EQ(form.drvCharacter.ListIndex(), good);
+    // A drive that was pulled out, and one that answers, but not with its folders.
+    for (const std::string& drive : {std::string("?:"), servers.Path() + "none"}) {
+        form.drvCharacter.AddItem(drive);
+        form.drvCharacter.ListIndex(form.drvCharacter.ListCount() - 1);
+        EXPECT_EQ(form.drvCharacter.ListIndex(), good);
+    }
+    EXPECT_EQ(boxes.Texts(), (std::vector<std::string>{"Drive is unavailable", "Drive is inaccessible"}));
 }
 
 } // namespace

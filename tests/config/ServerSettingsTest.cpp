@@ -131,17 +131,11 @@ TEST_F(ServerSettings, RestartsTheServersThatTheUserWantsRestarted) {
         ASSERT_TRUE(before[static_cast<int>(server)] = servers.Launch(server));
     Open("Priority=3\r\n");
     // The window is closed in the middle of the zone server's shutdown, which takes its time.
-    static HWND zone;
-    static gui::Form* window;
-    zone = before[2];
-    window = &form;
-    const auto closeWhenGone = [](HWND, UINT, UINT_PTR timer, DWORD) {
-        if (IsWindow(zone))
-            return;
-        KillTimer(nullptr, timer);
-        window->Unload();
-    };
-    boxes.Answer(IDYES).Answer(IDNO).Answer(IDYES, [&] { SetTimer(nullptr, 0, 10, closeWhenGone); });
+    const support::Meanwhile close([&] {
+        if (!IsWindow(before[2]))
+            form.Unload();
+    });
+    boxes.Answer(IDYES).Answer(IDNO).Answer(IDYES);
     Save();
     EXPECT_FALSE(form.Loaded());
     std::vector<SeenBox> expected{{"kTools", "Server settings saved", MB_OK}};

@@ -136,19 +136,14 @@ TEST_F(StartingLocationPicker, ClicksAndTypedCellsMoveTheMarker) {
     EXPECT_FALSE(picker.cmdOK.Enabled());
 }
 
-// What is done to the picker once it is seen; it is modal, so a timer does it.
-std::function<void(HWND)> workOnPicker;
-
 TEST_F(StartingLocationPicker, HandsThePlaceToTheConfigurator) {
-    const auto pickWith = [this](std::function<void(HWND)> work) {
-        workOnPicker = std::move(work);
-        const UINT_PTR timer = SetTimer(nullptr, 0, 10, [](HWND, UINT, UINT_PTR, DWORD) {
+    const auto pickWith = [this](const std::function<void(HWND)>& work) {
+        const support::Meanwhile meanwhile([&] {
             if (const HWND window = FindWindowA(nullptr, "Kerno Tools :: Starting Location Picker");
                 IsWindowVisible(window))
-                workOnPicker(window);
+                work(window);
         });
         newPlayer.cmdMapPicker.Press();
-        KillTimer(nullptr, timer);
     };
     newPlayer.txtStartingX.Text("99999");
     pickWith([](HWND window) {

@@ -2,8 +2,6 @@
 #include "database/Odbc.h"
 #include "support/Database.h"
 
-#include <numeric>
-
 namespace {
 
 using namespace database;
@@ -72,13 +70,9 @@ TEST_F(RowsTest, BlocksReachAnotherServerByEveryWayOfSending) {
     root.Execute("CREATE TABLE " + columns);
     remote.Execute("CREATE DATABASE bk");
     remote.Execute("CREATE TABLE bk." + columns);
-    std::string allBytes(256, '\0');
-    std::iota(allBytes.begin(), allBytes.end(), '\0');
     // Lengths from none to the longest, so that blocks and arrays are cut at odd places.
-    RowReader bytes(root,
-                    "INSERT INTO t SELECT seq * 7158278, IF(seq % 7 = 0, NULL, CONCAT('na''me', seq)), "
-                    "IF(seq % 5 = 0, NULL, REPEAT(?, (seq % 256))), seq / 3 FROM seq_0_to_599",
-                    {Bytes{allBytes}});
+    root.Execute("INSERT INTO t SELECT seq * 7158278, IF(seq % 7 = 0, NULL, CONCAT('na''me', seq)), "
+                 "IF(seq % 5 = 0, NULL, REPEAT(0x00FF275C, seq % 256 * 64)), seq / 3 FROM seq_0_to_599");
     const auto source = Rows(root, "CHECKSUM TABLE glogin.t");
     for (const bool arrays : {true, false}) {
         remote.Execute("DELETE FROM bk.t");

@@ -82,12 +82,12 @@ TEST(Form, AnErrorStopsAtTheFormAndEndsOnlyItsHandler) {
     EXPECT_FALSE(form.Loaded());
     EXPECT_EQ(form.errorNumber, common::kInputPastEnd);
     EXPECT_EQ(form.events, std::vector<int>{frmSample::kLoad}) << "no Unload";
-    form.whenLoading = nullptr;
+    form.whenLoading = [] {};
     form.Load();
     form.whenPressed = [] { throw RuntimeError(common::kPermissionDenied); };
     Click(form.cmdPress);
     EXPECT_EQ(form.errorNumber, common::kPermissionDenied);
-    form.whenPressed = nullptr;
+    form.whenPressed = [] {};
     Click(form.cmdPress);
     EXPECT_EQ(form.Count(IDC_frmSample_cmdPress), 2);
 }

@@ -20,9 +20,7 @@ public:
     /// Ids of the controls that raised one, and below.
     std::vector<int> events;
     enum Event { kLoad = 1, kUnload, kMouseDown, kTick, kOther };
-    std::function<void()> whenPressed;
-    std::function<void()> whenTicking;
-    std::function<void()> whenLoading;
+    std::function<void()> whenPressed = [] {}, whenTicking = [] {}, whenLoading = [] {};
     long errorNumber = 0;
 
     gui::Frame fraBox{*this, IDC_frmSample_fraBox, &frmSample::NoteMouse<IDC_frmSample_fraBox>};
@@ -49,8 +47,7 @@ private:
 
     void Form_Load() override {
         Note<kLoad>();
-        if (whenLoading)
-            whenLoading();
+        whenLoading();
     }
     void Form_Unload() override { Note<kUnload>(); }
     void Form_MouseDown(gui::MouseButton, int, int) override { Note<kMouseDown>(); }
@@ -58,13 +55,11 @@ private:
 
     void cmdPress_Click() {
         Note<IDC_frmSample_cmdPress>();
-        if (whenPressed)
-            whenPressed();
+        whenPressed();
     }
     void txtText_KeyPress(int& key) { key = key == 'x' ? 0 : key; }
     void tmrTick_Timer() {
         Note<kTick>();
-        if (whenTicking)
-            whenTicking();
+        whenTicking();
     }
 };

@@ -21,12 +21,6 @@ std::vector<std::string> Entries(const std::string& log) {
     return entries;
 }
 
-/// Runs `action`, also while somebody else waits, as long as the window lives.
-void Every50ms(HWND window, std::function<void()>& action) {
-    SetTimer(window, reinterpret_cast<UINT_PTR>(&action), 50,
-             [](HWND, UINT, UINT_PTR id, DWORD) { (*reinterpret_cast<std::function<void()>*>(id))(); });
-}
-
 TEST_F(Panel, TheMaintainerStartsWhatIsToRunAndDoesNot) {
     const std::tuple<bool, std::array<bool, 3>, std::array<bool, 3>, std::array<bool, 3>> cases[] = {
         {false, {true, true, true}, {false, false, false}, {false, false, false}},
@@ -62,20 +56,20 @@ TEST_F(Panel, AServerIsStartedWithThePriorityThatKernoIniHolds) {
 
 TEST_F(Panel, ATitledDialogGoesOnlyTogetherWithOneOfAServersProcess) {
     clsLog log;
-    const ErrorDetector detector(log, kerno, [] { return true; });
     const ErrorDetectorSettings settings{.handleDialogs = true, .logFilename = "errors.log", .message = {}};
+    const ErrorDetector detector(log, kerno, [&] { return settings; });
     // A program that is no server by its name, with a dialog that is one by its title.
     const HWND other = servers.Launch(Server::Character, "other.exe");
     PostMessageA(other, standin::CommandMessage(), static_cast<WPARAM>(Command::RaiseTitledDialog), 1);
     ASSERT_TRUE(WaitUntil([&] { return servers.DialogCount() == 1; }));
-    detector.Handle(settings);
+    detector.Handle();
     EXPECT_EQ(servers.DialogCount(), 1);
     EXPECT_EQ(Log("errors.log"), "");
 
     ASSERT_TRUE(servers.Launch(Server::Login));
     servers.Command(Server::Login, Command::RaiseDialogs);
     ASSERT_TRUE(WaitUntil([&] { return servers.DialogCount() == 2; }));
-    detector.Handle(settings);
+    detector.Handle();
     EXPECT_EQ(servers.DialogCount(), 0);
     const std::string cut = "Error 1: Access violation at address 00403A1C";
     EXPECT_EQ(Entries(Log("errors.log")), (std::vector<std::string>{"Error: " + cut, "WinError: " + cut}));
@@ -93,12 +87,12 @@ TEST_F(Panel, ADialogThatDoesNotCloseLeavesTheToolAlive) {
     // The tick does not return by itself: the operator's clicks and the other timers come to it. Closed at
     // the end in any case: the test itself waits in the tick that only this ends.
     bool sawAll = false;
-    std::function<void()> operate = [&, end = GetTickCount64() + 30'000] {
-        sawAll = Entries(Log("stubborn.log")).size() >= 2 && panel.backup.clock.Seconds() > 0;
+    const support::Meanwhile operate([&, end = GetTickCount64() + 30'000] {
+        sawAll =
+            sawAll || (Entries(Log("stubborn.log")).size() >= 2 && panel.backup.clock.BackupSeconds() > 0);
         if (sawAll || GetTickCount64() > end)
             PostMessageA(panel.cmdCloseWindow.Window(), BM_CLICK, 0, 0);
-    };
-    Every50ms(panel.Window(), operate);
+    });
     EXPECT_TRUE(WaitUntil([&] { return !panel.Loaded(); }));
     EXPECT_TRUE(sawAll);
     EXPECT_FALSE(panel.Busy());
@@ -118,11 +112,10 @@ TEST_F(Panel, ACrashedServersDialogIsLoggedAndTheSuiteRestarted) {
     panel.Load();
     servers.Command(Server::Login, Command::RaiseDialogs);
     // One tick only: the next may find a server that is still on its way.
-    std::function<void()> stop = [&] {
+    const support::Meanwhile stop([&] {
         if (panel.Busy())
             panel.errorDetector.chkErrorDetector.Value(0);
-    };
-    Every50ms(panel.Window(), stop);
+    });
     EXPECT_TRUE(WaitUntil([&] { return !IsWindow(before[0]) && !IsWindow(before[1]); }));
     const HWND zoneLog = FindWindowExA(before[2], nullptr, modServerControl::kMessageBoxClass, nullptr);
     EXPECT_TRUE(WaitUntil([&] {
