@@ -178,10 +178,13 @@ TEST_F(MainMenu, ADriveThatCannotBeReadIsRefusedAndTheLastGoodOneComesBack) {
     frmBrowse form;
     form.Load();
     const int good = form.drvCharacter.ListIndex();
-    form.drvCharacter.AddItem("?:");
-    form.drvCharacter.ListIndex(form.drvCharacter.ListCount() - 1);
-    EXPECT_EQ(boxes.Texts(), std::vector<std::string>{"Drive is inaccessible"});
-    EXPECT_EQ(form.drvCharacter.ListIndex(), good);
+    // A drive that was pulled out, and one that answers, but not with its folders.
+    for (const std::string& drive : {std::string("?:"), servers.Path() + "none"}) {
+        form.drvCharacter.AddItem(drive);
+        form.drvCharacter.ListIndex(form.drvCharacter.ListCount() - 1);
+        EXPECT_EQ(form.drvCharacter.ListIndex(), good);
+    }
+    EXPECT_EQ(boxes.Texts(), (std::vector<std::string>{"Drive is unavailable", "Drive is inaccessible"}));
 }
 
 } // namespace

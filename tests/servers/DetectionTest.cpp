@@ -1,7 +1,10 @@
 #include "common/Handle.h"
+#include "servers/ForeignWindows.h"
 #include "servers/modServerControl.h"
 #include "support/Servers.h"
 #include "support/Test.h"
+
+#include <set>
 
 using namespace modServerControl;
 using support::ServerFolder;
@@ -42,6 +45,29 @@ TEST(Detection, TellsServersByTheirTitles) {
     const auto app = FakeWindow("TApplication", "Kerno Zone");
     const auto shortApp = FakeWindow("TApplication", "Kerno Zon");
     EXPECT_TRUE(IsZoneAppWindow(app.get()) && !IsZoneAppWindow(shortApp.get()));
+}
+
+TEST(Detection, VisitsEveryWindowAlthoughTheyChangePlaces) {
+    std::vector<common::Handle<HWND, DestroyWindow>> windows;
+    for (int i = 0; i < 5; ++i)
+        windows.push_back(FakeWindow("kToolsTestRaised", ""));
+    for (const HWND raised : {HWND{}, windows.front().get(), windows.back().get()}) {
+        std::multiset<HWND> visited;
+        FindWindowWhere(nullptr, "kToolsTestRaised", [&](HWND window) {
+            visited.insert(window);
+            SetWindowPos(raised ? raised : window, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
+            return false;
+        });
+        for (const auto& window : windows)
+            EXPECT_EQ(visited.count(window.get()), 1u);
+    }
+    // A window that goes while it is visited does not end the walk.
+    int visits = 0;
+    FindWindowWhere(nullptr, "kToolsTestRaised", [&](HWND window) {
+        ++visits;
+        return visits < 5 && !DestroyWindow(window);
+    });
+    EXPECT_EQ(visits, 5);
 }
 
 TEST(Detection, FindsTheThreeServersByEitherMethodAndByNoOther) {

@@ -39,7 +39,8 @@ TEST(Settings, WritingAKeyChangesItsLinesAndNoOther) {
         {"a=1\nk=2\nb=3\rc\0=\x80\xff\n"s, "a=1\nk=new\r\nb=3\rc\0=\x80\xff\n"s}};
     for (const auto& [before, after] : cases)
         EXPECT_EQ(settings::TextWithValue(before, "k", "new"), after) << before;
-    EXPECT_EQ(settings::TextWithValue("", "k", "a\r\n"), "k=a\r\n");
+    EXPECT_EQ(settings::TextWithValue("", "k", "a\r\n"), "k=a\r\n\r\n");
+    EXPECT_EQ(settings::TextWithValue("b=1", "k", "a\r\n"), "b=1\r\nk=a\r\n");
 }
 
 TEST(Settings, SectionsAreAppendedAlways) {
