@@ -24,7 +24,7 @@ inline constexpr std::int16_t kLeaveAsItIs = 2;
 class GMTable {
 public:
     /// Reads the file; its first line is a header whatever it holds. Raises the file error, 62 for a file
-    /// without any line and 6 for more rows than a 16-bit count holds; the table is then empty.
+    /// without any line and 6 for more rows than a 16-bit count holds; the table is then as it was before.
     void Load(const std::string& path);
 
     /// Rewrites the file, which then ends with the previous one beside it under the ending "bak". Whoever
@@ -46,8 +46,6 @@ public:
 
     /// True when the last Load failed and nothing was saved since.
     bool LoadFailed() const { return loadFailed_; }
-
-    void Clear();
 
 private:
     struct Row {
