@@ -84,9 +84,9 @@ void UseEngineOf(Connection& source, const std::string& database, const std::str
         ExecuteKnown(destination, {"SET SESSION default_storage_engine = " + engine,
                                    "SET SESSION storage_engine = " + engine});
     };
-    // The choice for the table before would stay in force.
-    use("DEFAULT");
     try {
+        // The choice for the table before would stay in force.
+        use("DEFAULT");
         Recordset status;
         for (status.Open(source, "SHOW TABLE STATUS FROM " + database); !status.Eof(); status.MoveNext()) {
             const std::string engine = status.Field("Engine").AsText();
