@@ -11,14 +11,15 @@
 
 #include <commctrl.h>
 
-#include <atomic>
 #include <filesystem>
+#include <future>
 #include <iostream>
 #include <random>
-#include <thread>
 #include <typeindex>
 
 namespace {
+
+using namespace std::chrono_literals;
 
 /// A window, the one that it is opened from, and the button or menu entry there that opens it.
 struct Opening {
@@ -40,73 +41,77 @@ const Opening kOpenings[] = {
     {typeid(frmMySQLSetUp), typeid(frmMainMenu), IDM_frmMainMenu_mnuSetUpMySQL},
 };
 
-// What the messages are made of.
-constexpr WORD kCodes[] = {
-    0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, EN_CHANGE, EN_UPDATE, EN_SETFOCUS, EN_KILLFOCUS, 0xFFFF};
+// What the messages are made of. Where a value is a handle it is null: no system sends a made-up one, and
+// nobody sends a class's private messages, from WM_USER on, to windows of another.
+constexpr std::pair<UINT, int> kValuesOf[] = {
+    {WM_PAINT, 1},          {WM_TIMER, 4},        {WM_ACTIVATE, 3},      {WM_ENABLE, 2},
+    {WM_SETFOCUS, 1},       {WM_KILLFOCUS, 1},    {WM_HSCROLL, 9},       {WM_VSCROLL, 9},
+    {WM_SIZE, 5},           {WM_SHOWWINDOW, 2},   {WM_CANCELMODE, 1},    {WM_CONTEXTMENU, 1},
+    {WM_SYSCOLORCHANGE, 1}, {WM_THEMECHANGED, 1}, {WM_CAPTURECHANGED, 1}};
 constexpr UINT kNotices[] = {TCN_SELCHANGE,      TCN_SELCHANGING, TVN_SELCHANGEDA,
                              TVN_ITEMEXPANDINGA, NM_CLICK,        NM_RETURN};
 constexpr UINT kSelections[] = {CB_SETCURSEL, LB_SETCURSEL, TCM_SETCURSEL};
 constexpr const char* kTexts[] = {"",         "0",          "-1",    "32768",     "99999999999",
                                   "1e308",    "-1e999",     "abc",   "127.0.0.2", "2147483648",
                                   "\xFF\xFE", "a,b=c\r\nd", "0.0001"};
-constexpr UINT kButtons[] = {WM_LBUTTONDOWN, WM_RBUTTONDOWN, WM_MBUTTONDOWN};
 constexpr LPARAM kTray[] = {modSystemTray::kTrayDoubleClick, modSystemTray::kTrayRightDown, WM_MOUSEMOVE};
-constexpr int kShow[] = {SW_HIDE, SW_SHOW, SW_MINIMIZE, SW_RESTORE, SW_MAXIMIZE};
-// With the number of their values. Where the value is a handle it is null: no system sends a made-up one, and
-// nobody sends a class's private messages (from WM_USER on) to windows of another.
-constexpr std::pair<UINT, int> kFromSystem[] = {
-    {WM_PAINT, 1},          {WM_TIMER, 4},        {WM_ACTIVATE, 3},      {WM_ENABLE, 2},
-    {WM_SETFOCUS, 1},       {WM_KILLFOCUS, 1},    {WM_HSCROLL, 9},       {WM_VSCROLL, 9},
-    {WM_SIZE, 5},           {WM_SHOWWINDOW, 2},   {WM_CANCELMODE, 1},    {WM_CONTEXTMENU, 1},
-    {WM_SYSCOLORCHANGE, 1}, {WM_THEMECHANGED, 1}, {WM_CAPTURECHANGED, 1}};
 
 /// A user without a plan: sends each window of the tool, and whatever comes up over it, what a keyboard, a
-/// mouse, controls and the system could send. The order of the windows is kept by a thread of its own, which
-/// sees when the tool's thread hangs; each message is sent on the tool's thread, inside whichever loop waits
-/// there.
-class Monkey {
-public:
-    Monkey(HWND main, int messages) : main_(main), messages_(messages) {
-        monkey_ = this;
-        SetWindowLongPtrA(door_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(Enter));
+/// mouse, controls and the system could send. A thread of its own goes from window to window and sees when
+/// the tool's thread hangs; each step is taken on the tool's thread, inside whichever loop waits there.
+class RandomMessages : public Faults {
+protected:
+    RandomMessages() {
+        for (const auto server : modServerControl::kServers)
+            std::filesystem::remove(modServerControl::ExecutablePath(server));
+        std::filesystem::create_directories(program / "kTools\\databases");
+        support::WriteFile(program / "kTools\\databases\\MapInfo.txt", "wide.map,101,51\r\nhigh.map,11,201");
+        std::filesystem::create_directory(servers.Path() + "database");
+        support::WriteFile(servers.Path() + "database\\id_table.txt",
+                           "header\r\n1,1,0,0,0,0,0,0,0,0,0,0,0,0,0,0\r\n");
+        kerno.INIProperty("gloginname", "keeper");
+        root_.Open(support::RootConnection());
+        support::Clean(root_);
+        root_.Execute("CREATE DATABASE glogin");
+        root_.Execute("CREATE TABLE glogin.account (AID int PRIMARY KEY, Name varchar(24), Pass varchar(24), "
+                      "Gender int, Mail varchar(24), GMMode int)");
+        root_.Execute(
+            "INSERT INTO glogin.account VALUES (1, 'alpha', 'a', 0, 'a@x', 0), (2, 'bravo', 'b', 1, '', 1)");
+        root_.Execute("GRANT ALL ON glogin.* TO keeper@localhost IDENTIFIED BY ''");
+        menu_.Load();
+        menu_.Show();
+        menu_.mnuExit.Enabled(false);
+        main_ = menu_.Window();
+        SetWindowSubclass(main_, Enter, 2, reinterpret_cast<DWORD_PTR>(this));
         if (const char* seed = std::getenv("MONKEY_SEED"))
             random_.seed(static_cast<unsigned>(std::atoi(seed)));
-        if (const char* log = std::getenv("MONKEY_LOG"))
-            log_ = std::fopen(log, "wb");
     }
-    ~Monkey() { DestroyWindow(door_); }
+    ~RandomMessages() override { support::Clean(root_); }
 
-    /// The windows that did not get their messages or could not be closed after them; "" for none.
-    std::string Run() {
-        std::string wrong;
-        std::atomic<bool> done = false;
-        std::thread visits([&] {
-            for (const Opening& each : kOpenings) {
-                aim_ = &each;
-                const bool sent = Repeat(&Monkey::Bother, messages_);
-                if (log_)
-                    std::fprintf(log_, "PHASE %s %d, at %llu\n", each.window.name(), done_, GetTickCount64());
-                if (!sent || !Repeat(&Monkey::Close, 1))
-                    wrong += std::string(each.window.name()) + (sent ? " stays\n" : " is not reached\n");
-            }
-            done = true;
-        });
-        support::WaitUntil([&] { return done.load(); }, std::chrono::hours(1));
-        visits.join();
-        return wrong;
+    /// The windows that did not get `messages`, or could not be closed afterwards.
+    std::string Visit(int messages) {
+        std::string failed;
+        for (const Opening& each : kOpenings) {
+            aim_ = &each;
+            if (!Repeat(&RandomMessages::Bother, messages))
+                failed.append(each.window.name()).append(" is not reached; ");
+            if (!Repeat(&RandomMessages::Close, 1))
+                failed.append(each.window.name()).append(" is not closed; ");
+        }
+        return failed;
     }
 
 private:
     using Windows = std::vector<HWND>;
 
-    /// False when `step` has not done its work that often within the time.
-    bool Repeat(void (Monkey::*step)(), int times) {
+    /// False when the step has not done its work that often within the time.
+    bool Repeat(void (RandomMessages::*step)(), int times) {
         step_ = step;
-        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(90);
+        const auto end = std::chrono::steady_clock::now() + 90s;
         for (done_ = 0; done_ < times && std::chrono::steady_clock::now() < end;) {
             // The second one comes when the step has returned, or waits in a loop that takes messages.
-            PostMessageA(door_, WM_APP, 0, 0);
-            PostMessageA(door_, WM_APP + 1, 0, 0);
+            PostMessageA(main_, WM_APP, 0, 0);
+            PostMessageA(main_, WM_APP + 1, 0, 0);
             if (WaitForSingleObject(stepped_.get(), 60'000) == WAIT_OBJECT_0)
                 continue;
             std::cout << aim_->window.name() << " hangs after message " << last_.message << ' '
@@ -119,31 +124,26 @@ private:
 
     // What follows runs on the tool's thread.
 
-    static LRESULT CALLBACK Enter(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    static LRESULT CALLBACK Enter(HWND main, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
+                                  DWORD_PTR test) {
+        auto& self = *reinterpret_cast<RandomMessages*>(test);
         if (message == WM_APP)
-            (monkey_->*monkey_->step_)();
+            (self.*self.step_)();
         else if (message == WM_APP + 1)
-            SetEvent(monkey_->stepped_.get());
-        return DefWindowProcA(window, message, wParam, lParam);
+            SetEvent(self.stepped_.get());
+        return DefSubclassProc(main, message, wParam, lParam);
     }
 
     int Below(std::size_t end) { return static_cast<int>(random_() % end); }
     template <class List> auto Any(const List& values) { return values[random_() % std::size(values)]; }
 
-    void Send(HWND window, UINT message, WPARAM wParam = 0, LPARAM lParam = 0, bool post = false) {
+    void Send(HWND window, UINT message, WPARAM wParam, LPARAM lParam = 0) {
         last_ = {window, message, wParam, lParam, 0, {}};
-        if (log_) {
-            char name[32] = "";
-            GetClassNameA(window, name, sizeof name);
-            std::fprintf(log_, "message %#x, %#llx, %#llx to %s %d (%s)\n", message, wParam, lParam, name,
-                         GetDlgCtrlID(window), aim_->window.name());
-            std::fflush(log_);
-        }
-        (post ? PostMessageA(window, message, wParam, lParam)
-              : SendMessageA(window, message, wParam, lParam));
+        SendMessageA(window, message, wParam, lParam);
     }
-    void Post(HWND window, UINT message, WPARAM wParam = 0, LPARAM lParam = 0) {
-        Send(window, message, wParam, lParam, true);
+    void Post(HWND window, UINT message, int wParam = 0, LPARAM lParam = 0) {
+        last_ = {window, message, static_cast<WPARAM>(wParam), lParam, 0, {}};
+        PostMessageA(window, message, last_.wParam, lParam);
     }
 
     static BOOL CALLBACK Collect(HWND window, LPARAM windows) {
@@ -164,36 +164,34 @@ private:
         return windows;
     }
     /// All forms, and nothing else, have the main window's dialog procedure.
-    gui::Form* FormOf(HWND window) const {
-        const bool is = GetWindowLongPtrA(window, DWLP_DLGPROC) == GetWindowLongPtrA(main_, DWLP_DLGPROC);
-        return is ? reinterpret_cast<gui::Form*>(GetWindowLongPtrA(window, DWLP_USER)) : nullptr;
+    bool IsForm(HWND window) const {
+        return GetWindowLongPtrA(window, DWLP_DLGPROC) == GetWindowLongPtrA(main_, DWLP_DLGPROC);
     }
     HWND Find(std::type_index type) const {
-        const auto isThat = [&](HWND window) {
-            const gui::Form* form = FormOf(window);
-            return form && typeid(*form) == type;
-        };
-        const Windows all = Dialogs();
-        const auto found = std::ranges::find_if(all, isThat);
-        return found == all.end() ? nullptr : *found;
+        for (HWND window : Dialogs())
+            if (IsForm(window) &&
+                typeid(*reinterpret_cast<gui::Form*>(GetWindowLongPtrA(window, DWLP_USER))) == type)
+                return window;
+        return nullptr;
     }
 
-    /// A message to the window that it is about, or a step towards it.
+    /// A message to the window that it is about or one over it, or a step towards it.
     void Bother() {
         // Whatever folder was chosen, there is no server in it to be started.
-        modServerControl::KernoPath(kernoPath_);
+        modServerControl::KernoPath(servers.Path());
         LeaveLoop(3);
         const HWND aim = Find(aim_->window);
-        Windows others = Dialogs();
-        std::erase_if(others, [](HWND window) { return !IsWindowEnabled(window); });
+        Windows open = Dialogs();
+        std::erase_if(open, [](HWND window) { return !IsWindowEnabled(window); });
+        const HWND other = open.empty() ? nullptr : Any(open);
         if (!aim)
-            return Open(*aim_);
-        if (IsWindowEnabled(aim) && Below(4)) {
-            ++done_;
-            return Bother(aim);
-        }
-        if (const HWND other = others.empty() ? nullptr : Any(others))
-            FormOf(other) && (other == main_ || Below(3)) ? Bother(other) : Close(other);
+            Open(*aim_);
+        else if (IsWindowEnabled(aim) && Below(4) && ++done_)
+            Bother(aim);
+        else if (IsForm(other) && (other == main_ || Below(3)))
+            Bother(other);
+        else
+            Close(other);
     }
 
     void Open(const Opening& opening) {
@@ -204,11 +202,10 @@ private:
             return Close();
         for (HWND parent : WithChildren(from))
             if (const HWND button = GetDlgItem(parent, opening.opener); button || parent == from)
-                Post(parent, WM_COMMAND, static_cast<WPARAM>(opening.opener),
-                     reinterpret_cast<LPARAM>(button));
+                Post(parent, WM_COMMAND, opening.opener, reinterpret_cast<LPARAM>(button));
     }
 
-    /// Closes what is open, one a time, until the main window is alone and takes presses again.
+    /// Done when the main window is alone and takes presses again; closes one of the others till then.
     void Close() {
         LeaveLoop(1);
         const Windows all = Dialogs();
@@ -218,7 +215,7 @@ private:
         done_ = all == Windows{main_} && IsWindowEnabled(main_);
     }
     void Close(HWND window) {
-        if (FormOf(window))
+        if (IsForm(window))
             return Post(window, WM_CLOSE);
         Windows buttons = WithChildren(window);
         std::erase_if(buttons, [](HWND child) {
@@ -226,14 +223,14 @@ private:
                    !(GetWindowLongPtrA(child, GWL_STYLE) & WS_VISIBLE);
         });
         if (!buttons.empty())
-            Post(window, WM_COMMAND, static_cast<WPARAM>(GetDlgCtrlID(Any(buttons))));
+            Post(window, WM_COMMAND, GetDlgCtrlID(Any(buttons)));
     }
 
-    /// Menus, and windows that are being dragged, have loops of their own.
-    void LeaveLoop(int oneIn) {
+    /// Ends the loops of menus and of windows that are being dragged, once in so many times.
+    void LeaveLoop(int times) {
         GUITHREADINFO info{};
         info.cbSize = sizeof info;
-        if (!GetGUIThreadInfo(GetCurrentThreadId(), &info) || Below(oneIn))
+        if (Below(times) || !GetGUIThreadInfo(GetCurrentThreadId(), &info))
             return;
         if (info.flags & GUI_INMENUMODE)
             EndMenu();
@@ -244,26 +241,23 @@ private:
     void Bother(HWND form) {
         const HWND child = Any(WithChildren(form));
         const HWND parent = child == form ? form : GetParent(child);
-        const auto id = child == form ? WORD() : static_cast<WORD>(GetDlgCtrlID(child));
-        const auto self = reinterpret_cast<LPARAM>(child);
+        const int id = child == form ? 0 : GetDlgCtrlID(child);
         const LPARAM point = MAKELPARAM(Below(700) - 50, Below(500) - 50);
+        const WPARAM entry = static_cast<WPARAM>(id / 100 * 100 + Below(100));
+        NMTREEVIEWA notice{};
+        notice.hdr = {child, static_cast<UINT_PTR>(id), Any(kNotices)};
         switch (Below(11)) {
-        case 0: // what a control tells its parent
-            return Send(parent, WM_COMMAND, MAKEWPARAM(id, Below(2) ? BN_CLICKED : Any(kCodes)), self);
-        case 1: { // likewise, by one that has no more to say than that
-            NMTREEVIEWA notice{};
-            notice.hdr = {child, id, static_cast<UINT>(Any(kNotices))};
-            return FormOf(parent) ? Send(parent, WM_NOTIFY, id, reinterpret_cast<LPARAM>(&notice)) : void();
-        }
-        case 2: { // any menu entry of the form, but not the one that leaves the tool
-            const int entry = id / 100 * 100 + Below(100);
-            return entry == IDM_frmMainMenu_mnuExit ? void()
-                                                    : Send(form, WM_COMMAND, static_cast<WPARAM>(entry));
-        }
-        case 3: // of lists and pages; windows ignore what is not for their class
-            for (const UINT select : {CB_SETCURSEL, LB_SETCURSEL, TCM_SETCURSEL})
-                Send(child, select, static_cast<WPARAM>(Below(8) - 1));
-            return;
+        case 0: // A control tells of something: codes of text boxes are multiples of 256.
+            return Send(parent, WM_COMMAND, MAKEWPARAM(id, Below(2) * Below(11) << Below(2) * 8),
+                        reinterpret_cast<LPARAM>(child));
+        case 1:
+            return IsForm(parent)
+                       ? Send(parent, WM_NOTIFY, notice.hdr.idFrom, reinterpret_cast<LPARAM>(&notice))
+                       : void();
+        case 2: // Any menu entry of the form, but not the one that leaves the tool.
+            return entry == IDM_frmMainMenu_mnuExit ? void() : Send(form, WM_COMMAND, entry);
+        case 3: // An entry or page; windows ignore what is for another class.
+            return Send(child, Any(kSelections), static_cast<WPARAM>(Below(8) - 1));
         case 4:
         case 5:
             return Send(child, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(Any(kTexts)));
@@ -272,68 +266,41 @@ private:
             if (!IsWindowVisible(child) || !IsWindowEnabled(child))
                 return;
             SetFocus(child);
-            Post(child, WM_KEYDOWN, static_cast<WPARAM>(Below(256)), 1);
-            return Post(child, WM_CHAR, static_cast<WPARAM>(Below(256)), 1);
+            Post(child, WM_KEYDOWN, Below(256), 1);
+            return Post(child, WM_CHAR, Below(256), 1);
         case 7:
             Post(child, WM_MOUSEMOVE, 0, point);
-            for (const UINT down = Any(kButtons); const UINT message : {down, down + 1})
-                Post(child, message, 0, point);
-            return;
+            // The three buttons' messages: down, up and double click each.
+            return Post(child, WM_LBUTTONDOWN + static_cast<UINT>(Below(9)), 0, point);
         case 8: // on the surface, or on the tray's icon
             return Send(form, WM_LBUTTONDOWN, 0, Below(2) ? Any(kTray) : point);
         case 9:
-            if (Below(3) == 0)
-                ShowWindow(form, Any(kShow));
-            else
-                SetWindowPos(form, nullptr, Below(3000) - 1000, Below(3000) - 1000, Below(3000), Below(3000),
-                             0);
+            Below(3)
+                ? MoveWindow(form, Below(3000) - 1000, Below(3000) - 1000, Below(3000), Below(3000), TRUE)
+                : ShowWindow(form, Below(SW_MAX));
             return;
         default:
-            const auto [message, values] = Any(kFromSystem);
+            const auto [message, values] = Any(kValuesOf);
             Send(Below(2) ? form : child, message, static_cast<WPARAM>(Below(values)));
         }
     }
 
-    static inline Monkey* monkey_ = nullptr;
-    const HWND main_;
-    const int messages_;
-    const std::string kernoPath_ = modServerControl::KernoPath();
-    const HWND door_ = CreateWindowA("Static", "", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
+    database::Connection root_;
+    frmMainMenu menu_{false};
+    HWND main_ = nullptr;
     const common::Handle<HANDLE, CloseHandle> stepped_{CreateEventA(nullptr, FALSE, FALSE, nullptr)};
     // The two threads take turns with these.
-    void (Monkey::*step_)() = nullptr;
+    void (RandomMessages::*step_)() = nullptr;
     const Opening* aim_ = nullptr;
     int done_ = 0;
     MSG last_{};
-    FILE* log_ = nullptr;
     std::mt19937 random_;
 };
 
-TEST_F(Faults, RandomMessagesToEveryWindowHarmNothing) {
-    for (const auto server : modServerControl::kServers)
-        std::filesystem::remove(modServerControl::ExecutablePath(server));
-    database::Connection root;
-    root.Open(support::RootConnection());
-    support::Clean(root);
-    for (const char* statement :
-         {"CREATE DATABASE glogin", "GRANT ALL ON glogin.* TO keeper@localhost IDENTIFIED BY ''",
-          "CREATE TABLE glogin.account (AID int(6) unsigned PRIMARY KEY auto_increment, Name varchar(24), "
-          "Pass varchar(24), Gender int(1), Mail varchar(24), GMMode int(1))",
-          "INSERT INTO glogin.account VALUES (100001, 'alpha', 'a', 0, 'a@x', 0), (100002, 'bravo', 'b', 1, "
-          "'', 1)"})
-        root.Execute(statement);
-    kerno.INIProperty("gloginname", "keeper");
-    std::filesystem::create_directories(program / "kTools\\databases");
-    support::WriteFile(program / "kTools\\databases\\MapInfo.txt", "wide.map,101,51\r\nhigh.map,11,201");
-    std::filesystem::create_directory(servers.Path() + "database");
-    support::WriteFile(servers.Path() + "database\\id_table.txt",
-                       "header\r\n100002,1,0,0,0,0,0,0,0,0,0,0,0,0,0,0\r\n");
-    frmMainMenu menu(false);
-    menu.Load();
-    menu.Show();
-    menu.mnuExit.Enabled(false);
-    EXPECT_EQ(Monkey(menu.Window(), Times(300, 1000)).Run(), "");
-    support::Clean(root);
+TEST_F(RandomMessages, HarmNoWindow) {
+    auto visits = std::async(std::launch::async, [this] { return Visit(Times(300, 1000)); });
+    support::WaitUntil([&] { return visits.wait_for(0s) == std::future_status::ready; }, 1h);
+    EXPECT_EQ(visits.get(), "");
 }
 
 } // namespace
