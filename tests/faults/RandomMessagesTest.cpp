@@ -64,11 +64,6 @@ protected:
     RandomMessages() {
         for (const auto server : modServerControl::kServers)
             std::filesystem::remove(modServerControl::ExecutablePath(server));
-        std::filesystem::create_directories(program / "kTools\\databases");
-        support::WriteFile(program / "kTools\\databases\\MapInfo.txt", "wide.map,101,51\r\nhigh.map,11,201");
-        std::filesystem::create_directory(servers.Path() + "database");
-        support::WriteFile(servers.Path() + "database\\id_table.txt",
-                           "header\r\n1,1,0,0,0,0,0,0,0,0,0,0,0,0,0,0\r\n");
         kerno.INIProperty("gloginname", "keeper");
         root_.Open(support::RootConnection());
         support::Clean(root_);
@@ -93,9 +88,9 @@ protected:
         std::string failed;
         for (const Opening& each : kOpenings) {
             aim_ = &each;
-            if (!Repeat(&RandomMessages::Bother, messages))
+            if (!Repeat(&RandomMessages::BotherAny, messages))
                 failed.append(each.window.name()).append(" is not reached; ");
-            if (!Repeat(&RandomMessages::Close, 1))
+            if (!Repeat(&RandomMessages::CloseAll, 1))
                 failed.append(each.window.name()).append(" is not closed; ");
         }
         return failed;
@@ -127,9 +122,11 @@ private:
     static LRESULT CALLBACK Enter(HWND main, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
                                   DWORD_PTR test) {
         auto& self = *reinterpret_cast<RandomMessages*>(test);
-        if (message == WM_APP)
+        if (message == WM_APP) {
+            ++self.depth_;
             (self.*self.step_)();
-        else if (message == WM_APP + 1)
+            --self.depth_;
+        } else if (message == WM_APP + 1)
             SetEvent(self.stepped_.get());
         return DefSubclassProc(main, message, wParam, lParam);
     }
@@ -137,30 +134,26 @@ private:
     int Below(std::size_t end) { return static_cast<int>(random_() % end); }
     template <class List> auto Any(const List& values) { return values[random_() % std::size(values)]; }
 
-    void Send(HWND window, UINT message, WPARAM wParam, LPARAM lParam = 0) {
+    void Send(HWND window, UINT message, WPARAM wParam = 0, LPARAM lParam = 0) {
         last_ = {window, message, wParam, lParam, 0, {}};
         SendMessageA(window, message, wParam, lParam);
     }
-    void Post(HWND window, UINT message, int wParam = 0, LPARAM lParam = 0) {
-        last_ = {window, message, static_cast<WPARAM>(wParam), lParam, 0, {}};
-        PostMessageA(window, message, last_.wParam, lParam);
-    }
 
-    static BOOL CALLBACK Collect(HWND window, LPARAM windows) {
-        reinterpret_cast<Windows*>(windows)->push_back(window);
-        return TRUE;
-    }
     static Windows WithChildren(HWND window) {
         Windows windows{window};
-        EnumChildWindows(window, Collect, reinterpret_cast<LPARAM>(&windows));
+        const auto collect = [](HWND child, LPARAM all) -> BOOL {
+            reinterpret_cast<Windows*>(all)->push_back(child);
+            return TRUE;
+        };
+        EnumChildWindows(window, collect, reinterpret_cast<LPARAM>(&windows));
         return windows;
     }
     /// The forms and message boxes that there are.
     static Windows Dialogs() {
         Windows windows;
-        EnumThreadWindows(GetCurrentThreadId(), Collect, reinterpret_cast<LPARAM>(&windows));
-        const auto kind = reinterpret_cast<ULONG_PTR>(WC_DIALOG);
-        std::erase_if(windows, [=](HWND window) { return GetClassLongPtrA(window, GCW_ATOM) != kind; });
+        for (HWND each = nullptr; (each = FindWindowExA(nullptr, each, WC_DIALOG, nullptr));)
+            if (GetWindowThreadProcessId(each, nullptr) == GetCurrentThreadId())
+                windows.push_back(each);
         return windows;
     }
     /// All forms, and nothing else, have the main window's dialog procedure.
@@ -176,15 +169,19 @@ private:
     }
 
     /// A message to the window that it is about or one over it, or a step towards it.
-    void Bother() {
+    void BotherAny() {
         // Whatever folder was chosen, there is no server in it to be started.
         modServerControl::KernoPath(servers.Path());
-        LeaveLoop(3);
         const HWND aim = Find(aim_->window);
         Windows open = Dialogs();
         std::erase_if(open, [](HWND window) { return !IsWindowEnabled(window); });
         const HWND other = open.empty() ? nullptr : Any(open);
-        if (!aim)
+        if (!Below(3))
+            LeaveLoop();
+        // No user gets into more menus, boxes and drags at once, and the system's stack for them has an end.
+        if (depth_ > 8)
+            CloseOne();
+        else if (!aim)
             Open(*aim_);
         else if (IsWindowEnabled(aim) && Below(4) && ++done_)
             Bother(aim);
@@ -199,43 +196,37 @@ private:
         if (!from)
             return Open(*std::ranges::find(kOpenings, opening.from, &Opening::window));
         if (!IsWindowEnabled(from))
-            return Close();
+            return void(CloseOne());
         for (HWND parent : WithChildren(from))
             if (const HWND button = GetDlgItem(parent, opening.opener); button || parent == from)
-                Post(parent, WM_COMMAND, opening.opener, reinterpret_cast<LPARAM>(button));
+                PostMessageA(parent, WM_COMMAND, static_cast<WPARAM>(opening.opener),
+                             reinterpret_cast<LPARAM>(button));
     }
 
-    /// Done when the main window is alone and takes presses again; closes one of the others till then.
-    void Close() {
-        LeaveLoop(1);
+    void CloseAll() { done_ = CloseOne(); }
+    /// True when the main window is alone and takes presses; closes one of the others otherwise.
+    bool CloseOne() {
+        LeaveLoop();
         const Windows all = Dialogs();
-        for (HWND window : all)
-            if (window != main_ && IsWindowEnabled(window))
-                return Close(window);
-        done_ = all == Windows{main_} && IsWindowEnabled(main_);
+        const auto other = std::ranges::find_if(
+            all, [this](HWND window) { return window != main_ && IsWindowEnabled(window); });
+        if (other != all.end())
+            Close(*other);
+        return all == Windows{main_} && IsWindowEnabled(main_);
     }
     void Close(HWND window) {
         if (IsForm(window))
-            return Post(window, WM_CLOSE);
-        Windows buttons = WithChildren(window);
-        std::erase_if(buttons, [](HWND child) {
-            return !(SendMessageA(child, WM_GETDLGCODE, 0, 0) & DLGC_BUTTON) ||
-                   !(GetWindowLongPtrA(child, GWL_STYLE) & WS_VISIBLE);
-        });
-        if (!buttons.empty())
-            Post(window, WM_COMMAND, GetDlgCtrlID(Any(buttons)));
+            return void(PostMessageA(window, WM_CLOSE, 0, 0));
+        HWND button = nullptr;
+        for (int presses = Below(3); presses >= 0; --presses)
+            button = GetNextDlgTabItem(window, button, FALSE);
+        PostMessageA(window, WM_COMMAND, static_cast<WPARAM>(GetDlgCtrlID(button)), 0);
     }
 
-    /// Ends the loops of menus and of windows that are being dragged, once in so many times.
-    void LeaveLoop(int times) {
-        GUITHREADINFO info{};
-        info.cbSize = sizeof info;
-        if (Below(times) || !GetGUIThreadInfo(GetCurrentThreadId(), &info))
-            return;
-        if (info.flags & GUI_INMENUMODE)
-            EndMenu();
-        if (info.flags & GUI_INMOVESIZE)
-            PostMessageA(info.hwndMoveSize, WM_LBUTTONUP, 0, 0);
+    /// Menus, and windows that are being dragged, have loops of their own.
+    void LeaveLoop() {
+        EndMenu();
+        PostMessageA(main_, WM_LBUTTONUP, 0, 0);
     }
 
     void Bother(HWND form) {
@@ -266,12 +257,12 @@ private:
             if (!IsWindowVisible(child) || !IsWindowEnabled(child))
                 return;
             SetFocus(child);
-            Post(child, WM_KEYDOWN, Below(256), 1);
-            return Post(child, WM_CHAR, Below(256), 1);
-        case 7:
-            Post(child, WM_MOUSEMOVE, 0, point);
-            // The three buttons' messages: down, up and double click each.
-            return Post(child, WM_LBUTTONDOWN + static_cast<UINT>(Below(9)), 0, point);
+            PostMessageA(child, WM_KEYDOWN, static_cast<WPARAM>(Below(256)), 1);
+            PostMessageA(child, WM_CHAR, static_cast<WPARAM>(Below(256)), 1);
+            return;
+        case 7: // down, up or double click of one of the three buttons
+            return Send(child, Below(4) ? WM_LBUTTONDOWN + static_cast<UINT>(Below(9)) : WM_MOUSEMOVE, 0,
+                        point);
         case 8: // on the surface, or on the tray's icon
             return Send(form, WM_LBUTTONDOWN, 0, Below(2) ? Any(kTray) : point);
         case 9:
@@ -293,6 +284,7 @@ private:
     void (RandomMessages::*step_)() = nullptr;
     const Opening* aim_ = nullptr;
     int done_ = 0;
+    int depth_ = 0;
     MSG last_{};
     std::mt19937 random_;
 };
