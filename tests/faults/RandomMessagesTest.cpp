@@ -44,16 +44,13 @@ const Opening kOpenings[] = {
 // What the messages are made of. Where a value is a handle it is null: no system sends a made-up one, and
 // nobody sends a class's private messages, from WM_USER on, to windows of another.
 constexpr std::pair<UINT, int> kValuesOf[] = {
-    {WM_PAINT, 1},          {WM_TIMER, 4},        {WM_ACTIVATE, 3},      {WM_ENABLE, 2},
-    {WM_SETFOCUS, 1},       {WM_KILLFOCUS, 1},    {WM_HSCROLL, 9},       {WM_VSCROLL, 9},
-    {WM_SIZE, 5},           {WM_SHOWWINDOW, 2},   {WM_CANCELMODE, 1},    {WM_CONTEXTMENU, 1},
-    {WM_SYSCOLORCHANGE, 1}, {WM_THEMECHANGED, 1}, {WM_CAPTURECHANGED, 1}};
-constexpr UINT kNotices[] = {TCN_SELCHANGE,      TCN_SELCHANGING, TVN_SELCHANGEDA,
-                             TVN_ITEMEXPANDINGA, NM_CLICK,        NM_RETURN};
+    {WM_PAINT, 1},      {WM_TIMER, 4},       {WM_ACTIVATE, 3},       {WM_ENABLE, 2},      {WM_SETFOCUS, 1},
+    {WM_KILLFOCUS, 1},  {WM_HSCROLL, 9},     {WM_VSCROLL, 9},        {WM_SIZE, 5},        {WM_SHOWWINDOW, 2},
+    {WM_CANCELMODE, 1}, {WM_CONTEXTMENU, 1}, {WM_SYSCOLORCHANGE, 1}, {WM_THEMECHANGED, 1}};
+constexpr UINT kNotices[] = {TCN_SELCHANGE, TCN_SELCHANGING, TVN_ITEMEXPANDINGA, NM_CLICK, NM_RETURN};
 constexpr UINT kSelections[] = {CB_SETCURSEL, LB_SETCURSEL, TCM_SETCURSEL};
-constexpr const char* kTexts[] = {"",         "0",          "-1",    "32768",     "99999999999",
-                                  "1e308",    "-1e999",     "abc",   "127.0.0.2", "2147483648",
-                                  "\xFF\xFE", "a,b=c\r\nd", "0.0001"};
+constexpr const char* kTexts[] = {"",    "0",         "-1",         "32768",    "1e308",      "-1e999",
+                                  "abc", "127.0.0.2", "2147483648", "\xFF\xFE", "a,b=c\r\nd", "0.0001"};
 constexpr LPARAM kTray[] = {modSystemTray::kTrayDoubleClick, modSystemTray::kTrayRightDown, WM_MOUSEMOVE};
 
 /// A user without a plan: sends each window of the tool, and whatever comes up over it, what a keyboard, a
@@ -109,9 +106,8 @@ private:
             PostMessageA(main_, WM_APP + 1, 0, 0);
             if (WaitForSingleObject(stepped_.get(), 60'000) == WAIT_OBJECT_0)
                 continue;
-            std::cout << aim_->window.name() << " hangs after message " << last_.message << ' '
-                      << last_.wParam << ' ' << last_.lParam << " to control " << GetDlgCtrlID(last_.hwnd)
-                      << '\n';
+            std::cout << aim_->window.name() << " hangs after message " << last_.message << " to control "
+                      << GetDlgCtrlID(last_.hwnd) << '\n';
             std::_Exit(1);
         }
         return done_ >= times;
@@ -141,11 +137,9 @@ private:
 
     static Windows WithChildren(HWND window) {
         Windows windows{window};
-        const auto collect = [](HWND child, LPARAM all) -> BOOL {
-            reinterpret_cast<Windows*>(all)->push_back(child);
-            return TRUE;
-        };
-        EnumChildWindows(window, collect, reinterpret_cast<LPARAM>(&windows));
+        for (std::size_t i = 0; i < windows.size(); ++i)
+            for (HWND child = nullptr; (child = FindWindowExA(windows[i], child, nullptr, nullptr));)
+                windows.push_back(child);
         return windows;
     }
     /// The forms and message boxes that there are.
@@ -173,34 +167,35 @@ private:
         // Whatever folder was chosen, there is no server in it to be started.
         modServerControl::KernoPath(servers.Path());
         const HWND aim = Find(aim_->window);
-        Windows open = Dialogs();
-        std::erase_if(open, [](HWND window) { return !IsWindowEnabled(window); });
-        const HWND other = open.empty() ? nullptr : Any(open);
+        const HWND any = Any(Dialogs());
         if (!Below(3))
             LeaveLoop();
         // No user gets into more menus, boxes and drags at once, and the system's stack for them has an end.
-        if (depth_ > 8)
+        if (depth_ > 6)
             CloseOne();
         else if (!aim)
             Open(*aim_);
         else if (IsWindowEnabled(aim) && Below(4) && ++done_)
             Bother(aim);
-        else if (IsForm(other) && (other == main_ || Below(3)))
-            Bother(other);
+        else if (!IsWindowEnabled(any))
+            return;
+        else if (IsForm(any) && (any == main_ || Below(3)))
+            Bother(any);
         else
-            Close(other);
+            Close(any);
     }
 
     void Open(const Opening& opening) {
         const HWND from = Find(opening.from);
         if (!from)
-            return Open(*std::ranges::find(kOpenings, opening.from, &Opening::window));
-        if (!IsWindowEnabled(from))
-            return void(CloseOne());
-        for (HWND parent : WithChildren(from))
-            if (const HWND button = GetDlgItem(parent, opening.opener); button || parent == from)
-                PostMessageA(parent, WM_COMMAND, static_cast<WPARAM>(opening.opener),
-                             reinterpret_cast<LPARAM>(button));
+            Open(*std::ranges::find(kOpenings, opening.from, &Opening::window));
+        else if (!IsWindowEnabled(from))
+            CloseOne();
+        else
+            for (HWND parent : WithChildren(from))
+                if (const HWND button = GetDlgItem(parent, opening.opener); button || parent == from)
+                    PostMessageA(parent, WM_COMMAND, static_cast<WPARAM>(opening.opener),
+                                 reinterpret_cast<LPARAM>(button));
     }
 
     void CloseAll() { done_ = CloseOne(); }
@@ -242,9 +237,7 @@ private:
             return Send(parent, WM_COMMAND, MAKEWPARAM(id, Below(2) * Below(11) << Below(2) * 8),
                         reinterpret_cast<LPARAM>(child));
         case 1:
-            return IsForm(parent)
-                       ? Send(parent, WM_NOTIFY, notice.hdr.idFrom, reinterpret_cast<LPARAM>(&notice))
-                       : void();
+            return Send(parent, WM_NOTIFY, notice.hdr.idFrom, reinterpret_cast<LPARAM>(&notice));
         case 2: // Any menu entry of the form, but not the one that leaves the tool.
             return entry == IDM_frmMainMenu_mnuExit ? void() : Send(form, WM_COMMAND, entry);
         case 3: // An entry or page; windows ignore what is for another class.
