@@ -233,14 +233,14 @@ private:
         NMTREEVIEWA notice{};
         notice.hdr = {child, static_cast<UINT_PTR>(id), Any(kNotices)};
         switch (Below(11)) {
-        case 0: // A control tells of something: codes of text boxes are multiples of 256.
+        case 0: // a control tells of something; the codes of text boxes are multiples of 256
             return Send(parent, WM_COMMAND, MAKEWPARAM(id, Below(2) * Below(11) << Below(2) * 8),
                         reinterpret_cast<LPARAM>(child));
-        case 1:
+        case 1: // likewise, by one that has no more to say than who it is
             return Send(parent, WM_NOTIFY, notice.hdr.idFrom, reinterpret_cast<LPARAM>(&notice));
-        case 2: // Any menu entry of the form, but not the one that leaves the tool.
+        case 2: // any menu entry of the form, but not the one that leaves the tool
             return entry == IDM_frmMainMenu_mnuExit ? void() : Send(form, WM_COMMAND, entry);
-        case 3: // An entry or page; windows ignore what is for another class.
+        case 3: // another entry or page; windows ignore what is for another class
             return Send(child, Any(kSelections), static_cast<WPARAM>(Below(8) - 1));
         case 4:
         case 5:
