@@ -1,8 +1,6 @@
 #include "Surroundings.h"
 
-#include "common/Files.h"
 #include "servers/modServerControl.h"
-#include "settings/kToolsSettings.h"
 
 #include <stdexcept>
 
@@ -66,15 +64,6 @@ ForeignWindows::ForeignWindows(Kind kind) : process_(HelperCommand(Of(kind).help
 
 std::string ForeignWindows::Name(Kind kind) {
     return Of(kind).name;
-}
-
-Surroundings::Surroundings() : oldFolder_(common::ProgramFolder()) {
-    common::ProgramFolder(program.Path());
-    settings::CreateDefaultSettings(settings::kToolsIniPath());
-}
-
-Surroundings::~Surroundings() {
-    common::ProgramFolder(oldFolder_);
 }
 
 void Surroundings::LaunchSuite() {

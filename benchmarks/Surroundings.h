@@ -1,8 +1,7 @@
 #pragma once
 
 #include "Bench.h"
-#include "support/Servers.h"
-#include "support/TempFolder.h"
+#include "support/Surroundings.h"
 
 /// What the measured windows find around them.
 namespace bench {
@@ -24,23 +23,13 @@ private:
     Process process_;
 };
 
-/// A program folder of its own with a new kTools.ini, and a server folder with the stand-ins, of which none
-/// runs yet.
-class Surroundings {
+/// The tool's surroundings with a new kTools.ini. None of the servers runs yet.
+class Surroundings : public support::Surroundings {
 public:
-    Surroundings();
-    ~Surroundings();
-    Surroundings(const Surroundings&) = delete;
-    Surroundings& operator=(const Surroundings&) = delete;
+    Surroundings() { settings::CreateDefaultSettings(kTools.INIPath()); }
 
     /// Starts the three servers.
     void LaunchSuite();
-
-    support::TempFolder program;
-    support::ServerFolder servers;
-
-private:
-    std::string oldFolder_;
 };
 
 } // namespace bench

@@ -44,7 +44,9 @@ start_playground() {
     unlocked "$top/scripts/mariadb.sh" start 127.0.0.1 || fail "the database server did not start"
     eval "$("$top/scripts/mariadb.sh" env)"
     if [[ ! -e $folder/.servers/filled ]]; then
-        mariadb --no-defaults -h 127.0.0.1 -P 3306 -u root <"$top/scripts/playground/databases.sql" ||
+        { unlocked wine "$(find "$top/build/x86_64" -name schema.exe -print -quit)" &&
+            cat "$top/scripts/playground/databases.sql"; } |
+            mariadb --no-defaults -h 127.0.0.1 -P 3306 -u root ||
             fail "the databases could not be filled"
         touch "$folder/.servers/filled"
     fi

@@ -209,7 +209,8 @@ void TestAndCheck(HWND window) {
           std::pair{IDC_DatabaseCheckPage_cmdCheckDB, IDC_DatabaseCheckPage_lblAMGlobalTables}}) {
         const std::string before = TextOf(ControlOf(window, result));
         Press(button)(window);
-        Expect(window, "no result came", [&] { return TextOf(ControlOf(window, result)) != before; });
+        Expect(window, "no result came",
+               [&, label = result] { return TextOf(ControlOf(window, label)) != before; });
     }
 }
 

@@ -23,7 +23,8 @@ std::vector<std::string> FoldersIn(const std::string& folder) {
         // An empty drive root has no entries at all.
         if (code == ERROR_FILE_NOT_FOUND && common::FolderExists(folder))
             return {};
-        if (code == ERROR_NOT_READY)
+        // A drive that was pulled out has lost its path to the root as well.
+        if (code == ERROR_NOT_READY || GetDriveTypeA(folder.substr(0, 3).c_str()) == DRIVE_NO_ROOT_DIR)
             throw RuntimeError(common::kDeviceUnavailable);
         common::RaiseFileError(code, folder);
     }
@@ -46,7 +47,10 @@ std::string DirTree::Path() const {
 }
 
 void DirTree::Path(const std::string& path) {
-    std::string folder = path;
+    // The tree knows folders by the names that their parents list.
+    char longPath[MAX_PATH];
+    const DWORD length = GetLongPathNameA(path.c_str(), longPath, sizeof longPath);
+    std::string folder = length > 0 && length < sizeof longPath ? std::string(longPath, length) : path;
     while (folder.size() > 3 && folder.ends_with('\\'))
         folder.pop_back();
     FoldersIn(folder);

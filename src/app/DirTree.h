@@ -15,7 +15,8 @@ public:
     /// Full path of the selected folder; only a drive's root ends in a backslash.
     std::string Path() const;
     /// Shows the tree of the path's drive with the folder selected. Raises 68 when the drive is not ready or
-    /// not there, 76 when the folder is not there, 70 when it may not be read; the tree is then as it was.
+    /// not there, another file error when the folder is not there or may not be read; the tree is then as it
+    /// was.
     void Path(const std::string& path);
 
 private:

@@ -39,13 +39,18 @@ std::string CurrentFolder() {
 void FolderPicker::Load() {
     for (const std::string& drive : Drives())
         drives_.AddItem(drive);
-    const std::string start = wanted_.get().empty() ? CurrentFolder() : wanted_.get();
-    try {
-        folders_.Path(start);
-    } catch (const RuntimeError&) {
-        // A folder that has gone leaves the tool's own place to start from.
-        folders_.Path(common::ProgramFolder());
-    }
+    // A folder that has gone leaves the tool's own place to start from, and where that has no drive, in a
+    // network, any drive that can be read.
+    std::vector<std::string> starts{wanted_.get().empty() ? CurrentFolder() : wanted_.get(),
+                                    common::ProgramFolder()};
+    for (const std::string& drive : Drives())
+        starts.push_back(drive + "\\");
+    for (auto start = starts.begin(); start != starts.end() && folders_.Path().empty(); ++start)
+        try {
+            folders_.Path(*start);
+        } catch (const RuntimeError&) {
+            // The next one then.
+        }
     for (int i = 0; i < drives_.ListCount(); ++i)
         if (common::EqualsIgnoreCase(drives_.List(i), folders_.Path().substr(0, 2)))
             lastGoodDrive_ = i;
@@ -75,7 +80,8 @@ void FolderPicker::Accept() {
         form_.MsgBox(wanted_.messageWithoutIt);
         return;
     }
-    wanted_.set(folder);
+    // The file first: a folder that could not be kept is not used either.
     clsINI(settings::kToolsIniPath()).INIProperty(wanted_.key, folder);
+    wanted_.set(folder);
     form_.Unload();
 }

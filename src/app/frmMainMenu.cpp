@@ -41,7 +41,7 @@ void frmMainMenu::LoadSharedSettings() {
 
 void frmMainMenu::MakeDataFolders() {
     const std::string root = common::ProgramFolder();
-    if (common::FolderExists(root + "\\kTools"))
+    if (common::FolderExists(root + "\\kTools") || common::FileExists(root + "\\kTools"))
         return;
     // The look-up finds normal files, never a folder, so nothing is made here: the tool comes with its data
     // folders, and an empty set of them would only hide that they are missing.
@@ -61,7 +61,7 @@ void frmMainMenu::Form_MouseDown(gui::MouseButton /*button*/, int x, int /*y*/) 
         inTray_ = false;
         modSystemTray::TrayDeleteIcon(*this);
     } else if (x == modSystemTray::kTrayRightDown) {
-        mnuSystray.Show();
+        modSystemTray::TrayShowMenu(*this, mnuSystray);
     }
 }
 

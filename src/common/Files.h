@@ -21,7 +21,7 @@ bool FolderExists(const std::string& path);
 /// Makes one folder. Raises the file error of a failure; a folder that is already there is 75.
 void MakeFolder(const std::string& path);
 
-/// The whole file as 8-bit text. Raises 53, 70 or 76 as the system refuses it.
+/// The whole file as 8-bit text. Raises the file error: 53 when there is no such file.
 std::string ReadFileText(const std::string& path);
 
 /// Writes `text` to a file beside `path` and moves it over `path` in one step, so that whoever looks, at any

@@ -5,8 +5,8 @@
 
 namespace common {
 
-/// Owns a system handle and releases it with `Release`. One template for every kind; see the aliases beside
-/// their users and below.
+/// Owns a system handle and releases it with `Release`. One template for every kind; the aliases stand
+/// beside their users.
 template <typename H, auto Release> struct HandleRelease {
     using pointer = H;
     void operator()(H handle) const { Release(handle); }

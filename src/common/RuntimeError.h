@@ -20,8 +20,8 @@ inline constexpr long kDiskNotReady = 71;
 inline constexpr long kPathFileAccess = 75;
 inline constexpr long kPathNotFound = 76;
 
-/// A failure that ends the operation it happens in. It is caught at two places only: by an operation that by
-/// convention returns its default, and at a form's event boundary.
+/// A failure that ends the operation it happens in. It is caught by an operation that by convention returns
+/// its default or can do without what failed, and at a form's event boundary.
 class RuntimeError : public std::runtime_error {
 public:
     RuntimeError(long number, const std::string& description)

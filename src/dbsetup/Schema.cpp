@@ -18,40 +18,41 @@ constexpr Piece kStorageInfo[] = {
     "CREATE TABLE IF NOT EXISTS glogin.storageinfo (`AID` int(6) NOT NULL default '0',"
     "`KDATA` blob NOT NULL,PRIMARY KEY  (`AID`)) TYPE=MyISAM;"};
 
+// Parentheses hold a piece together.
 constexpr Piece kCharInfo[] = {
-    "CREATE TABLE IF NOT EXISTS amcharacter.charinfo (`AID` int(6) NOT NULL default '0',"
-    "`CID` int(6) NOT NULL auto_increment,`Name` varchar(24) NOT NULL default '',"
-    "`JID` int(2) NOT NULL default '0',`BaseLv` int(3) NOT NULL default '0',"
-    "`BaseEXP` int(10) NOT NULL default '0',`StatusPoint` int(6) NOT NULL default '0',"
-    "`JobLv` int(3) NOT NULL default '0',`JobEXP` int(10) NOT NULL default '0',"
-    "`SkillPoint` int(6) NOT NULL default '0',",
+    ("CREATE TABLE IF NOT EXISTS amcharacter.charinfo (`AID` int(6) NOT NULL default '0',"
+     "`CID` int(6) NOT NULL auto_increment,`Name` varchar(24) NOT NULL default '',"
+     "`JID` int(2) NOT NULL default '0',`BaseLv` int(3) NOT NULL default '0',"
+     "`BaseEXP` int(10) NOT NULL default '0',`StatusPoint` int(6) NOT NULL default '0',"
+     "`JobLv` int(3) NOT NULL default '0',`JobEXP` int(10) NOT NULL default '0',"
+     "`SkillPoint` int(6) NOT NULL default '0',"),
 
-    "`Zeny` int(15) NOT NULL default '0',`Stat1` int(2) NOT NULL default '0',"
-    "`Stat2` int(2) NOT NULL default '0',`Option` int(2) NOT NULL default '0',"
-    "`Karma` int(3) NOT NULL default '0',`Manner` int(3) NOT NULL default '0',"
-    "`HP` int(5) NOT NULL default '0',`SP` int(5) NOT NULL default '0',"
-    "`DefaultSpeed` int(3) NOT NULL default '0',`Hair1` int(6) NOT NULL default '0',"
-    "`Hair2` int(6) NOT NULL default '0',`Hair3` int(6) NOT NULL default '0',",
+    ("`Zeny` int(15) NOT NULL default '0',`Stat1` int(2) NOT NULL default '0',"
+     "`Stat2` int(2) NOT NULL default '0',`Option` int(2) NOT NULL default '0',"
+     "`Karma` int(3) NOT NULL default '0',`Manner` int(3) NOT NULL default '0',"
+     "`HP` int(5) NOT NULL default '0',`SP` int(5) NOT NULL default '0',"
+     "`DefaultSpeed` int(3) NOT NULL default '0',`Hair1` int(6) NOT NULL default '0',"
+     "`Hair2` int(6) NOT NULL default '0',`Hair3` int(6) NOT NULL default '0',"),
 
-    "`Weapon` int(2) NOT NULL default '0',`Shield` int(2) NOT NULL default '0',"
-    "`Head1` int(2) NOT NULL default '0',`Head2` int(2) NOT NULL default '0',"
-    "`Head3` int(2) NOT NULL default '0',",
+    ("`Weapon` int(2) NOT NULL default '0',`Shield` int(2) NOT NULL default '0',"
+     "`Head1` int(2) NOT NULL default '0',`Head2` int(2) NOT NULL default '0',"
+     "`Head3` int(2) NOT NULL default '0',"),
 
-    "`HairColor` int(2) NOT NULL default '0',`ClothesColor` int(2) NOT NULL default '0',"
-    "`ParamBase0` int(3) NOT NULL default '0',`ParamBase1` int(3) NOT NULL default '0',"
-    "`ParamBase2` int(3) NOT NULL default '0',`ParamBase3` int(3) NOT NULL default '0',"
-    "`ParamBase4` int(3) NOT NULL default '0',`ParamBase5` int(3) NOT NULL default '0',"
-    "`CharaNumber` int(2) NOT NULL default '0',`Map` varchar(24) NOT NULL default '',"
-    // The two points differ in width on purpose: the suite's own tables do.
-    "`PointX` int(11) NOT NULL default '0',`PointY` int(3) NOT NULL default '0',"
-    "`SaveMap` varchar(24) NOT NULL default '',`SavePointX` int(3) NOT NULL default '0',",
+    ("`HairColor` int(2) NOT NULL default '0',`ClothesColor` int(2) NOT NULL default '0',"
+     "`ParamBase0` int(3) NOT NULL default '0',`ParamBase1` int(3) NOT NULL default '0',"
+     "`ParamBase2` int(3) NOT NULL default '0',`ParamBase3` int(3) NOT NULL default '0',"
+     "`ParamBase4` int(3) NOT NULL default '0',`ParamBase5` int(3) NOT NULL default '0',"
+     "`CharaNumber` int(2) NOT NULL default '0',`Map` varchar(24) NOT NULL default '',"
+     // The two points differ in width on purpose: the suite's own tables do.
+     "`PointX` int(11) NOT NULL default '0',`PointY` int(3) NOT NULL default '0',"
+     "`SaveMap` varchar(24) NOT NULL default '',`SavePointX` int(3) NOT NULL default '0',"),
 
-    "`SavePointY` int(3) NOT NULL default '0',`Plag` int(3) NOT NULL default '0',"
-    "`PLv` int(2) NOT NULL default '0',`MemoMap1` varchar(24) NOT NULL default '',"
-    "`MemoPoint1X` int(3) NOT NULL default '0',`MemoPoint1Y` int(3) NOT NULL default '0',"
-    "`MemoMap2` varchar(24) NOT NULL default '',`MemoPoint2X` int(3) NOT NULL default '0',"
-    "`MemoPoint2Y` int(3) NOT NULL default '0',`MemoMap3` varchar(24) NOT NULL default '',"
-    "`MemoPoint3X` int(3) NOT NULL default '0',",
+    ("`SavePointY` int(3) NOT NULL default '0',`Plag` int(3) NOT NULL default '0',"
+     "`PLv` int(2) NOT NULL default '0',`MemoMap1` varchar(24) NOT NULL default '',"
+     "`MemoPoint1X` int(3) NOT NULL default '0',`MemoPoint1Y` int(3) NOT NULL default '0',"
+     "`MemoMap2` varchar(24) NOT NULL default '',`MemoPoint2X` int(3) NOT NULL default '0',"
+     "`MemoPoint2Y` int(3) NOT NULL default '0',`MemoMap3` varchar(24) NOT NULL default '',"
+     "`MemoPoint3X` int(3) NOT NULL default '0',"),
 
     "`MemoPoint3Y` int(3) NOT NULL default '0',  PRIMARY KEY  (`CID`)) TYPE=MyISAM;"};
 constexpr Piece kCartInfo[] = {

@@ -47,8 +47,6 @@ void TextBox::Command(int code) {
 void RichTextBox::Attached() {
     // Without this the box takes 64 KB.
     Send(EM_EXLIMITTEXT, 0, 0x7FFFFFFE);
-    // What was appended is never taken back, so nothing is kept for that.
-    Send(EM_SETUNDOLIMIT, 0);
     Watch(Window());
 }
 

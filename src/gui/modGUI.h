@@ -13,7 +13,8 @@ void DragForm(gui::Form& form);
 /// Keeps the form above all windows that are not top-most themselves, or no longer.
 void SetFormOnTop(gui::Form& form, bool on);
 
-/// Hides or shows a window of any process without waiting for it; 1 when it was visible before, else 0.
+/// Hides or shows a window of any process without waiting for it. Returns what the system says of having
+/// taken the order: 0 when there is no such window.
 std::int16_t HideWindowAsync(HWND window);
 std::int16_t ShowWindowAsyncNormal(HWND window);
 

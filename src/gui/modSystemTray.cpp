@@ -40,4 +40,12 @@ void TrayDeleteIcon(const gui::Form& form) {
     Shell_NotifyIconA(NIM_DELETE, &record);
 }
 
+void TrayShowMenu(const gui::Form& form, gui::PopupMenu& menu) {
+    // The menu's entries would work behind the box's back, and ask their questions over its.
+    if (IsWindowEnabled(form.Window()))
+        menu.Show();
+    else
+        SetForegroundWindow(GetLastActivePopup(form.Window()));
+}
+
 } // namespace modSystemTray

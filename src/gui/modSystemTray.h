@@ -1,6 +1,7 @@
 #pragma once
 
 #include "gui/Form.h"
+#include "gui/Menu.h"
 
 #include <shellapi.h>
 
@@ -24,5 +25,8 @@ void TrayAddIcon(const gui::Form& form, const std::string& tip);
 void TrayModifyIcon(const gui::Form& form, const std::string& tip);
 /// Nothing happens when the form has no icon there.
 void TrayDeleteIcon(const gui::Form& form);
+
+/// Shows the icon's menu; while a box or dialog of the form is open, that one comes to the front instead.
+void TrayShowMenu(const gui::Form& form, gui::PopupMenu& menu);
 
 } // namespace modSystemTray

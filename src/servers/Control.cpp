@@ -3,6 +3,7 @@
 #include "common/Files.h"
 #include "common/Numbers.h"
 #include "common/RuntimeError.h"
+#include "gui/modGUI.h"
 #include "servers/Detection.h"
 #include "servers/Dialogs.h"
 #include "servers/ForeignWindows.h"
@@ -29,10 +30,11 @@ bool Launch(const std::string& path) {
     return true;
 }
 
-std::int16_t SetVisibility(Server server, int command) {
+/// `setOne`: modGUI's procedure that shows or hides one window.
+std::int16_t SetVisibility(Server server, std::int16_t (*setOne)(HWND)) {
     bool found = false;
     FindServerWindow(server, ComponentOf(server).mainWindowClass, [&](HWND window) {
-        ShowWindowAsync(window, command);
+        setOne(window);
         found = true;
         return false;
     });
@@ -42,7 +44,7 @@ std::int16_t SetVisibility(Server server, int command) {
                                              [&](HWND window) { return IsAppWindow(server, window); });
     if (!application)
         return 0;
-    ShowWindowAsync(application, command);
+    setOne(application);
     return 1;
 }
 
@@ -77,10 +79,10 @@ std::int16_t Shutdown(Server server) {
 }
 
 std::int16_t Show(Server server) {
-    return SetVisibility(server, SW_SHOW);
+    return SetVisibility(server, modGUI::ShowWindowAsyncNormal);
 }
 std::int16_t Hide(Server server) {
-    return SetVisibility(server, SW_HIDE);
+    return SetVisibility(server, modGUI::HideWindowAsync);
 }
 
 std::int16_t StartWithPriority(Server server, const clsINI& priorities) {

@@ -1,5 +1,6 @@
 #include "servers/Detection.h"
 
+#include "common/Files.h"
 #include "common/Handle.h"
 #include "common/Text.h"
 #include "servers/ForeignWindows.h"
@@ -7,6 +8,8 @@
 #include <tlhelp32.h>
 
 #include <algorithm>
+#include <array>
+#include <optional>
 
 namespace modServerControl {
 
@@ -46,6 +49,27 @@ bool IsYoung(DWORD process) {
         return ULONGLONG{time.dwHighDateTime} << 32 | time.dwLowDateTime;
     };
     return number(now) - number(start) < kMinute;
+}
+
+/// What tells a file from every other, however its path is written; nothing when it cannot be opened.
+std::optional<std::array<DWORD, 3>> FileIdentity(const std::string& path) {
+    const common::FileHandle file(CreateFileA(path.c_str(), 0,
+                                              FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                              OPEN_EXISTING, 0, nullptr));
+    BY_HANDLE_FILE_INFORMATION information;
+    if (!GetFileInformationByHandle(file.get(), &information))
+        return {};
+    return std::array{information.dwVolumeSerialNumber, information.nFileIndexHigh,
+                      information.nFileIndexLow};
+}
+
+/// The servers of another suite on this computer have the same names.
+bool Runs(DWORD process, const std::string& executable) {
+    const Handle handle(OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, process));
+    char path[MAX_PATH];
+    DWORD size = MAX_PATH;
+    return handle && QueryFullProcessImageNameA(handle.get(), 0, path, &size) &&
+           FileIdentity(path) == FileIdentity(executable);
 }
 
 bool HasWindow(DWORD process, const char* windowClass) {
@@ -103,7 +127,8 @@ bool IsStarting(Server server) {
     for (BOOL more = Process32First(processes.get(), &entry); more;
          more = Process32Next(processes.get(), &entry))
         if (common::EqualsIgnoreCase(entry.szExeFile, component.executable) && IsYoung(entry.th32ProcessID) &&
-            !HasWindow(entry.th32ProcessID, component.mainWindowClass))
+            !HasWindow(entry.th32ProcessID, component.mainWindowClass) &&
+            Runs(entry.th32ProcessID, ExecutablePath(server)))
             return true;
     return false;
 }

@@ -22,7 +22,7 @@ void LetGo(HWND dialog) {
 }
 
 /// One yield and one close after the other until nothing is closed any more; true when something was.
-bool CloseAll(DialogTest test) {
+bool CloseAll(const DialogTest& test) {
     bool closed = false;
     for (;;) {
         gui::DoEvents();
@@ -51,15 +51,24 @@ bool IsServerPathWindow(HWND window) {
     });
 }
 
+bool ServerPathWindows::Contains(HWND window) {
+    DWORD process = 0;
+    GetWindowThreadProcessId(window, &process);
+    const auto [known, isNew] = known_.try_emplace(process, false);
+    if (isNew)
+        known->second = IsServerPathWindow(window);
+    return known->second;
+}
+
 bool IsServerDialogTitle(HWND window) {
     return NamesServer(ReadTitle(window));
 }
 
-bool HasDialog(DialogTest test) {
+bool HasDialog(const DialogTest& test) {
     return FindWindowWhere(nullptr, kDialogClass, test) != nullptr;
 }
 
-ClosedDialog CloseFirstDialog(DialogTest test) {
+ClosedDialog CloseFirstDialog(const DialogTest& test) {
     ClosedDialog closed;
     closed.window = FindWindowWhere(nullptr, kDialogClass, [&](HWND dialog) {
         if (!test(dialog))
@@ -76,7 +85,7 @@ ClosedDialog CloseFirstDialog(DialogTest test) {
     return closed;
 }
 
-std::string CloseDialog(DialogTest test) {
+std::string CloseDialog(const DialogTest& test) {
     return CloseFirstDialog(test).text;
 }
 

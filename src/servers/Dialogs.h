@@ -3,8 +3,10 @@
 #include <windows.h>
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 
 /// The error boxes that the servers raise, and that block them until somebody answers.
 namespace modServerControl {
@@ -13,7 +15,7 @@ namespace modServerControl {
 bool NamesServer(std::string_view title);
 
 /// Tests of one dialog window, for HasDialog and CloseDialog.
-using DialogTest = bool (*)(HWND);
+using DialogTest = std::function<bool(HWND)>;
 
 /// The process that owns the window runs one of the servers' executables, by its file name, letter case
 /// counting.
@@ -23,11 +25,22 @@ bool IsServerProcessWindow(HWND window);
 /// case: the error detector's own test.
 bool IsServerPathWindow(HWND window);
 
+/// IsServerPathWindow for one round over many windows: a process is asked for its path once and not for each
+/// of its windows, because the path costs far more than the rest of a round. For no longer than a round: the
+/// system gives the id of a process that has ended to another one.
+class ServerPathWindows {
+public:
+    bool Contains(HWND window);
+
+private:
+    std::unordered_map<DWORD, bool> known_;
+};
+
 /// The window's title, as ReadTitle reads it, names one of the servers.
 bool IsServerDialogTitle(HWND window);
 
 /// True when some top-level dialog passes the test.
-bool HasDialog(DialogTest test);
+bool HasDialog(const DialogTest& test);
 
 /// A dialog that a close was posted to, and its text without the last character; null and "" for none.
 struct ClosedDialog {
@@ -40,10 +53,10 @@ struct ClosedDialog {
 
 /// Posts a close to the first dialog that passes the test and shows a text. Gives the dialog a moment to go,
 /// so that the next call does not find it again, and returns early when the user does something.
-ClosedDialog CloseFirstDialog(DialogTest test);
+ClosedDialog CloseFirstDialog(const DialogTest& test);
 
 /// The text of CloseFirstDialog alone.
-std::string CloseDialog(DialogTest test);
+std::string CloseDialog(const DialogTest& test);
 
 /// 1 when there is a dialog of the kind, else 0.
 std::int16_t HasDialogByProcess();

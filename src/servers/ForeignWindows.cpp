@@ -30,12 +30,23 @@ Snapshot ModulesOf(DWORD process) {
 } // namespace
 
 HWND FindWindowWhere(HWND parent, const char* windowClass, const std::function<bool(HWND)>& visit) {
-    // Windows that change places meanwhile can come up again, and could do so for ever.
-    std::unordered_set<HWND> seen;
-    HWND window = nullptr;
-    while ((window = FindWindowExA(parent, window, windowClass, nullptr)) && seen.insert(window).second)
-        if (visit(window))
-            return window;
+    // A window that is raised or closed meanwhile leads the walk back to the others, past them, or ends it.
+    // It then begins again at the top, as long as that brings up windows that were not visited yet.
+    const auto after = [&](HWND window) { return FindWindowExA(parent, window, windowClass, nullptr); };
+    std::unordered_set<HWND> visited;
+    for (bool again = true; again;) {
+        const std::size_t before = visited.size();
+        std::unordered_set<HWND> walked;
+        HWND last = nullptr;
+        HWND window = nullptr;
+        while ((window = after(last)) && walked.insert(window).second) {
+            if (visited.insert(window).second && visit(window))
+                return window;
+            last = window;
+        }
+        const bool whole = !window && (!last || (IsWindow(last) && walked.contains(after(nullptr))));
+        again = !whole && visited.size() > before;
+    }
     return nullptr;
 }
 

@@ -10,8 +10,8 @@
 /// here waits for longer than a second, and what cannot be had counts as not there.
 namespace modServerControl {
 
-/// Calls `visit` for each child of `parent` (for each top-level window where `parent` is null) that has the
-/// class, from the topmost down, until `visit` returns true. Returns the window it stopped at, or null.
+/// Calls `visit` once for each child of `parent` (for each top-level window where `parent` is null) that has
+/// the class, from the topmost down, until `visit` returns true. Returns the window it stopped at, or null.
 HWND FindWindowWhere(HWND parent, const char* windowClass, const std::function<bool(HWND)>& visit);
 
 /// The title without its last character, which the windows' names and texts are compared and kept by; "" for

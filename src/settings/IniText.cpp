@@ -33,6 +33,7 @@ std::string TextWithValue(std::string_view text, std::string_view key, std::stri
 
     std::string result;
     result.reserve(text.size() + entry.size() + 2 * kLineEnd.size());
+    const bool isNew = text.empty();
     bool found = false;
     while (!text.empty()) {
         const common::Line line = common::NextLine(text);
@@ -46,8 +47,8 @@ std::string TextWithValue(std::string_view text, std::string_view key, std::stri
     if (found)
         return result;
     result += entry;
-    // A value that brings its own line end gets no second one.
-    if (!result.ends_with(kLineEnd))
+    // A value that brings its own line end gets no second one, save in a new file.
+    if (isNew || !result.ends_with(kLineEnd))
         result += kLineEnd;
     return result;
 }

@@ -49,7 +49,7 @@ std::optional<std::chrono::year_month_day> Date(const std::string& text) {
 std::string HalfOfDay(const SYSTEMTIME& time) {
     char text[40] = "";
     GetTimeFormatA(LOCALE_USER_DEFAULT, 0, &time, "tt", text, sizeof text);
-    const std::string sign = text;
+    std::string sign = text;
     if (sign.empty() || sign.find_first_of(" .\\/:*?\"<>|") != std::string::npos)
         return time.wHour < 12 ? "AM" : "PM";
     return sign;

@@ -15,9 +15,9 @@ namespace {
 constexpr ULONGLONG kMillisecondsBetweenTries = 1000;
 
 /// A dialog of the servers, of either kind; null when there is none.
-HWND AnyDialog() {
+HWND AnyDialog(const DialogTest& isServers) {
     const HWND titled = FindWindowWhere(nullptr, kDialogClass, IsServerDialogTitle);
-    return titled ? titled : FindWindowWhere(nullptr, kDialogClass, IsServerPathWindow);
+    return titled ? titled : FindWindowWhere(nullptr, kDialogClass, isServers);
 }
 
 /// Dispatches messages until the window is gone, or `isWanted` no longer holds, or the time between two tries
@@ -43,7 +43,8 @@ void MakeLogFolder() {
 } // namespace
 
 void ErrorDetector::Handle(const ErrorDetectorSettings& settings) const {
-    if (!settings.handleDialogs || !HasDialog(IsServerPathWindow))
+    ServerPathWindows servers;
+    if (!settings.handleDialogs || !HasDialog([&](HWND dialog) { return servers.Contains(dialog); }))
         return;
     if (CloseDialogs(settings.logFilename) && settings.restartAll && IsZoneRunning())
         RestartAll({.message = settings.message, .meanwhile = {}, .checkExecutables = true}, priorities_);
@@ -52,7 +53,9 @@ void ErrorDetector::Handle(const ErrorDetectorSettings& settings) const {
 /// False when it ended because it was no longer wanted.
 bool ErrorDetector::CloseDialogs(const std::optional<std::string>& logFilename) const {
     for (;;) {
-        const ClosedDialog error = CloseFirstDialog(IsServerPathWindow);
+        ServerPathWindows servers;
+        const DialogTest isServers = [&](HWND dialog) { return servers.Contains(dialog); };
+        const ClosedDialog error = CloseFirstDialog(isServers);
         const ClosedDialog winError = CloseFirstDialog(IsServerDialogTitle);
         if (logFilename) {
             if (!error.text.empty())
@@ -60,7 +63,7 @@ bool ErrorDetector::CloseDialogs(const std::optional<std::string>& logFilename) 
             if (!winError.text.empty())
                 Log(*logFilename, "WinError: " + winError.text);
         }
-        const HWND left = AnyDialog();
+        const HWND left = AnyDialog(isServers);
         if (!left)
             return true;
         gui::DoEvents();

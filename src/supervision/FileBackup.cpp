@@ -26,6 +26,10 @@ constexpr DatabaseFiles kDatabases[] = {
 /// What a MyISAM table consists of: its layout, its indexes, its rows.
 constexpr std::string_view kEndings[] = {".frm", ".MYI", ".MYD"};
 
+std::string FolderIn(const std::string& parent, const DatabaseFiles& database) {
+    return parent + "\\" + std::string(database.folder);
+}
+
 void RequireFolder(const std::string& path) {
     if (!common::FolderExists(path))
         common::MakeFolder(path);
@@ -87,16 +91,16 @@ void BackUpFiles(const Progress& progress) {
     const std::string backup = BackupFolder() + "\\" + BackupName(now);
     RequireFolder(backup);
     for (const DatabaseFiles& database : kDatabases)
-        RequireFolder(backup + "\\" + std::string(database.folder));
+        RequireFolder(FolderIn(backup, database));
     for (const DatabaseFiles& database : kDatabases) {
-        const std::string folder = "\\" + std::string(database.folder) + "\\";
+        // The setting ends in a backslash of its own; a second one does no harm.
+        const std::string source = FolderIn(modServerControl::MySQLPath() + "\\data", database) + "\\";
+        const std::string target = FolderIn(backup, database) + "\\";
         for (const std::string_view table : database.tables) {
             for (const std::string_view ending : kEndings) {
                 const std::string file = std::string(table) + std::string(ending);
                 const auto goOn = [&] { return progress(file); };
-                // The setting ends in a backslash of its own; a second one does no harm.
-                const std::string from = modServerControl::MySQLPath() + "\\data" + folder + file;
-                if (!goOn() || !CopyFileOver(from, backup + folder + file, goOn))
+                if (!goOn() || !CopyFileOver(source + file, target + file, goOn))
                     return;
             }
         }

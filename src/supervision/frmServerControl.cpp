@@ -60,9 +60,8 @@ void frmServerControl::Form_MouseDown(gui::MouseButton /*button*/, int x, int /*
         State(gui::WindowState::Normal);
         Visible(true);
         BringToFront();
-    } else if (x == modSystemTray::kTrayRightDown && IsWindowEnabled(Window())) {
-        // Not while a box or dialog of the panel is open: its entries would work behind that one's back.
-        mnuPopup.Show();
+    } else if (x == modSystemTray::kTrayRightDown) {
+        modSystemTray::TrayShowMenu(*this, mnuPopup);
     }
 }
 

@@ -1,9 +1,7 @@
 #pragma once
 
-#include "common/Files.h"
 #include "servers/Servers.h"
 #include "support/Database.h"
-#include "support/TempFolder.h"
 
 /// A login database with the accounts alpha, bravo and Charlie (100001, 100002, 100004), and a server folder
 /// whose privilege file makes bravo a game master who may only broadcast.
@@ -12,8 +10,7 @@ protected:
     static constexpr const char* kNone = ",0,0,0,0,0,0,0,0,0,0,0,0,0,0,0";
     static constexpr const char* kBroadcast = ",1,0,0,0,0,0,0,0,0,0,0,0,0,0,0";
 
-    void SetUp() override {
-        DatabaseTest::SetUp();
+    AccountsTest() {
         root.Execute("CREATE DATABASE glogin");
         root.Execute("CREATE TABLE glogin.account (`AID` int(6) unsigned NOT NULL auto_increment,"
                      "`Name` varchar(24) NOT NULL default '',`Pass` varchar(24) NOT NULL default '',"
@@ -21,7 +18,6 @@ protected:
                      "`GMMode` int(1) default '0',PRIMARY KEY (`AID`)) ENGINE=MyISAM");
         root.Execute("INSERT INTO glogin.account VALUES (100001,'alpha','a',0,'a@x',0),"
                      "(100002,'bravo','b',1,'b@x',7),(100004,'Charlie','c',0,'c@x',0)");
-        CreateDirectoryA((folder / "database").c_str(), nullptr);
         support::WriteFile(folder / "Kerno.ini", "gloginname=root\r\ngloginpass=\r\n");
         support::WriteFile(privilegeFile, std::string("header\r\n100002") + kBroadcast + "\r\n");
         modServerControl::KernoPath(folder.Path() + "\\");

@@ -1,11 +1,5 @@
 #include "accounts/GMTable.h"
-
-#include "common/Files.h"
-#include "common/RuntimeError.h"
-#include "support/Errors.h"
-#include "support/TempFolder.h"
-
-#include <gtest/gtest.h>
+#include "support/Test.h"
 
 using accounts::GMTable;
 using accounts::Privileges;

@@ -5,8 +5,7 @@ namespace {
 
 class StoreTest : public AccountsTest {
 protected:
-    void SetUp() override {
-        AccountsTest::SetUp();
+    StoreTest() {
         store.SQLHostname("localhost");
         EXPECT_EQ(store.ConnectSQL(), 0);
         EXPECT_EQ(store.MoveToFirstRecord(), 0);

@@ -2,17 +2,10 @@
 #include "app/frmMainMenu.h"
 #include "app/frmSQLPath.h"
 
-#include "common/Files.h"
 #include "gui/modSystemTray.h"
-#include "settings/kToolsSettings.h"
 #include "support/ChildProcess.h"
 #include "support/MessageBoxes.h"
-#include "support/Servers.h"
-#include "support/Wait.h"
-
-#include <gtest/gtest.h>
-
-#include <filesystem>
+#include "support/Surroundings.h"
 
 namespace {
 
@@ -21,49 +14,36 @@ using support::WaitUntil;
 
 constexpr const char* kNoExecutables = "Can't find Kerno executables in current directory";
 
-/// A program folder of its own beside the stand-ins, with settings that point to them.
-class MainMenu : public testing::Test {
+/// Settings that point to both folders.
+class MainMenu : public testing::Test, protected support::Surroundings {
 protected:
     MainMenu() {
-        common::ProgramFolder(program.Path());
-        settings::CreateDefaultSettings(settings::kToolsIniPath());
-        kTools.INIProperty("KernoPath", servers.Path());
-        kTools.INIProperty("MySQLPath", program.Path() + "\\");
+        settings::CreateDefaultSettings(kTools.INIPath());
+        Set({{"KernoPath", servers.Path()}, {"MySQLPath", program.Path() + "\\"}});
     }
 
-    support::ServerFolder servers;
-    support::TempFolder program;
-    clsINI kTools{program / "kTools.ini"};
     support::MessageBoxes boxes;
 };
 
-TEST_F(MainMenu, LoadsTheSharedSettings) {
+TEST_F(MainMenu, LoadsTheSharedSettingsAlsoBesideAPreviousInstance) {
     kTools.INIProperty("ServerDetectionMethod", "1");
-    frmMainMenu form(false);
+    boxes.Answer(IDNO);
+    frmMainMenu form(true);
     form.Load();
     EXPECT_EQ(KernoPath(), servers.Path());
     EXPECT_EQ(MySQLPath(), program.Path() + "\\");
     EXPECT_EQ(ServerDetectionMethod(), 1);
     EXPECT_EQ(form.Caption(), "Kerno Tools ::");
     EXPECT_FALSE(std::filesystem::exists(program / "kTools")) << "data folders are not made";
-}
-
-TEST_F(MainMenu, AsksAboutAPreviousInstanceAndGoesOnAfterNo) {
-    boxes.Answer(IDNO);
-    frmMainMenu form(true);
-    form.Load();
-    EXPECT_TRUE(form.Loaded());
     EXPECT_EQ(boxes.Texts(),
               std::vector<std::string>{"It is not advisable to run few instances of this tool. "
                                        "Close this instance ?"});
-    EXPECT_EQ(boxes.Seen()[0].style, static_cast<unsigned>(MB_YESNO));
 }
 
 /// The pickers open in turn while the main window loads; presses Cancel in each and notes its caption.
 std::vector<std::string> CancelPickersDuring(const std::function<void()>& load) {
-    static std::vector<std::string> captions;
-    captions.clear();
-    const UINT_PTR timer = SetTimer(nullptr, 0, 10, [](HWND, UINT, UINT_PTR, DWORD) {
+    std::vector<std::string> captions;
+    const support::Meanwhile cancel([&] {
         const HWND picker = FindWindowA("#32770", nullptr);
         if (!picker || !IsWindowVisible(picker))
             return;
@@ -73,7 +53,6 @@ std::vector<std::string> CancelPickersDuring(const std::function<void()>& load) 
         SendMessageA(picker, WM_CLOSE, 0, 0);
     });
     load();
-    KillTimer(nullptr, timer);
     return captions;
 }
 
@@ -119,12 +98,18 @@ TEST_F(MainMenu, StartsNothingWhenAnExecutableIsMissing) {
     EXPECT_FALSE(servers.IsRunning(Server::Zone));
 }
 
-TEST_F(MainMenu, StartsShowsHidesAndShutsDown) {
+TEST_F(MainMenu, StartsRestartsShowsHidesAndShutsDown) {
     frmMainMenu form(false);
     form.Load();
-    form.mnuStartKerno.Choose();
-    for (const Server server : kServers)
-        EXPECT_TRUE(WaitUntil([&] { return IsRunning(server); }));
+    std::array<HWND, 3> windows{};
+    for (gui::MenuItem* start : {&form.mnuStartKerno, &form.mnuRestartKerno}) {
+        start->Choose();
+        for (const Server server : kServers) {
+            HWND& window = windows[static_cast<std::size_t>(server)];
+            EXPECT_TRUE(WaitUntil([&] { return !IsWindow(window) && IsRunning(server); }));
+            window = MainWindow(server);
+        }
+    }
     form.mnuHideKerno.Choose();
     for (const Server server : kServers)
         EXPECT_TRUE(WaitUntil([&] { return !IsWindowVisible(servers.MainWindow(server)); }));
@@ -142,18 +127,6 @@ TEST_F(MainMenu, StartsShowsHidesAndShutsDown) {
 
     form.mnuShutdownCharacter.Choose();
     EXPECT_TRUE(WaitUntil([&] { return !IsRunning(Server::Character); }));
-}
-
-TEST_F(MainMenu, ARestartOfTheSuiteStartsAllThreeAgain) {
-    kTools.INIProperty("LoginPriority", "1");
-    frmMainMenu form(false);
-    form.Load();
-    std::vector<HWND> before;
-    for (const Server server : kServers)
-        before.push_back(servers.Launch(server));
-    form.mnuRestartKerno.Choose();
-    for (std::size_t i = 0; i < kServers.size(); ++i)
-        EXPECT_TRUE(WaitUntil([&] { return !IsWindow(before[i]) && IsRunning(kServers[i]); }));
 }
 
 TEST_F(MainMenu, TheTrayIconTakesTheWindowAwayAndADoubleClickBringsItBack) {
@@ -182,7 +155,6 @@ void PickAFolder(const char* key, const char* requiredFile, const char* message,
     EXPECT_TRUE(form.Loaded());
     EXPECT_EQ(kTools.INIProperty(key), "before\\");
 
-    std::filesystem::create_directories(folder + "\\bin");
     support::WriteFile(folder + "\\" + requiredFile, "");
     form.cmdOK.Press();
     EXPECT_FALSE(form.Loaded());
@@ -206,10 +178,13 @@ TEST_F(MainMenu, ADriveThatCannotBeReadIsRefusedAndTheLastGoodOneComesBack) {
     frmBrowse form;
     form.Load();
     const int good = form.drvCharacter.ListIndex();
-    form.drvCharacter.AddItem("?:");
-    form.drvCharacter.ListIndex(form.drvCharacter.ListCount() - 1);
-    EXPECT_EQ(boxes.Texts(), std::vector<std::string>{"Drive is inaccessible"});
-    EXPECT_EQ(form.drvCharacter.ListIndex(), good);
+    // A drive that was pulled out, and one that answers, but not with its folders.
+    for (const std::string& drive : {std::string("?:"), servers.Path() + "none"}) {
+        form.drvCharacter.AddItem(drive);
+        form.drvCharacter.ListIndex(form.drvCharacter.ListCount() - 1);
+        EXPECT_EQ(form.drvCharacter.ListIndex(), good);
+    }
+    EXPECT_EQ(boxes.Texts(), (std::vector<std::string>{"Drive is unavailable", "Drive is inaccessible"}));
 }
 
 } // namespace

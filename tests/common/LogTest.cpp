@@ -1,9 +1,5 @@
 #include "common/clsLog.h"
-
-#include "common/Files.h"
-#include "support/TempFolder.h"
-
-#include <gtest/gtest.h>
+#include "support/Test.h"
 
 namespace {
 

@@ -1,8 +1,5 @@
 #include "config/CIpHelper.h"
-
-#include "common/RuntimeError.h"
-
-#include <gtest/gtest.h>
+#include "support/Test.h"
 
 #include <cstring>
 

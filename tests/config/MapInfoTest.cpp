@@ -1,8 +1,5 @@
 #include "config/clsMapInfo.h"
-
-#include "support/TempFolder.h"
-
-#include <gtest/gtest.h>
+#include "support/Test.h"
 
 namespace {
 

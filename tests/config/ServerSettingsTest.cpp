@@ -1,9 +1,7 @@
 #include "Configurator.h"
 
-#include "common/Text.h"
 #include "servers/modServerControl.h"
 #include "supervision/IPDetection.h"
-#include "support/Wait.h"
 
 using modServerControl::Server;
 using support::SeenBox;
@@ -46,14 +44,14 @@ protected:
 };
 
 TEST_F(ServerSettings, SavesBackWhatItLoadedAndLeavesTheRestOfBothFilesAlone) {
-    std::string kerno = "; of the operator\r\n\r\n[Server]\r\nname=other\r\n\tUnknown = 1 \n#x\r";
+    std::string text = "; of the operator\r\n\r\n[Server]\r\nname=other\r\n\tUnknown = 1 \n#x\r";
     for (const std::string& key : kTexts)
-        kerno += key + "=" + ValueOf(key) + "\r\n";
-    kerno += "IP =5\r\nPriority=5\r\n\r\n";
+        text += key + "=" + ValueOf(key) + "\r\n";
+    text += "IP =5\r\nPriority=5\r\n\r\n";
     for (const std::string& key : kChecks)
-        kerno += key + "=0\r\n";
+        text += key + "=0\r\n";
     const std::string tool = "[Path]\r\nPriority=0\r\nLoginPriority=1\r\nCharacterPriority=4\r\n";
-    Open(kerno, tool);
+    Open(text, tool);
     const auto texts = Windows("Edit");
     const auto checks = Windows("Button", BS_AUTOCHECKBOX);
     ASSERT_EQ(texts.size(), kTexts.size());
@@ -66,7 +64,7 @@ TEST_F(ServerSettings, SavesBackWhatItLoadedAndLeavesTheRestOfBothFilesAlone) {
               "LowHighBelow Normal");
     Save();
     EXPECT_EQ(boxes.Seen(), (std::vector<SeenBox>{{"kTools", "Server settings saved", MB_OK}}));
-    EXPECT_EQ(Kerno(), kerno);
+    EXPECT_EQ(Kerno(), text);
     EXPECT_EQ(Tool(), tool);
 
     for (std::size_t i = 0; i < checks.size(); ++i) {
@@ -74,7 +72,7 @@ TEST_F(ServerSettings, SavesBackWhatItLoadedAndLeavesTheRestOfBothFilesAlone) {
         const std::string line = "\n" + kChecks[i];
         SendMessageA(checks[i], BM_CLICK, 0, 0);
         Save();
-        EXPECT_EQ(Kerno(), bound ? common::ReplaceAll(kerno, line + "=0", line + "=1") : kerno);
+        EXPECT_EQ(Kerno(), bound ? common::ReplaceAll(text, line + "=0", line + "=1") : text);
         form.cmdReload.Press();
         for (const HWND box : checks)
             EXPECT_EQ(SendMessageA(box, BM_GETCHECK, 0, 0), box == checks[i]) << line;
@@ -84,26 +82,22 @@ TEST_F(ServerSettings, SavesBackWhatItLoadedAndLeavesTheRestOfBothFilesAlone) {
     page.cboZonePrioritySettings.ListIndex(0);
     page.cboLoginPrioritySettings.ListIndex(2);
     Save();
-    kerno = common::ReplaceAll(kerno, ValueOf("Name"), "new");
-    EXPECT_EQ(Kerno(), common::ReplaceAll(kerno, "Priority=5", "Priority=0"));
+    text = common::ReplaceAll(text, ValueOf("Name"), "new");
+    EXPECT_EQ(Kerno(), common::ReplaceAll(text, "Priority=5", "Priority=0"));
     EXPECT_EQ(Tool(), common::ReplaceAll(tool, "LoginPriority=1", "LoginPriority=2"));
 }
 
 TEST_F(ServerSettings, ShowsBadValuesAsWhatSaveThenWrites) {
-    const struct {
-        const char* text;
-        int check;
-        int priority;
-    } cases[] = {{"", 0, 0},    {"2", 1, 2},   {"-1", 1, 3},    {"1x", 0, 1},
-                 {" 1 ", 1, 1}, {"3.5", 1, 4}, {"40000", 0, 3}, {"1e99", 0, 3}};
-    for (const auto& c : cases) {
-        const std::string text = c.text;
+    const std::tuple<std::string, int, int> cases[] = {{"", 0, 0},      {"2", 1, 2},   {"-1", 1, 3},
+                                                       {"1x", 0, 1},    {" 1 ", 1, 1}, {"3.5", 1, 4},
+                                                       {"40000", 0, 3}, {"1e99", 0, 3}};
+    for (const auto& [text, check, index] : cases) {
         Open("AutoStart=" + text + "\r\nPriority=" + text + "\r\n", "LoginPriority=" + text + "\r\n");
-        EXPECT_EQ(form.misc.chkAutoStart.Value(), c.check) << text;
-        EXPECT_EQ(form.priority.cboZonePrioritySettings.ListIndex(), c.priority) << text;
+        EXPECT_EQ(form.misc.chkAutoStart.Value(), check) << text;
+        EXPECT_EQ(form.priority.cboZonePrioritySettings.ListIndex(), index) << text;
         Save();
-        const std::string priority = "Priority=" + std::to_string(c.priority) + "\r\n";
-        EXPECT_TRUE(Kerno().starts_with("AutoStart=" + std::to_string(c.check) + "\r\n" + priority)) << text;
+        const std::string priority = "Priority=" + std::to_string(index) + "\r\n";
+        EXPECT_TRUE(Kerno().starts_with("AutoStart=" + std::to_string(check) + "\r\n" + priority)) << text;
         EXPECT_EQ(Tool(), "Login" + priority + "CharacterPriority=0\r\n") << text;
     }
 }
@@ -115,18 +109,18 @@ TEST_F(ServerSettings, FilesThatCannotBeUsed) {
                                                    "Can't find 'Kerno.ini' in current directory. The server "
                                                    "configurator will now close",
                                                    MB_OK}}));
-    const std::string kerno = "Name=a\r\nIP=b\r\n";
-    Open(kerno);
+    const std::string text = "Name=a\r\nIP=b\r\n";
+    Open(text);
     form.connections.txtServerName.Text("edited");
-    support::WriteFile(kernoIni, "");
+    support::WriteFile(kerno.INIPath(), "");
     boxes.Clear();
     form.cmdReload.Press();
     EXPECT_EQ(form.connections.txtServerName.Text(), "edited");
-    support::WriteFile(kernoIni, kerno);
-    SetFileAttributesA(kernoIni.c_str(), FILE_ATTRIBUTE_READONLY);
+    support::WriteFile(kerno.INIPath(), text);
+    SetFileAttributesA(kerno.INIPath().c_str(), FILE_ATTRIBUTE_READONLY);
     Save();
-    SetFileAttributesA(kernoIni.c_str(), FILE_ATTRIBUTE_NORMAL);
-    EXPECT_EQ(Kerno(), kerno);
+    SetFileAttributesA(kerno.INIPath().c_str(), FILE_ATTRIBUTE_NORMAL);
+    EXPECT_EQ(Kerno(), text);
     ASSERT_EQ(boxes.Seen().size(), 2u);
     EXPECT_EQ(boxes.Texts()[0].substr(0, 8) + boxes.Texts()[1].substr(0, 8), "Error 62Error 70");
 }
@@ -137,17 +131,11 @@ TEST_F(ServerSettings, RestartsTheServersThatTheUserWantsRestarted) {
         ASSERT_TRUE(before[static_cast<int>(server)] = servers.Launch(server));
     Open("Priority=3\r\n");
     // The window is closed in the middle of the zone server's shutdown, which takes its time.
-    static HWND zone;
-    static gui::Form* window;
-    zone = before[2];
-    window = &form;
-    const auto closeWhenGone = [](HWND, UINT, UINT_PTR timer, DWORD) {
-        if (IsWindow(zone))
-            return;
-        KillTimer(nullptr, timer);
-        window->Unload();
-    };
-    boxes.Answer(IDYES).Answer(IDNO).Answer(IDYES, [&] { SetTimer(nullptr, 0, 10, closeWhenGone); });
+    const support::Meanwhile close([&] {
+        if (!IsWindow(before[2]))
+            form.Unload();
+    });
+    boxes.Answer(IDYES).Answer(IDNO).Answer(IDYES);
     Save();
     EXPECT_FALSE(form.Loaded());
     std::vector<SeenBox> expected{{"kTools", "Server settings saved", MB_OK}};
@@ -196,26 +184,20 @@ TEST_F(ServerSettings, OffersTheDetectedAddress) {
     const std::string local = supervision::DetectLocalAddresses().back();
     ASSERT_NE(local, "");
     const std::string offer = " is detected as current IP address. Use it ?";
-    const struct {
-        const char* settings;
-        std::string message;
-        int answer;
-        std::string shown;
-    } cases[] = {
+    const std::tuple<const char*, std::string, int, std::string> cases[] = {
         {"IPDetectionMethod=0\r\n", local + offer, IDYES, local},
         {"DynamicHostname=localhost\r\n", local + offer, IDNO, "old"},
         {"IPDetectionMethod=1\r\nDynamicHostname=127.0.0.9\r\n", "127.0.0.9" + offer, IDYES, "127.0.0.9"},
-        {"IPDetectionMethod=1\r\nDynamicHostname=no.such.host.invalid\r\n", "IP Detection Failed", 0, "old"},
-    };
-    for (const auto& c : cases) {
-        Open("IP=old\r\n", c.settings);
+        {"IPDetectionMethod=1\r\nDynamicHostname=no.such.host.invalid\r\n", "IP Detection Failed", 0, "old"}};
+    for (const auto& [settings, message, answer, shown] : cases) {
+        Open("IP=old\r\n", settings);
         boxes.Clear();
-        if (c.answer)
-            boxes.Answer(c.answer);
+        if (answer)
+            boxes.Answer(answer);
         form.connections.cmdEnterIP.Press();
         EXPECT_EQ(boxes.Seen(),
-                  (std::vector<SeenBox>{{"kTools", c.message, c.answer ? unsigned{MB_YESNO} : MB_OK}}));
-        EXPECT_EQ(form.connections.txtServerIP.Text(), c.shown) << c.settings;
+                  (std::vector<SeenBox>{{"kTools", message, answer ? unsigned{MB_YESNO} : MB_OK}}));
+        EXPECT_EQ(form.connections.txtServerIP.Text(), shown) << settings;
         EXPECT_EQ(Kerno(), "IP=old\r\n");
     }
 }

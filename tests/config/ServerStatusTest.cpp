@@ -1,13 +1,7 @@
 #include "config/frmServerStatus.h"
 
-#include "common/Files.h"
-#include "settings/kToolsSettings.h"
-#include "support/Servers.h"
-#include "support/Wait.h"
+#include "support/Surroundings.h"
 
-#include <gtest/gtest.h>
-
-#include <filesystem>
 #include <regex>
 
 namespace {
@@ -35,12 +29,9 @@ HMENU MenuOf(const std::function<void()>& cause) {
     return opened;
 }
 
-/// The window over a program folder and a server folder of its own; ticks come from the tests only.
-class ServerStatus : public testing::Test {
+/// The window, whose ticks come from the tests only.
+class ServerStatus : public testing::Test, protected support::Surroundings {
 protected:
-    ServerStatus() { common::ProgramFolder(program_.Path()); }
-    ~ServerStatus() override { common::ProgramFolder(""); }
-
     void Load() {
         form_.Load();
         form_.tmrUpdate.Enabled(false);
@@ -49,30 +40,26 @@ protected:
 
     /// Lets the server write lines and waits until its box holds them.
     void Write(Server server, int lines) {
-        suite_.Command(server, Command::WriteLines, lines);
+        servers.Command(server, Command::WriteLines, lines);
         const std::string last = "Line " + std::to_string(lines) + "\r\n";
         ASSERT_TRUE(WaitUntil([&] { return support::TextOf(Memo(server)).ends_with(last); }));
     }
 
-    HWND Memo(Server server) const { return suite_.Child(server, modServerControl::kMessageBoxClass); }
+    HWND Memo(Server server) const { return servers.Child(server, modServerControl::kMessageBoxClass); }
 
-    std::string Log(const char* name) const {
-        const std::string text = common::ReadFileText(program_ / ("kTools\\Logs\\" + std::string(name)));
-        return std::regex_replace(text, std::regex(R"(\[[0-9/]+ [0-9:]+\])"), "[]");
+    /// The log without its times.
+    std::string Logged(const char* name) const {
+        return std::regex_replace(Log(name), std::regex(R"(\[[0-9/]+ [0-9:]+\])"), "[]");
     }
 
-    std::string Key(std::string_view key) const { return clsINI(settings::kToolsIniPath()).INIProperty(key); }
-
-    support::TempFolder program_;
-    support::ServerFolder suite_;
     config::Traffic totals_{1000, 1000};
     frmServerStatus form_{[this] { return totals_; }};
 };
 
 TEST_F(ServerStatus, HarvestsIntoTheBoxesAndTheLogsInOrder) {
     for (const Server server : modServerControl::kServers)
-        ASSERT_TRUE(suite_.Launch(server));
-    support::WriteFile(settings::kToolsIniPath(), "LogCharacter=7\r\nLogZone=0\r\nLogLogin=-1\r\n");
+        ASSERT_TRUE(servers.Launch(server));
+    support::WriteFile(kTools.INIPath(), "LogCharacter=7\r\nLogZone=0\r\nLogLogin=-1\r\n");
     Load();
     EXPECT_TRUE(form_.mnuLogCharacter.Checked() && form_.mnuLogLogin.Checked() &&
                 !form_.mnuLogZone.Checked());
@@ -83,7 +70,7 @@ TEST_F(ServerStatus, HarvestsIntoTheBoxesAndTheLogsInOrder) {
     EXPECT_EQ(support::TextOf(Memo(Server::Zone)), "");
 
     form_.mnuLogZone.Choose();
-    EXPECT_EQ(Key(settings::key::kLogZone), "-1");
+    EXPECT_EQ(kTools.INIProperty(settings::key::kLogZone), "-1");
     for (const int lines : {1, 2}) {
         for (const Server server : modServerControl::kServers)
             Write(server, lines);
@@ -92,30 +79,30 @@ TEST_F(ServerStatus, HarvestsIntoTheBoxesAndTheLogsInOrder) {
     EXPECT_EQ(form_.txtZoneStatus.Text(), "\r\nLine 1\r\nLine 2\r\n\r\nLine 1\r\n\r\nLine 1\r\nLine 2\r\n");
     EXPECT_EQ(form_.txtLoginStatus.Text(), "\r\nLine 1\r\n\r\nLine 1\r\nLine 2\r\n");
     const std::string logged = "[]\r\nLine 1\r\n\r\n[]\r\nLine 1\r\nLine 2\r\n\r\n";
-    EXPECT_EQ(Log("ZoneServer.log"), logged);
-    EXPECT_EQ(Log("CharacterServer.log"), logged);
-    EXPECT_FALSE(common::FileExists(program_ / "kTools\\Logs\\LoginServer.log"));
+    EXPECT_EQ(Logged("ZoneServer.log"), logged);
+    EXPECT_EQ(Logged("CharacterServer.log"), logged);
+    EXPECT_EQ(Log("LoginServer.log"), "");
 
     form_.mnuClearZone.Choose();
     EXPECT_EQ(form_.txtZoneStatus.Text(), "");
-    EXPECT_EQ(Log("ZoneServer.log"), logged);
+    EXPECT_EQ(Logged("ZoneServer.log"), logged);
     for (auto* item : {&form_.mnuLogZone, &form_.mnuLogLogin, &form_.mnuLogCharacter})
         item->Choose();
-    EXPECT_EQ(Key(settings::key::kLogZone) + Key(settings::key::kLogLogin) +
-                  Key(settings::key::kLogCharacter),
+    EXPECT_EQ(kTools.INIProperty(settings::key::kLogZone) + kTools.INIProperty(settings::key::kLogLogin) +
+                  kTools.INIProperty(settings::key::kLogCharacter),
               "000");
 }
 
 TEST_F(ServerStatus, AnUnwritableLogAndAHungServerDisturbNobody) {
-    ASSERT_TRUE(suite_.Launch(Server::Login));
-    ASSERT_TRUE(suite_.Launch(Server::Character));
+    ASSERT_TRUE(servers.Launch(Server::Login));
+    ASSERT_TRUE(servers.Launch(Server::Character));
     // A folder stands where the log would be, and the logs' folder is made although its parent is missing.
     Load();
-    std::filesystem::create_directory(program_ / "kTools\\Logs\\CharacterServer.log");
+    std::filesystem::create_directory(program / "kTools\\Logs\\CharacterServer.log");
     form_.mnuLogCharacter.Choose();
     Write(Server::Login, 1);
     Write(Server::Character, 3);
-    suite_.Command(Server::Login, Command::Hang, 20);
+    servers.Command(Server::Login, Command::Hang, 20);
     DWORD_PTR answer = 0;
     ASSERT_TRUE(WaitUntil(
         [&] { return !SendMessageTimeoutA(Memo(Server::Login), WM_NULL, 0, 0, SMTO_NORMAL, 100, &answer); }));
@@ -130,7 +117,7 @@ TEST_F(ServerStatus, FirstTicksShowZoneAndTraffic) {
     form_.tmrUpdate.Tick();
     EXPECT_EQ(form_.lblServerUptime.Caption() + form_.lblplayers.Caption(), "Not running..Not running..");
 
-    const HWND zone = suite_.Launch(Server::Zone);
+    const HWND zone = servers.Launch(Server::Zone);
     ASSERT_TRUE(support::SetTextOf(zone, "Kerno Zone Server 00:01:02:03 Current Players (Count: 12)"));
     const std::string before = form_.lblDownload.Caption();
     totals_ = {1000 + 1024.0 * 1234, 1000 + 2048};

@@ -14,31 +14,25 @@ std::string TextOf(const RECT& r) {
 }
 
 TEST(MapPlacement, CellsAndPointsOfThePicture) {
-    const struct {
-        POINT point;
-        Cell highest;
-        Cell cell;
-    } cells[] = {{{0, 400}, {311, 391}, {0, 0}},     {{0, 0}, {311, 391}, {0, 391}},
-                 {{200, 400}, {311, 391}, {311, 0}}, {{199, 399}, {311, 391}, {309, 0}},
-                 {{100, 100}, {99, 99}, {49, 74}},   {{-1, 401}, {99, 99}, {-1, -1}},
-                 {{50, 50}, {0, 0}, {0, 0}}};
-    for (const auto& c : cells)
-        EXPECT_EQ(config::CellAt(c.point, {200, 400}, c.highest), c.cell) << c.point.x << ' ' << c.point.y;
+    const std::tuple<POINT, Cell, Cell> cells[] = {
+        {{0, 400}, {311, 391}, {0, 0}},     {{0, 0}, {311, 391}, {0, 391}},
+        {{200, 400}, {311, 391}, {311, 0}}, {{199, 399}, {311, 391}, {309, 0}},
+        {{100, 100}, {99, 99}, {49, 74}},   {{-1, 401}, {99, 99}, {-1, -1}},
+        {{50, 50}, {0, 0}, {0, 0}}};
+    for (const auto& [point, highest, cell] : cells)
+        EXPECT_EQ(config::CellAt(point, {200, 400}, highest), cell) << point.x << ' ' << point.y;
     EXPECT_EQ(config::CellAt({1, 1}, {0, 0}, {9, 9}), Cell{});
 
     const RECT bounds{10, 20, 210, 420};
-    const struct {
-        double x, y;
-        Cell highest;
-        POINT point;
-    } points[] = {{0, 0, {100, 100}, {10, 420}},      {100, 100, {100, 100}, {210, 20}},
-                  {25, 75, {100, 100}, {60, 120}},    {-10, 3, {100, 100}, {-10, 408}},
-                  {5, 5, {0, 100}, {10, 20}},         {5, 5, {100, 0}, {10, 20}},
-                  {-1e300, 0, {9, 9}, {-32768, 420}}, {0, -1.0 / 0.0, {9, 9}, {10, 32767}}};
-    for (const auto& c : points) {
-        const POINT point = config::PointOf(c.x, c.y, bounds, c.highest);
-        EXPECT_EQ(point.x, c.point.x) << c.x;
-        EXPECT_EQ(point.y, c.point.y) << c.y;
+    const std::tuple<double, double, Cell, POINT> points[] = {
+        {0, 0, {100, 100}, {10, 420}},      {100, 100, {100, 100}, {210, 20}},
+        {25, 75, {100, 100}, {60, 120}},    {-10, 3, {100, 100}, {-10, 408}},
+        {5, 5, {0, 100}, {10, 20}},         {5, 5, {100, 0}, {10, 20}},
+        {-1e300, 0, {9, 9}, {-32768, 420}}, {0, -1.0 / 0.0, {9, 9}, {10, 32767}}};
+    for (const auto& [x, y, highest, expected] : points) {
+        const POINT point = config::PointOf(x, y, bounds, highest);
+        EXPECT_EQ(point.x, expected.x) << x;
+        EXPECT_EQ(point.y, expected.y) << y;
     }
     EXPECT_EQ(TextOf(config::FitInto(bounds, {50, 50})), "10 120 210 320");
     EXPECT_EQ(TextOf(config::FitInto(bounds, {1000, 4000})), "60 20 160 420");
@@ -48,14 +42,10 @@ TEST(MapPlacement, CellsAndPointsOfThePicture) {
 class StartingLocationPicker : public Configurator {
 protected:
     StartingLocationPicker() {
-        for (const char* folder : {"kTools", "kTools\\databases", "kTools\\maps"})
-            CreateDirectoryA((program / folder).c_str(), nullptr);
         // Two pixels wide and one high; a file that is no picture; no picture at all.
         support::WriteFile(
             program / "kTools\\maps\\wide.gif",
-            std::string_view("GIF89a\2\0\1\0\x80\0\0\xff\0\0\0\0\xff,\0\0\0\0\2\0\1\0\0\2\2\4\x0a"
-                             "\0;",
-                             35));
+            std::string("GIF89a\2\0\1\0\x80\0\0\xff\0\0\0\0\xff,\0\0\0\0\2\0\1\0\0\2\2\4\x0a\0;", 35));
         support::WriteFile(program / "kTools\\maps\\fake.gif", "This is no picture.");
         support::WriteFile(
             program / "kTools\\databases\\MapInfo.txt",
@@ -126,20 +116,17 @@ TEST_F(StartingLocationPicker, ClicksAndTypedCellsMoveTheMarker) {
     }
 
     Import("wide", 0, 0);
-    const struct {
-        const char* x;
-        const char* y;
-        std::string state;
-    } typed[] = {{"100", "50", Shown(w, 0)}, {"-50", "0", Shown(-w / 2, h)},
-                 {"", "abc", Shown(0, h)},   {"20 cells", "0", Shown(std::lround(w * 0.2), h)},
-                 {"101", "0", "-- hidden"},  {"1e400", "0", "-- hidden"},
-                 {"0", "50.5", "-- hidden"}};
-    for (const auto& c : typed) {
+    const std::tuple<std::string, std::string, std::string> typed[] = {
+        {"100", "50", Shown(w, 0)}, {"-50", "0", Shown(-w / 2, h)},
+        {"", "abc", Shown(0, h)},   {"20 cells", "0", Shown(std::lround(w * 0.2), h)},
+        {"101", "0", "-- hidden"},  {"1e400", "0", "-- hidden"},
+        {"0", "50.5", "-- hidden"}};
+    for (const auto& [x, y, state] : typed) {
         // The box that is typed into last has the say, so a bound that is passed comes last.
-        const bool xLast = std::string_view(c.y) == "0";
-        (xLast ? picker.txtCurrentY : picker.txtCurrentX).Text(xLast ? c.y : c.x);
-        (xLast ? picker.txtCurrentX : picker.txtCurrentY).Text(xLast ? c.x : c.y);
-        EXPECT_EQ(State().substr(0, c.state.size()), c.state) << c.x << ' ' << c.y;
+        const bool xLast = std::string_view(y) == "0";
+        (xLast ? picker.txtCurrentY : picker.txtCurrentX).Text(xLast ? y : x);
+        (xLast ? picker.txtCurrentX : picker.txtCurrentY).Text(xLast ? x : y);
+        EXPECT_EQ(State().substr(0, state.size()), state) << x << ' ' << y;
     }
     // Only its own bound counts for a box; choosing a map looks at both.
     picker.txtCurrentX.Text("101");
@@ -149,19 +136,14 @@ TEST_F(StartingLocationPicker, ClicksAndTypedCellsMoveTheMarker) {
     EXPECT_FALSE(picker.cmdOK.Enabled());
 }
 
-// What is done to the picker once it is seen; it is modal, so a timer does it.
-std::function<void(HWND)> workOnPicker;
-
 TEST_F(StartingLocationPicker, HandsThePlaceToTheConfigurator) {
-    const auto pickWith = [this](std::function<void(HWND)> work) {
-        workOnPicker = std::move(work);
-        const UINT_PTR timer = SetTimer(nullptr, 0, 10, [](HWND, UINT, UINT_PTR, DWORD) {
+    const auto pickWith = [this](const std::function<void(HWND)>& work) {
+        const support::Meanwhile meanwhile([&] {
             if (const HWND window = FindWindowA(nullptr, "Kerno Tools :: Starting Location Picker");
                 IsWindowVisible(window))
-                workOnPicker(window);
+                work(window);
         });
         newPlayer.cmdMapPicker.Press();
-        KillTimer(nullptr, timer);
     };
     newPlayer.txtStartingX.Text("99999");
     pickWith([](HWND window) {

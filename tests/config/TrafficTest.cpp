@@ -1,25 +1,19 @@
 #include "config/TrafficGraph.h"
 #include "config/TrafficMeter.h"
 #include "config/ZoneTitle.h"
-
-#include <gtest/gtest.h>
+#include "support/Test.h"
 
 namespace {
 
 TEST(ZoneTitle, TellsUptimeAndPlayersOrADash) {
-    constexpr struct {
-        const char* title;
-        const char* uptime;
-        const char* players;
-    } kTitles[] = {
+    const std::array<const char*, 3> kTitles[] = {
         {"Kerno Zone Server 00:01:02:03 Current Players (Count: 12)", "00:01:02:03", "12"},
         {"KERNO ZONE SERVER 9:0 current server count:  7 ]", "9:0", "7"},
         {"Kerno Zone Server 00:01:02:03", "-", "-"},
         {"Current Players (Count: 12) Kerno Zone Server", "-", "12) Kerno Zone Serve"},
         {"ServerCurrentCount:5", "", ""},
         {"Cur Count: 4)", "-", "4"},
-        {"", "-", "-"},
-    };
+        {"", "-", "-"}};
     for (const auto& [title, uptime, players] : kTitles) {
         const auto status = config::ParseZoneTitle(title);
         EXPECT_EQ(status.uptime, uptime) << title;

@@ -1,4 +1,3 @@
-#include "common/Text.h"
 #include "database/Error.h"
 #include "support/Database.h"
 
@@ -21,21 +20,15 @@ Error ErrorOf(const auto& operation) {
 
 TEST_F(ConnectionTest, ErrorsCarryTheServersNumberStateAndText) {
     Connection other;
-    const struct {
-        std::string connection;
-        long number;
-        const char* state;
-        const char* text;
-    } logins[] = {
+    const std::tuple<std::string, long, const char*, const char*> logins[] = {
         {MySQLConnectionString("localhost", "root", "wrong"), 1045, "28000", "Access denied for user 'root'"},
         {MySQLConnectionString("127.0.0.9", "root", ""), 2002, "HY000", "127.0.0.9"},
-        {"DRIVER={No Such Driver};SERVER=localhost", kDriverError, "01000", "No Such Driver"},
-    };
-    for (const auto& login : logins) {
-        const Error error = ErrorOf([&] { other.Open(login.connection); });
-        EXPECT_EQ(error.Number(), login.number) << error.Description();
-        EXPECT_EQ(error.SqlState(), login.state);
-        EXPECT_NE(error.Description().find(login.text), std::string::npos) << error.Description();
+        {"DRIVER={No Such Driver};SERVER=localhost", kDriverError, "01000", "No Such Driver"}};
+    for (const auto& [connection, number, state, text] : logins) {
+        const Error error = ErrorOf([&] { other.Open(connection); });
+        EXPECT_EQ(error.Number(), number) << error.Description();
+        EXPECT_EQ(error.SqlState(), state);
+        EXPECT_NE(error.Description().find(text), std::string::npos) << error.Description();
         EXPECT_NE(error.Description().front(), '[');
     }
     EXPECT_EQ(ErrorOf([&] { root.Execute("CREATE TABLE test.t (a int) TYPE=MyISAM"); }).Number(), 1064);

@@ -1,8 +1,6 @@
 #include "database/Recordset.h"
 
 #include "support/Database.h"
-#include "support/Errors.h"
-#include "support/Wait.h"
 
 #include <thread>
 
@@ -17,8 +15,7 @@ constexpr const char* kAll = "SELECT * FROM glogin.account";
 
 class RecordsetTest : public support::DatabaseTest {
 protected:
-    void SetUp() override {
-        DatabaseTest::SetUp();
+    RecordsetTest() {
         root.Execute("CREATE DATABASE glogin");
         root.Execute(
             "CREATE TABLE glogin.account (AID int unsigned NOT NULL auto_increment PRIMARY KEY, Name "

@@ -2,8 +2,6 @@
 #include "database/Odbc.h"
 #include "support/Database.h"
 
-#include <numeric>
-
 namespace {
 
 using namespace database;
@@ -11,19 +9,14 @@ using support::Rows;
 
 class RowsTest : public support::DatabaseTest {
 protected:
-    void SetUp() override {
-        DatabaseTest::SetUp();
+    RowsTest() {
         root.Execute("CREATE DATABASE glogin");
         root.Execute("USE glogin;");
     }
 };
 
 TEST_F(RowsTest, EveryTypeArrivesAsItsValue) {
-    const struct {
-        const char* type;
-        const char* literal;
-        Value value;
-    } cases[] = {
+    const std::tuple<std::string, std::string, Value> cases[] = {
         {"int(6) unsigned", "4294967295", std::int64_t{4294967295}},
         {"int(6)", "-2147483648", -2147483647 - 1},
         {"tinyint unsigned", "255", 255},
@@ -47,16 +40,15 @@ TEST_F(RowsTest, EveryTypeArrivesAsItsValue) {
         {"binary(3)", "0x00FF00", Bytes{std::string("\0\xFF\0", 3)}},
         {"blob", "''", Bytes{}},
         {"varchar(24)", "NULL", {}},
-        {"int(6)", "NULL", {}},
-    };
+        {"int(6)", "NULL", {}}};
     root.Execute("SET sql_mode=''");
-    for (const auto& c : cases) {
-        SCOPED_TRACE(std::string(c.type) + " " + c.literal);
+    for (const auto& [type, literal, expected] : cases) {
+        SCOPED_TRACE(std::string(type) + " " + literal);
         root.Execute("DROP TABLE IF EXISTS t, copy");
-        root.Execute("CREATE TABLE t (v " + std::string(c.type) + " NULL)");
+        root.Execute("CREATE TABLE t (v " + std::string(type) + " NULL)");
         root.Execute("CREATE TABLE copy LIKE t");
         // Two rows: what is fetched and sent in arrays must stand at its place in them.
-        root.Execute("INSERT INTO t VALUES (" + std::string(c.literal) + "),(" + c.literal + ")");
+        root.Execute("INSERT INTO t VALUES (" + std::string(literal) + "),(" + literal + ")");
         RowReader reader(root, "SELECT * FROM t");
         RowStore rows(1);
         while (reader.Read(rows) > 0) {
@@ -64,7 +56,7 @@ TEST_F(RowsTest, EveryTypeArrivesAsItsValue) {
         ASSERT_EQ(rows.Rows(), 2u);
         for (std::size_t row = 0; row < 2; ++row) {
             const Value value = rows.At(row, 0).ToValue();
-            EXPECT_TRUE(value == c.value) << value.Get().index() << ' ' << value.AsText().substr(0, 100);
+            EXPECT_TRUE(value == expected) << value.Get().index() << ' ' << value.AsText().substr(0, 100);
         }
         BulkInserter(root, "copy", {"v"}).Insert(rows);
         const auto sums = Rows(root, "CHECKSUM TABLE t, copy");
@@ -78,13 +70,9 @@ TEST_F(RowsTest, BlocksReachAnotherServerByEveryWayOfSending) {
     root.Execute("CREATE TABLE " + columns);
     remote.Execute("CREATE DATABASE bk");
     remote.Execute("CREATE TABLE bk." + columns);
-    std::string allBytes(256, '\0');
-    std::iota(allBytes.begin(), allBytes.end(), '\0');
     // Lengths from none to the longest, so that blocks and arrays are cut at odd places.
-    RowReader bytes(root,
-                    "INSERT INTO t SELECT seq * 7158278, IF(seq % 7 = 0, NULL, CONCAT('na''me', seq)), "
-                    "IF(seq % 5 = 0, NULL, REPEAT(?, (seq % 256))), seq / 3 FROM seq_0_to_599",
-                    {Bytes{allBytes}});
+    root.Execute("INSERT INTO t SELECT seq * 7158278, IF(seq % 7 = 0, NULL, CONCAT('na''me', seq)), "
+                 "IF(seq % 5 = 0, NULL, REPEAT(0x00FF275C, seq % 256 * 64)), seq / 3 FROM seq_0_to_599");
     const auto source = Rows(root, "CHECKSUM TABLE glogin.t");
     for (const bool arrays : {true, false}) {
         remote.Execute("DELETE FROM bk.t");

@@ -1,15 +1,11 @@
 #include "dbsetup/frmMySQLSetUp.h"
 
-#include "common/Files.h"
 #include "servers/modServerControl.h"
 #include "support/Database.h"
 #include "support/MessageBoxes.h"
-#include "support/TempFolder.h"
 
 #include <commctrl.h>
-#include <windows.h>
 
-#include <functional>
 #include <optional>
 
 namespace {
@@ -20,11 +16,13 @@ constexpr unsigned kInformation = MB_OK | MB_ICONINFORMATION;
 constexpr const char* kKerno = "[Database]\r\ngloginname=kl\r\ngloginpass=pl\r\namcharactername=kc\r\n"
                                "amcharacterpass=pc\r\namglobalname=kg\r\namglobalpass=pg\r\n";
 
+const std::vector<std::string> kNothing{"Not Existed",        "All tables missing", "Not Existed",
+                                        "All tables missing", "Not Existed",        "All tables mising"};
+
 /// The wizard on a server without any of the databases, and a server folder with a Kerno.ini.
 class MySQLSetUp : public support::DatabaseTest {
 protected:
-    void SetUp() override {
-        DatabaseTest::SetUp();
+    MySQLSetUp() {
         support::WriteFile(kernoIni, kKerno);
         modServerControl::KernoPath(kerno.Path() + "\\");
         wizard.Load();
@@ -41,10 +39,6 @@ protected:
         wizard.databaseCheck.cmdCheckDB.Press();
         return Labels();
     }
-    std::vector<std::string> Ours() {
-        return support::Rows(root, "SELECT SCHEMA_NAME FROM information_schema.schemata WHERE "
-                                   "SCHEMA_NAME IN ('glogin', 'amcharacter', 'amglobal') ORDER BY 1");
-    }
 
     support::TempFolder kerno;
     const std::string kernoIni = kerno / "Kerno.ini";
@@ -56,8 +50,7 @@ TEST_F(MySQLSetUp, GoesFromNothingToThreeLoginsOnTenTablesAndBack) {
     wizard.serverTest.cmdTestMySQL.Press();
     EXPECT_EQ(wizard.serverTest.lblConnectionTest.Caption(), "Successful");
     EXPECT_EQ(wizard.serverTest.lblRunningMySQL.Caption(), support::Rows(root, "SELECT VERSION()")[0]);
-    EXPECT_EQ(Check(), (std::vector<std::string>{"Not Existed", "All tables missing", "Not Existed",
-                                                 "All tables missing", "Not Existed", "All tables mising"}));
+    EXPECT_EQ(Check(), kNothing);
 
     // This server rejects the old form. After No the databases that were made stay, without tables.
     boxes.Answer(IDNO);
@@ -118,22 +111,18 @@ TEST_F(MySQLSetUp, GoesFromNothingToThreeLoginsOnTenTablesAndBack) {
     boxes.Clear();
     boxes.Answer(IDNO).Answer(IDYES);
     wizard.repair.cmdDeleteDatabase.Press();
-    EXPECT_EQ(Ours().size(), 3u);
+    EXPECT_EQ(Check()[5], "All tables existed");
     wizard.repair.cmdDeleteDatabase.Press();
     EXPECT_EQ(boxes.Seen()[1],
               (SeenBox{"Kerno Tools :: MySQL Setup",
                        "This action will destroy all data currently in your Kerno database. Continue ?",
                        MB_YESNO | MB_ICONEXCLAMATION}));
     EXPECT_EQ(boxes.Seen().size(), 2u);
-    EXPECT_TRUE(Ours().empty());
+    EXPECT_EQ(Check(), kNothing);
 }
 
 TEST_F(MySQLSetUp, ChecksPartialInstallationsAndForeignTables) {
-    const struct {
-        const char* change;
-        std::size_t label;
-        const char* text;
-    } steps[] = {
+    const std::tuple<const char*, std::size_t, const char*> steps[] = {
         {"CREATE DATABASE glogin2", 0, "Not Existed"},
         {"CREATE DATABASE glogin", 0, "Existed"},
         {"CREATE TABLE glogin.account (a int)", 1, "Missing table(s) [Storageinfo ]"},
@@ -144,11 +133,10 @@ TEST_F(MySQLSetUp, ChecksPartialInstallationsAndForeignTables) {
          "Missing table(s) [CartInfo ItemInfo FlagInfo SkillInfo ]"},
         {"CREATE DATABASE amglobal", 4, "Existed"},
         {"CREATE TABLE amglobal.guild (a int)", 5, "Missing table(s) [GCastle Party ]"},
-        {"DROP DATABASE glogin", 1, "All tables missing"},
-    };
-    for (const auto& step : steps) {
-        root.Execute(step.change);
-        EXPECT_EQ(Check()[step.label], step.text) << step.change;
+        {"DROP DATABASE glogin", 1, "All tables missing"}};
+    for (const auto& [change, label, text] : steps) {
+        root.Execute(change);
+        EXPECT_EQ(Check()[label], text) << change;
     }
     EXPECT_TRUE(boxes.Seen().empty());
     // What is already gone does not keep the others from being deleted.
@@ -156,7 +144,7 @@ TEST_F(MySQLSetUp, ChecksPartialInstallationsAndForeignTables) {
     wizard.repair.cmdDeleteDatabase.Press();
     ASSERT_EQ(boxes.Seen().size(), 2u);
     EXPECT_TRUE(boxes.Seen()[1].text.starts_with("Error Number [1008] "));
-    EXPECT_TRUE(Ours().empty());
+    EXPECT_EQ(Check(), kNothing);
 }
 
 TEST_F(MySQLSetUp, ShowsTheErrorOfEveryStep) {

@@ -2,7 +2,6 @@
 
 #include "config/frmServerStatus.h"
 #include "supervision/frmServerControl.h"
-#include "support/MessageBoxes.h"
 
 namespace {
 
@@ -16,10 +15,7 @@ constexpr int kEightHours = 8 * 60 * 60;
 TEST_F(Faults, EightHoursOfTicksHoldNothing) {
     for (const Server server : kServers)
         ASSERT_TRUE(servers.Launch(server));
-    using namespace settings::key;
-    for (const std::string_view key : {kEnableErrorDetector, kHandleDialogs, kMaintainServer,
-                                       kMaintainLoginServer, kMaintainCharacterServer, kMaintainZoneServer})
-        kTools.INIProperty(key, "1");
+    Supervise();
     support::MessageBoxes boxes;
     frmServerStatus status;
     status.Load();
@@ -34,34 +30,40 @@ TEST_F(Faults, EightHoursOfTicksHoldNothing) {
     panel.backup.cmdEnableBackup.Press();
 
     const int seconds = Times(kEightHours / 16, kEightHours);
-    Holdings start;
+    std::vector<Holdings> held;
     for (int second = 1; second <= seconds && !HasFailure(); ++second) {
         status.tmrUpdate.Tick();
         panel.backup.tmrBackup.Tick();
         if (second % 5 == 0) {
+            for (const Server server : kServers)
+                servers.Command(server, standin::Command::WriteLines, 5);
+            gui::DoEvents();
             status.tmrUpdateMessages.Tick();
             panel.errorDetector.tmrErrorDetector.Tick();
         }
         if (second % 180 == 0)
             panel.connections.tmrMonitorIP.Tick();
         if (second % 60 == 0) {
-            for (const Server server : kServers)
-                servers.Command(server, standin::Command::WriteLines, 5);
-            gui::DoEvents();
-        }
-        if (second % 300 == 0)
             for (gui::MenuItem* clear :
                  {&status.mnuClearLogin, &status.mnuClearCharacter, &status.mnuClearZone})
                 clear->Choose();
-        // Whatever is made once has been made by then.
-        if (second == seconds / 3)
-            start = Holdings::Now();
+            held.push_back(Holdings::Now());
+        }
     }
-    const Holdings end = Holdings::Now();
+    // Whatever is made once has been made in the first third. The heap gives back what it is rid of now and
+    // then only, so the least of many moments counts.
+    const auto least = [&, third = static_cast<long>(held.size() / 3)](long after) {
+        const auto first = held.begin() + after * third;
+        return *std::min_element(first, first + third, [](const Holdings& a, const Holdings& b) {
+            return a.kilobytes < b.kilobytes;
+        });
+    };
+    const Holdings start = least(1);
+    const Holdings end = least(2);
     EXPECT_LE(end.handles, start.handles + 3) << start << " became " << end;
     EXPECT_LE(end.gdiObjects, start.gdiObjects + 3) << start << " became " << end;
     EXPECT_EQ(end.windows, start.windows) << start << " became " << end;
-    EXPECT_LE(end.kilobytes, start.kilobytes + 512) << start << " became " << end;
+    EXPECT_LE(end.kilobytes, start.kilobytes + 256) << start << " became " << end;
     RecordProperty("held", testing::PrintToString(end));
     EXPECT_TRUE(boxes.Seen().empty());
     for (const Server server : kServers)

@@ -1,17 +1,10 @@
 #pragma once
 
-#include "common/Files.h"
-#include "settings/clsINI.h"
-#include "settings/kToolsSettings.h"
-#include "support/Servers.h"
-#include "support/TempFolder.h"
-#include "support/Wait.h"
+#include "support/MessageBoxes.h"
+#include "support/Surroundings.h"
 
-#include <gtest/gtest.h>
 #include <psapi.h>
-#include <windows.h>
 
-#include <algorithm>
 #include <cstdlib>
 #include <ostream>
 
@@ -67,27 +60,17 @@ private:
     }
 };
 
-/// The tool's own folder and the servers' folder, with settings and without a running server.
-class Faults : public testing::Test {
+/// The tool with all of its settings, and no running server.
+class Faults : public testing::Test, protected support::Surroundings {
 protected:
     Faults() {
-        common::ProgramFolder(program.Path());
         settings::CreateDefaultSettings(kTools.INIPath());
-        kTools.INIProperty(settings::key::kKernoPath, servers.Path());
-        kTools.INIProperty(settings::key::kMySQLPath, program.Path() + "\\");
-        support::WriteFile(kerno.INIPath(), "IP=10.1.2.3\r\n");
-        // A name that is an address needs no name server.
-        kTools.INIProperty(settings::key::kIPDetectionMethod, "1");
-        kTools.INIProperty(settings::key::kDynamicHostname, "10.1.2.3");
+        SetAddress();
     }
-    ~Faults() override { common::ProgramFolder(oldFolder_); }
-
-private:
-    std::string oldFolder_ = common::ProgramFolder();
-
-protected:
-    support::TempFolder program;
-    support::ServerFolder servers;
-    clsINI kTools{program / "kTools.ini"};
-    clsINI kerno{servers.Path() + "Kerno.ini"};
+    /// Has the control panel close dialogs and keep all servers running.
+    void Supervise() {
+        using namespace settings::key;
+        TurnOn({kEnableErrorDetector, kHandleDialogs, kMaintainServer, kMaintainLoginServer,
+                kMaintainCharacterServer, kMaintainZoneServer});
+    }
 };

@@ -1,14 +1,11 @@
 #include "Faults.h"
 
 #include "accounts/GMTable.h"
-#include "common/Text.h"
 #include "config/clsMapInfo.h"
 #include "config/frmServerSettings.h"
 #include "config/frmStartingLocationPicker.h"
 #include "supervision/frmServerControl.h"
-#include "support/MessageBoxes.h"
 
-#include <filesystem>
 #include <random>
 
 namespace {
@@ -29,43 +26,14 @@ public:
 private:
     std::string Piece() {
         // What readers take apart at, and numbers at and beyond the limits of theirs.
-        static const std::vector<std::string> pieces{"\r\n",
-                                                     "\n",
-                                                     "\r",
-                                                     "=",
-                                                     ",",
-                                                     "[",
-                                                     "]",
-                                                     ".gif,",
-                                                     " ",
-                                                     "\t",
-                                                     std::string(1, '\0'),
-                                                     "\x1A",
-                                                     "\xFF",
-                                                     "-",
-                                                     "0",
-                                                     "1",
-                                                     "32767",
-                                                     "32768",
-                                                     "-32769",
-                                                     "2147483647",
-                                                     "2147483648",
-                                                     "1e308",
-                                                     "1e999",
-                                                     "&HFF",
-                                                     "100001",
-                                                     "nan",
-                                                     "prontera.gif,312,392\r\n",
-                                                     "100001,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1\r\n",
-                                                     "StartingX",
-                                                     "StartingY",
-                                                     "StartingMap",
-                                                     "LoginPriority=",
-                                                     "ErrorCheckingInterval=",
-                                                     "BackupDuration=",
-                                                     "ServerDetectionMethod=",
-                                                     "EnableBackup=1\r\n",
-                                                     "IP="};
+        static const auto pieces = common::Split(
+            "\r\n|\n|\r|=|,|[|]|.gif,| |\t|" + std::string(1, '\0') +
+                "|\x1A|\xFF|-|0|1|32767|32768|-32769|2147483647|2147483648|1e308|1e999|&HFF|100001|nan|"
+                "prontera.gif,312,392\r\n|100001,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1\r\n|StartingX|StartingY|"
+                "StartingMap|"
+                "LoginPriority=|ErrorCheckingInterval=|BackupDuration=|ServerDetectionMethod=|EnableBackup="
+                "1\r\n|IP=",
+            '|');
         if (Below(8) != 0)
             return pieces[Below(pieces.size())];
         std::string noise(Below(Below(20) == 0 ? 70'000 : 40), '\0');
@@ -144,7 +112,6 @@ TEST_F(Faults, RandomBytesAsAnyFileHarmNothing) {
 /// Every window that reads one of the files, over all of them at random.
 TEST_F(Faults, WindowsOpenAndCloseOverRandomFiles) {
     Generator generator(2);
-    std::filesystem::create_directories(program / "kTools\\databases");
     support::MessageBoxes boxes;
     int opened = 0;
     for (int i = 0; i < Times(20, 500); ++i) {

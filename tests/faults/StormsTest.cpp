@@ -1,27 +1,22 @@
 #include "Faults.h"
 
-#include "common/Text.h"
 #include "servers/modServerControl.h"
 #include "supervision/ErrorDetector.h"
 #include "supervision/frmServerControl.h"
-#include "support/MessageBoxes.h"
 
-#include <algorithm>
 #include <random>
 #include <set>
 
 namespace {
 
-using namespace settings::key;
 using modServerControl::kServers;
 using modServerControl::Server;
 using standin::Command;
 using support::WaitUntil;
 
 TEST_F(Faults, ServersThatCrashComeBackOnceEach) {
-    for (const std::string_view key : {kEnableErrorDetector, kErrorCheckingInterval, kMaintainServer,
-                                       kMaintainLoginServer, kMaintainCharacterServer, kMaintainZoneServer})
-        kTools.INIProperty(key, "1");
+    Supervise();
+    TurnOn({settings::key::kErrorCheckingInterval});
     support::MessageBoxes boxes;
     frmServerControl panel;
     panel.Load();
@@ -70,10 +65,9 @@ TEST_F(Faults, AStormOfDialogsIsClosedAndLogged) {
     servers.Command(Server::Login, Command::RaiseDialogs, dialogs);
     clsLog log;
     const supervision::ErrorDetector detector(log, kerno, [] { return true; });
-    const std::string path = program / "kTools\\Logs\\storm.log";
     const auto logged = [&] {
         std::set<std::string_view> entries;
-        const std::string text = common::FileExists(path) ? common::ReadFileText(path) : "";
+        const std::string text = Log("storm.log");
         for (const std::string_view line : common::Lines(text))
             if (line.starts_with("Error: "))
                 entries.insert(line);

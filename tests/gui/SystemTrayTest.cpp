@@ -1,8 +1,7 @@
 #include "gui/modSystemTray.h"
 
 #include "frmSample.h"
-
-#include <gtest/gtest.h>
+#include "support/Test.h"
 
 namespace {
 
@@ -10,17 +9,13 @@ TEST(SystemTray, TheTipIsTheTextAndAZeroCutOrFilledUpWithBlanks) {
     frmSample form;
     form.Load();
     const std::string long63(63, 'x');
-    const struct {
-        std::string tip;
-        std::string field;
-    } cases[] = {
+    const std::pair<std::string, std::string> cases[] = {
         {"Kerno", std::string("Kerno") + '\0' + std::string(58, ' ')},
         {long63, long63 + '\0'},
-        {long63 + "yz", long63 + "y"},
-    };
-    for (const auto& c : cases) {
-        const NOTIFYICONDATAA record = modSystemTray::TrayRecord(form, c.tip);
-        EXPECT_EQ(std::string(record.szTip, 64), c.field);
+        {long63 + "yz", long63 + "y"}};
+    for (const auto& [tip, field] : cases) {
+        const NOTIFYICONDATAA record = modSystemTray::TrayRecord(form, tip);
+        EXPECT_EQ(std::string(record.szTip, 64), field);
         EXPECT_EQ(record.cbSize, sizeof(void*) == 8 ? 104u : 88u);
         EXPECT_EQ(record.hWnd, form.Window());
         EXPECT_EQ(record.uCallbackMessage, 513u);

@@ -10,7 +10,6 @@
 
 #include <algorithm>
 #include <functional>
-#include <string>
 #include <vector>
 
 /// A form that writes down every event, and runs what a test plugs in.
@@ -18,66 +17,49 @@ class frmSample final : public gui::Form {
 public:
     frmSample() : Form(IDD_frmSample) {}
 
-    std::vector<std::string> events;
-    std::function<void()> whenPressed;
-    std::function<void()> whenTicking;
-    std::function<void()> whenLoading;
+    /// Ids of the controls that raised one, and below.
+    std::vector<int> events;
+    enum Event { kLoad = 1, kUnload, kMouseDown, kTick, kOther };
+    std::function<void()> whenPressed = [] {}, whenTicking = [] {}, whenLoading = [] {};
     long errorNumber = 0;
 
-    gui::Frame fraBox{*this, IDC_frmSample_fraBox, &frmSample::fraBox_MouseDown};
+    gui::Frame fraBox{*this, IDC_frmSample_fraBox, &frmSample::NoteMouse<IDC_frmSample_fraBox>};
     gui::CommandButton cmdPress{*this, IDC_frmSample_cmdPress, &frmSample::cmdPress_Click};
-    gui::CheckBox chkFlag{*this, IDC_frmSample_chkFlag, &frmSample::chkFlag_Click};
-    gui::OptionButton optFirst{*this, IDC_frmSample_optFirst, &frmSample::optFirst_Click};
-    gui::OptionButton optSecond{*this, IDC_frmSample_optSecond, &frmSample::optSecond_Click};
+    gui::CheckBox chkFlag{*this, IDC_frmSample_chkFlag, &frmSample::Note<IDC_frmSample_chkFlag>};
+    gui::OptionButton optFirst{*this, IDC_frmSample_optFirst, &frmSample::Note<IDC_frmSample_optFirst>};
+    gui::OptionButton optSecond{*this, IDC_frmSample_optSecond, &frmSample::Note<IDC_frmSample_optSecond>};
     gui::OptionButton optOther{*this, IDC_frmSample_optOther};
-    gui::TextBox txtText{*this, IDC_frmSample_txtText, &frmSample::txtText_Change,
+    gui::TextBox txtText{*this, IDC_frmSample_txtText, &frmSample::Note<IDC_frmSample_txtText>,
                          &frmSample::txtText_KeyPress};
-    gui::ListBox lstNames{*this, IDC_frmSample_lstNames, &frmSample::lstNames_Click};
-    gui::ComboBox cboNames{*this, IDC_frmSample_cboNames, &frmSample::cboNames_Click};
-    gui::Picture picMap{*this, IDC_frmSample_picMap, &frmSample::picMap_MouseDown};
+    gui::ListBox lstNames{*this, IDC_frmSample_lstNames, &frmSample::Note<IDC_frmSample_lstNames>};
+    gui::ComboBox cboNames{*this, IDC_frmSample_cboNames, &frmSample::Note<IDC_frmSample_cboNames>};
+    gui::Picture picMap{*this, IDC_frmSample_picMap, &frmSample::NoteMouse<IDC_frmSample_picMap>};
     gui::Shape shpMark{picMap, 9};
-    gui::MenuItem mnuInBar{*this, IDM_frmSample_mnuInBar, &frmSample::mnuInBar_Click};
+    gui::MenuItem mnuInBar{*this, IDM_frmSample_mnuInBar, &frmSample::Note<IDM_frmSample_mnuInBar>};
     gui::Timer tmrTick{*this, std::chrono::milliseconds(10), &frmSample::tmrTick_Timer, false};
-    gui::Timer tmrOther{*this, std::chrono::milliseconds(10), &frmSample::tmrOther_Timer, false};
+    gui::Timer tmrOther{*this, std::chrono::milliseconds(10), &frmSample::Note<kOther>, false};
 
-    int Count(const std::string& event) const { return static_cast<int>(std::ranges::count(events, event)); }
+    auto Count(int event) const { return std::ranges::count(events, event); }
 
 private:
-    void Note(const char* event) { events.emplace_back(event); }
+    template <int kEvent> void Note() { events.push_back(kEvent); }
+    template <int kEvent> void NoteMouse(gui::MouseButton, int, int) { events.push_back(kEvent); }
 
     void Form_Load() override {
-        Note("Load");
-        if (whenLoading)
-            whenLoading();
+        Note<kLoad>();
+        whenLoading();
     }
-    void Form_Unload() override { Note("Unload"); }
-    void Form_MouseDown(gui::MouseButton, int, int) override { Note("Form_MouseDown"); }
+    void Form_Unload() override { Note<kUnload>(); }
+    void Form_MouseDown(gui::MouseButton, int, int) override { Note<kMouseDown>(); }
     void Form_Error(const RuntimeError& error) override { errorNumber = error.Number(); }
 
-    void fraBox_MouseDown(gui::MouseButton, int, int) { Note("fraBox_MouseDown"); }
     void cmdPress_Click() {
-        Note("cmdPress");
-        if (whenPressed)
-            whenPressed();
+        Note<IDC_frmSample_cmdPress>();
+        whenPressed();
     }
-    void chkFlag_Click() { Note("chkFlag"); }
-    void optFirst_Click() { Note("optFirst"); }
-    void optSecond_Click() { Note("optSecond"); }
-    void txtText_Change() { Note("txtText_Change"); }
-    void txtText_KeyPress(int& key) {
-        if (key == 'x')
-            key = 0;
-        else if (key == 'a')
-            key = 'b';
-    }
-    void lstNames_Click() { Note("lstNames"); }
-    void cboNames_Click() { Note("cboNames"); }
-    void picMap_MouseDown(gui::MouseButton, int, int) { Note("picMap"); }
-    void mnuInBar_Click() { Note("mnuInBar"); }
+    void txtText_KeyPress(int& key) { key = key == 'x' ? 0 : key; }
     void tmrTick_Timer() {
-        Note("tick");
-        if (whenTicking)
-            whenTicking();
+        Note<kTick>();
+        whenTicking();
     }
-    void tmrOther_Timer() { Note("other"); }
 };

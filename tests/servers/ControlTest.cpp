@@ -1,12 +1,8 @@
-#include "common/RuntimeError.h"
 #include "gui/Application.h"
 #include "servers/modServerControl.h"
 #include "support/Servers.h"
-#include "support/Wait.h"
+#include "support/Test.h"
 
-#include <gtest/gtest.h>
-
-#include <filesystem>
 #include <thread>
 
 using namespace modServerControl;

@@ -1,11 +1,10 @@
 #include "common/Handle.h"
+#include "servers/ForeignWindows.h"
 #include "servers/modServerControl.h"
 #include "support/Servers.h"
-#include "support/Wait.h"
+#include "support/Test.h"
 
-#include <gtest/gtest.h>
-
-#include <filesystem>
+#include <set>
 
 using namespace modServerControl;
 using support::ServerFolder;
@@ -23,11 +22,7 @@ common::Handle<HWND, DestroyWindow> FakeWindow(const char* windowClass, const st
 }
 
 TEST(Detection, TellsServersByTheirTitles) {
-    struct Case {
-        const char* title;
-        bool login, character, zone;
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, bool, bool, bool> cases[] = {
         {"Kerno Login Server", true, false, false},
         {"Kerno Login Serve", false, false, false}, // its last character is not read
         {"Kerno Login Serverless", true, false, false},
@@ -38,19 +33,41 @@ TEST(Detection, TellsServersByTheirTitles) {
         {"Kerno Zone Server 00:12:34:56", false, false, false},
         {"Kerno Zone Server 00:12:34:5x x", false, false, false},
         {"Kerno Zone Server 00.12:34:56 x", false, false, false},
-        {"", false, false, false},
-    };
+        {"", false, false, false}};
     ServerDetectionMethod(kDetectByTitle);
-    for (const Case& c : cases) {
-        const auto login = FakeWindow("TForm1", c.title);
-        const auto zone = FakeWindow("TfrmMain", c.title);
-        EXPECT_EQ(IsLoginRunning(), c.login) << c.title;
-        EXPECT_EQ(IsCharacterRunning(), c.character) << c.title;
-        EXPECT_EQ(IsZoneRunning(), c.zone) << c.title;
+    for (const auto& [title, login, character, zone] : cases) {
+        const auto loginWindow = FakeWindow("TForm1", title);
+        const auto zoneWindow = FakeWindow("TfrmMain", title);
+        EXPECT_EQ(IsLoginRunning(), login) << title;
+        EXPECT_EQ(IsCharacterRunning(), character) << title;
+        EXPECT_EQ(IsZoneRunning(), zone) << title;
     }
     const auto app = FakeWindow("TApplication", "Kerno Zone");
     const auto shortApp = FakeWindow("TApplication", "Kerno Zon");
     EXPECT_TRUE(IsZoneAppWindow(app.get()) && !IsZoneAppWindow(shortApp.get()));
+}
+
+TEST(Detection, VisitsEveryWindowAlthoughTheyChangePlaces) {
+    std::vector<common::Handle<HWND, DestroyWindow>> windows;
+    for (int i = 0; i < 5; ++i)
+        windows.push_back(FakeWindow("kToolsTestRaised", ""));
+    for (const HWND raised : {HWND{}, windows.front().get(), windows.back().get()}) {
+        std::multiset<HWND> visited;
+        FindWindowWhere(nullptr, "kToolsTestRaised", [&](HWND window) {
+            visited.insert(window);
+            SetWindowPos(raised ? raised : window, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
+            return false;
+        });
+        for (const auto& window : windows)
+            EXPECT_EQ(visited.count(window.get()), 1u);
+    }
+    // A window that goes while it is visited does not end the walk.
+    int visits = 0;
+    FindWindowWhere(nullptr, "kToolsTestRaised", [&](HWND window) {
+        ++visits;
+        return visits < 5 && !DestroyWindow(window);
+    });
+    EXPECT_EQ(visits, 5);
 }
 
 TEST(Detection, FindsTheThreeServersByEitherMethodAndByNoOther) {

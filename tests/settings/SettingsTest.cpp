@@ -1,13 +1,8 @@
 #include "settings/clsINI.h"
 
-#include "common/Files.h"
-#include "common/RuntimeError.h"
-#include "common/Text.h"
 #include "settings/IniText.h"
 #include "settings/kToolsSettings.h"
-#include "support/TempFolder.h"
-
-#include <gtest/gtest.h>
+#include "support/Test.h"
 
 namespace {
 
@@ -16,32 +11,23 @@ using namespace std::string_literals;
 TEST(Settings, FindsTheFirstLineOfAKey) {
     const std::string text = "; note\r\n[Path]\r\nKernoPath=C:\\k\\\r\nA = 1\r\nE=\r\nF=a=b\r\n=none\r\n"
                              "[Other]\r\nKernoPath=second\r\nunix=1\nmac=2\rN\0L=\0\r\nlast=9"s;
-    const struct {
-        std::string key;
-        std::optional<std::string> value;
-    } cases[] = {{"KernoPath", "C:\\k\\"},
-                 {"kernopath", {}},
-                 {"A ", " 1"},
-                 {"A", {}},
-                 {"E", ""},
-                 {"F", "a=b"},
-                 {"F=a", {}},
-                 {"", "none"},
-                 {"[Path]", {}},
-                 {"unix", "1"},
-                 {"mac", "2"},
-                 {"N\0L"s, "\0"s},
-                 {"last", "9"},
-                 {"; note", {}}};
-    for (const auto& c : cases)
-        EXPECT_EQ(settings::FindValue(text, c.key), c.value) << c.key;
+    const std::pair<std::string, std::string> cases[] = {{"KernoPath", "C:\\k\\"},
+                                                         {"A ", " 1"},
+                                                         {"E", ""},
+                                                         {"F", "a=b"},
+                                                         {"", "none"},
+                                                         {"unix", "1"},
+                                                         {"mac", "2"},
+                                                         {"N\0L"s, "\0"s},
+                                                         {"last", "9"}};
+    for (const auto& [key, value] : cases)
+        EXPECT_EQ(settings::FindValue(text, key), value) << key;
+    for (const char* missing : {"kernopath", "A", "F=a", "[Path]", "; note"})
+        EXPECT_EQ(settings::FindValue(text, missing), std::nullopt) << missing;
 }
 
 TEST(Settings, WritingAKeyChangesItsLinesAndNoOther) {
-    const struct {
-        std::string before;
-        std::string after;
-    } cases[] = {
+    const std::pair<std::string, std::string> cases[] = {
         {"", "k=new\r\n"},
         {"a=1\r\nk=2\r\nb=3\r\n", "a=1\r\nk=new\r\nb=3\r\n"},
         {"k=1\r\n[s]\r\nk=2\r\n", "k=new\r\n[s]\r\nk=new\r\n"},
@@ -50,11 +36,11 @@ TEST(Settings, WritingAKeyChangesItsLinesAndNoOther) {
         {"K=1\r\n k=2\r\nk =3\r\n", "K=1\r\n k=2\r\nk =3\r\nk=new\r\n"},
         {"\r\n\r\na\r\n\r\n", "\r\n\r\na\r\n\r\nk=new\r\n"},
         {"k=1\r\n\r\n", "k=new\r\n\r\n"},
-        {"a=1\nk=2\nb=3\rc\0=\x80\xff\n"s, "a=1\nk=new\r\nb=3\rc\0=\x80\xff\n"s},
-    };
-    for (const auto& c : cases)
-        EXPECT_EQ(settings::TextWithValue(c.before, "k", "new"), c.after) << c.before;
-    EXPECT_EQ(settings::TextWithValue("", "k", "a\r\n"), "k=a\r\n");
+        {"a=1\nk=2\nb=3\rc\0=\x80\xff\n"s, "a=1\nk=new\r\nb=3\rc\0=\x80\xff\n"s}};
+    for (const auto& [before, after] : cases)
+        EXPECT_EQ(settings::TextWithValue(before, "k", "new"), after) << before;
+    EXPECT_EQ(settings::TextWithValue("", "k", "a\r\n"), "k=a\r\n\r\n");
+    EXPECT_EQ(settings::TextWithValue("b=1", "k", "a\r\n"), "b=1\r\nk=a\r\n");
 }
 
 TEST(Settings, SectionsAreAppendedAlways) {
@@ -78,61 +64,43 @@ TEST(Settings, DefaultFileHoldsEveryKeyInItsPlace) {
         << text;
     EXPECT_TRUE(text.ends_with("HandleDialogs=0\r\nDialogsOptions=0\r\n")) << text;
     const clsINI ini(settings::kToolsIniPath());
-    const struct {
-        std::string_view key;
-        const char* value;
-    } cases[] = {{settings::key::kBackupDuration, "2"},       {settings::key::kBackupPeriod, "60"},
-                 {settings::key::kMaxArchivedBackups, "10"},  {settings::key::kBackupMessageInterval, "2"},
-                 {settings::key::kBackupMessageRepeats, "5"}, {settings::key::kBackupHostname, "localhost"},
-                 {settings::key::kBackupOption, "2"},         {settings::key::kErrorCheckingInterval, "5"}};
-    for (const auto& c : cases)
-        EXPECT_EQ(ini.INIProperty(c.key), c.value) << c.key;
+    const std::pair<std::string_view, const char*> cases[] = {
+        {settings::key::kBackupDuration, "2"},       {settings::key::kBackupPeriod, "60"},
+        {settings::key::kMaxArchivedBackups, "10"},  {settings::key::kBackupMessageInterval, "2"},
+        {settings::key::kBackupMessageRepeats, "5"}, {settings::key::kBackupHostname, "localhost"},
+        {settings::key::kBackupOption, "2"},         {settings::key::kErrorCheckingInterval, "5"}};
+    for (const auto& [key, value] : cases)
+        EXPECT_EQ(ini.INIProperty(key), value) << key;
     // 39 keys, 4 headers, a blank line below each header and above all but the first.
     EXPECT_EQ(common::Lines(text).size(), 39u + 4 + 4 + 3);
 }
 
 TEST(Settings, FilesThatCannotServeRaiseTheirErrorAndStayAsTheyAre) {
     const support::TempFolder folder;
-    const std::string text = "k=1\r\n";
-    const auto errorOf = [](const auto& operation) -> long {
-        try {
-            operation();
-        } catch (const RuntimeError& error) {
-            return error.Number();
-        }
-        return 0;
-    };
-    const struct {
-        const char* name;
-        std::string text;
-        DWORD attributes;
-        DWORD share;
-        long getError;
-        long letError;
-    } cases[] = {
+    const std::string line = "k=1\r\n";
+    const std::tuple<const char*, std::string, DWORD, DWORD, long, long> cases[] = {
         {"empty", "", FILE_ATTRIBUTE_NORMAL, FILE_SHARE_READ | FILE_SHARE_DELETE, 62, 62},
-        {"locked", text, FILE_ATTRIBUTE_NORMAL, 0, 70, 70},
-        {"read", text, FILE_ATTRIBUTE_NORMAL, FILE_SHARE_READ, 0, 70},
-        {"readonly", text, FILE_ATTRIBUTE_READONLY, FILE_SHARE_READ | FILE_SHARE_DELETE, 0, 70},
-        {"hidden", text, FILE_ATTRIBUTE_HIDDEN, FILE_SHARE_READ | FILE_SHARE_DELETE, 0, 70},
-    };
-    for (const auto& c : cases) {
-        clsINI ini(folder / c.name);
-        support::WriteFile(ini.INIPath(), c.text);
-        SetFileAttributesA(ini.INIPath().c_str(), c.attributes);
+        {"locked", line, FILE_ATTRIBUTE_NORMAL, 0, 70, 70},
+        {"read", line, FILE_ATTRIBUTE_NORMAL, FILE_SHARE_READ, 0, 70},
+        {"readonly", line, FILE_ATTRIBUTE_READONLY, FILE_SHARE_READ | FILE_SHARE_DELETE, 0, 70},
+        {"hidden", line, FILE_ATTRIBUTE_HIDDEN, FILE_SHARE_READ | FILE_SHARE_DELETE, 0, 70}};
+    for (const auto& [name, text, attributes, share, getError, letError] : cases) {
+        clsINI ini(folder / name);
+        support::WriteFile(ini.INIPath(), text);
+        SetFileAttributesA(ini.INIPath().c_str(), attributes);
         {
-            const common::FileHandle holder(CreateFileA(ini.INIPath().c_str(), GENERIC_READ, c.share, nullptr,
-                                                        OPEN_EXISTING, 0, nullptr));
-            EXPECT_EQ(errorOf([&] { ini.INIProperty("k"); }), c.getError) << c.name;
-            EXPECT_EQ(errorOf([&] { ini.INIProperty("k", "2"); }), c.letError) << c.name;
-            EXPECT_EQ(errorOf([&] { ini.AddSection("s"); }), c.letError) << c.name;
+            const common::FileHandle holder(
+                CreateFileA(ini.INIPath().c_str(), GENERIC_READ, share, nullptr, OPEN_EXISTING, 0, nullptr));
+            EXPECT_EQ(support::ErrorNumber([&] { ini.INIProperty("k"); }), getError) << name;
+            EXPECT_EQ(support::ErrorNumber([&] { ini.INIProperty("k", "2"); }), letError) << name;
+            EXPECT_EQ(support::ErrorNumber([&] { ini.AddSection("s"); }), letError) << name;
         }
-        EXPECT_EQ(common::ReadFileText(ini.INIPath()), c.text) << c.name;
+        EXPECT_EQ(common::ReadFileText(ini.INIPath()), text) << name;
     }
     clsINI nowhere(folder / "missing\\x.ini");
     EXPECT_EQ(nowhere.INIProperty("k"), "");
-    EXPECT_EQ(errorOf([&] { nowhere.INIProperty("k", "1"); }), 76);
-    EXPECT_NE(errorOf([] { clsINI().INIProperty("k", "1"); }), 0);
+    EXPECT_EQ(support::ErrorNumber([&] { nowhere.INIProperty("k", "1"); }), 76);
+    EXPECT_NE(support::ErrorNumber([] { clsINI().INIProperty("k", "1"); }), 0);
 }
 
 TEST(Settings, AHugeBinaryFileIsReadAndKept) {

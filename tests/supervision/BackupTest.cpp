@@ -1,15 +1,10 @@
 #include "Panel.h"
 
-#include "common/Text.h"
 #include "dbsetup/Schema.h"
 #include "supervision/BackupArchive.h"
 #include "supervision/Backups.h"
 #include "support/Database.h"
-#include "support/Errors.h"
-#include "support/MessageBoxes.h"
 
-#include <algorithm>
-#include <filesystem>
 #include <limits>
 
 namespace {
@@ -44,15 +39,12 @@ TEST(BackupClock, ACycleSecondBySecond) {
 
 TEST(BackupClock, StandsSillyNumbers) {
     const double huge = std::numeric_limits<double>::infinity();
-    const struct {
-        BackupSettings settings;
-        long second;
-        Action action;
-    } cases[] = {{{0, 2, false, true, "$RestoreTime", 2, 5}, 1, Action::Backup},
-                 {{huge, 2, false, true, "$RestoreTime", huge, huge}, 1, Action::Nothing},
-                 {{60, huge, false, true, "$RestoreTime", 1, 5}, 2147483647, Action::Backup},
-                 {{-huge, 2, false, true, "$RestoreTime", 2, 5}, 1, Action::Restore},
-                 {{60, 2, false, true, "$RestoreTime", -2, -5}, 3480, Action::Announce}};
+    const std::tuple<BackupSettings, long, Action> cases[] = {
+        {{0, 2, false, true, "$RestoreTime", 2, 5}, 1, Action::Backup},
+        {{huge, 2, false, true, "$RestoreTime", huge, huge}, 1, Action::Nothing},
+        {{60, huge, false, true, "$RestoreTime", 1, 5}, 2147483647, Action::Backup},
+        {{-huge, 2, false, true, "$RestoreTime", 2, 5}, 1, Action::Restore},
+        {{60, 2, false, true, "$RestoreTime", -2, -5}, 3480, Action::Announce}};
     for (const auto& [settings, second, action] : cases) {
         EXPECT_EQ(ActionAt(second, settings), action) << settings.periodMinutes << ' ' << second;
         EXPECT_NE(Announcement(second, settings, kNow), "");
@@ -93,29 +85,20 @@ TEST(BackupArchive, TheYoungestRemain) {
     const std::string morning = "30-06-2004 09 00 AM";
     const std::string evening = "30-06-2004 09 00 PM";
     const std::string may = "31-05-2004 09 00 PM";
-    const struct {
-        Names folders;
-        std::size_t kept;
-        Names pruned;
-    } cases[] = {
+    const std::tuple<Names, std::size_t, Names> cases[] = {
         {{noon, midnight, morning, evening, may}, 5, {}},
         {{noon, midnight, morning, evening, may}, 2, {midnight, morning, may}},
         {{may, evening}, 0, {evening, may}},
         // The ages belong to the names one place before: the foreign folder passes for the oldest.
         {{"old", may, morning, evening}, 2, {"old"}},
-        {{may, "old", evening}, 1, {may}},
-    };
-    for (const auto& c : cases)
-        EXPECT_EQ(FoldersToPrune(c.folders, kNow, c.kept), c.pruned) << c.kept;
+        {{may, "old", evening}, 1, {may}}};
+    for (const auto& [folders, kept, pruned] : cases)
+        EXPECT_EQ(FoldersToPrune(folders, kNow, kept), pruned) << kept;
 }
 
 /// A control panel over the ten tables on the real server, with a backup server beside it.
-struct Backup : Panel {
+struct Backup : Panel, support::Databases {
     Backup() {
-        root.Open(support::RootConnection());
-        remote.Open(support::RootConnection(support::kRemoteServer));
-        support::Clean(root);
-        support::Clean(remote);
         modServerControl::MySQLPath(support::DataFolder() + "\\..\\");
         int number = 0;
         for (const auto& database : dbsetup::Databases()) {
@@ -148,12 +131,11 @@ struct Backup : Panel {
     }
     ~Backup() override { modServerControl::MySQLPath(""); }
 
-    std::vector<std::string> Sums(database::Connection& connection, const std::string& prefix = {}) {
+    static std::vector<std::string> Sums(database::Connection& connection, const std::string& prefix = {}) {
         std::vector<std::string> sums;
-        for (const std::string& table : tables) {
-            const std::string sum = Rows(connection, "CHECKSUM TABLE " + prefix + table)[0];
-            sums.push_back(sum.substr(prefix.size()));
-        }
+        for (const auto& database : dbsetup::Databases())
+            std::ranges::copy(support::Checksums(connection, prefix + std::string(database.name)),
+                              std::back_inserter(sums));
         return sums;
     }
     static std::vector<std::string> Folders() {
@@ -173,29 +155,24 @@ struct Backup : Panel {
     }
 
     support::MessageBoxes boxes;
-    database::Connection root;
-    database::Connection remote;
     std::vector<std::string> tables;
     frmServerControl panel;
     fraBackup& page = panel.backup;
 };
 
 TEST_F(Backup, ATimedBackupRunsAsTheServersFileSays) {
-    const struct {
-        const char* option;
-        bool files, remote;
-    } cases[] = {
+    const std::tuple<const char*, bool, bool> cases[] = {
         {"", false, false}, {"3", false, false}, {"0", true, false}, {"1", false, true}, {"2", true, true}};
     // Only what is in Kerno.ini counts.
     Set({{kBackupOption, "2"}});
     const auto before = Sums(root);
-    for (const auto& c : cases) {
-        kerno.INIProperty(kBackupOption, c.option);
+    for (const auto& [option, files, toRemote] : cases) {
+        kerno.INIProperty(kBackupOption, option);
         remote.Execute("DROP DATABASE IF EXISTS bk_glogin");
         std::filesystem::remove_all(BackupFolder());
         TickWhenDue();
-        EXPECT_EQ(Folders().size(), c.files ? 1u : 0u) << c.option;
-        EXPECT_EQ(Rows(remote, "SHOW DATABASES LIKE 'bk_glogin'").size(), c.remote ? 1u : 0u) << c.option;
+        EXPECT_EQ(Folders().size(), files ? 1u : 0u) << option;
+        EXPECT_EQ(Rows(remote, "SHOW DATABASES LIKE 'bk_glogin'").size(), toRemote ? 1u : 0u) << option;
         EXPECT_EQ(page.txtTimeLeft.Text(), "");
         EXPECT_EQ(page.lblBackupStatus.Caption(), "Backup is disabled");
     }
@@ -246,7 +223,6 @@ TEST_F(Backup, FailuresAreShownOnceAndTheNextBackupWorks) {
     expectOneBox("53] File not found: ");
     const std::string folder = BackupFolder() + "\\" + Folders()[0];
     EXPECT_TRUE(common::FileExists(folder + "\\amcharacter\\charinfo.MYD"));
-    std::erase(tables, "amcharacter.flaginfo");
     kerno.INIProperty(kBackupOption, "");
     for (const auto& [kept, number] : {std::pair("many", "13] "), {"-1", "9] "}, {"99999999999", "6] "}}) {
         page.txtNumOfBackup.Text(kept);

@@ -1,7 +1,6 @@
 #include "Panel.h"
 
 #include "supervision/frmIPDetection.h"
-#include "support/MessageBoxes.h"
 
 namespace {
 

@@ -1,6 +1,5 @@
 #include "supervision/IPDetection.h"
-
-#include <gtest/gtest.h>
+#include "support/Test.h"
 
 #include <regex>
 

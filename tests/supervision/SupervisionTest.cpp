@@ -1,11 +1,7 @@
 #include "Panel.h"
 
-#include "common/Text.h"
 #include "servers/modServerControl.h"
 #include "supervision/RestartAll.h"
-#include "support/MessageBoxes.h"
-
-#include <algorithm>
 
 namespace {
 
@@ -25,32 +21,21 @@ std::vector<std::string> Entries(const std::string& log) {
     return entries;
 }
 
-/// Runs `action`, also while somebody else waits, as long as the window lives.
-void Every50ms(HWND window, std::function<void()>& action) {
-    SetTimer(window, reinterpret_cast<UINT_PTR>(&action), 50,
-             [](HWND, UINT, UINT_PTR id, DWORD) { (*reinterpret_cast<std::function<void()>*>(id))(); });
-}
-
 TEST_F(Panel, TheMaintainerStartsWhatIsToRunAndDoesNot) {
-    const struct {
-        bool enabled;
-        std::array<bool, 3> chosen, running, after;
-    } cases[] = {
+    const std::tuple<bool, std::array<bool, 3>, std::array<bool, 3>, std::array<bool, 3>> cases[] = {
         {false, {true, true, true}, {false, false, false}, {false, false, false}},
         {true, {true, false, true}, {false, true, false}, {true, true, true}},
-        {true, {true, true, false}, {true, false, false}, {true, true, false}},
-    };
-    for (const auto& c : cases) {
+        {true, {true, true, false}, {true, false, false}, {true, true, false}}};
+    for (const auto& [enabled, chosen, running, after] : cases) {
         for (std::size_t i = 0; i < 3; ++i)
-            if (c.running[i])
+            if (running[i])
                 servers.Launch(kServers[i]);
         // The second time comes before the servers have a window.
         for (int tick = 0; tick < 2; ++tick)
-            ServerMaintainer(kerno).Maintain({.enabled = c.enabled, .servers = c.chosen});
+            ServerMaintainer(kerno).Maintain({.enabled = enabled, .servers = chosen});
         for (std::size_t i = 0; i < 3; ++i) {
-            EXPECT_TRUE(
-                WaitUntil([&] { return (servers.MainWindow(kServers[i]) != nullptr) == c.after[i]; }));
-            EXPECT_EQ(servers.Instances(kServers[i]), c.after[i]) << i;
+            EXPECT_TRUE(WaitUntil([&] { return (servers.MainWindow(kServers[i]) != nullptr) == after[i]; }));
+            EXPECT_EQ(servers.Instances(kServers[i]), after[i]) << i;
         }
         servers.KillAll();
         ASSERT_TRUE(WaitUntil([] { return std::ranges::none_of(kServers, modServerControl::IsRunning); }));
@@ -102,12 +87,11 @@ TEST_F(Panel, ADialogThatDoesNotCloseLeavesTheToolAlive) {
     // The tick does not return by itself: the operator's clicks and the other timers come to it. Closed at
     // the end in any case: the test itself waits in the tick that only this ends.
     bool sawAll = false;
-    std::function<void()> operate = [&, end = GetTickCount64() + 30'000] {
-        sawAll = Entries(Log("stubborn.log")).size() >= 2 && panel.backup.clock.Seconds() > 0;
+    const support::Meanwhile operate([&, end = GetTickCount64() + 30'000] {
+        sawAll = sawAll || (Entries(Log("stubborn.log")).size() >= 2 && panel.backup.clock.Seconds() > 0);
         if (sawAll || GetTickCount64() > end)
             PostMessageA(panel.cmdCloseWindow.Window(), BM_CLICK, 0, 0);
-    };
-    Every50ms(panel.Window(), operate);
+    });
     EXPECT_TRUE(WaitUntil([&] { return !panel.Loaded(); }));
     EXPECT_TRUE(sawAll);
     EXPECT_FALSE(panel.Busy());
@@ -127,11 +111,10 @@ TEST_F(Panel, ACrashedServersDialogIsLoggedAndTheSuiteRestarted) {
     panel.Load();
     servers.Command(Server::Login, Command::RaiseDialogs);
     // One tick only: the next may find a server that is still on its way.
-    std::function<void()> stop = [&] {
+    const support::Meanwhile stop([&] {
         if (panel.Busy())
             panel.errorDetector.chkErrorDetector.Value(0);
-    };
-    Every50ms(panel.Window(), stop);
+    });
     EXPECT_TRUE(WaitUntil([&] { return !IsWindow(before[0]) && !IsWindow(before[1]); }));
     const HWND zoneLog = FindWindowExA(before[2], nullptr, modServerControl::kMessageBoxClass, nullptr);
     EXPECT_TRUE(WaitUntil([&] {
@@ -161,21 +144,17 @@ TEST_F(Panel, TheMonitorActsOnAChangedAddress) {
     IPChangeMonitor monitor(kTools, kerno);
     const std::string old = "IP=10.9.9.9\r\n";
     const std::string written = "IP=10.1.2.3\r\n";
-    const struct {
-        const char* host;
-        bool enabled, modify;
-        std::string after;
-    } cases[] = {{"10.1.2.3", true, true, written},
-                 {"10.1.2.3", true, false, old},
-                 {"10.1.2.3", false, true, old},
-                 {"nobody.invalid", true, true, old}};
-    for (const auto& c : cases) {
-        kTools.INIProperty(kDynamicHostname, c.host);
+    const std::tuple<const char*, bool, bool, std::string> cases[] = {{"10.1.2.3", true, true, written},
+                                                                      {"10.1.2.3", true, false, old},
+                                                                      {"10.1.2.3", false, true, old},
+                                                                      {"nobody.invalid", true, true, old}};
+    for (const auto& [host, enabled, modify, after] : cases) {
+        kTools.INIProperty(kDynamicHostname, host);
         support::WriteFile(kerno.INIPath(), old);
         // Without a zone server the others are not restarted either.
         monitor.Act(monitor.Look(),
-                    {.enabled = c.enabled, .modifyIni = c.modify, .restart = true, .message = "moving"});
-        EXPECT_EQ(common::ReadFileText(kerno.INIPath()), c.after);
+                    {.enabled = enabled, .modifyIni = modify, .restart = true, .message = "moving"});
+        EXPECT_EQ(common::ReadFileText(kerno.INIPath()), after);
         EXPECT_FALSE(servers.IsRunning(Server::Login));
     }
 }

@@ -1,12 +1,5 @@
 #include "support/Database.h"
 
-#include "common/Files.h"
-#include "common/Text.h"
-#include "support/TempFolder.h"
-#include "support/Wait.h"
-
-#include <windows.h>
-
 #include <cstdlib>
 #include <stdexcept>
 
@@ -57,6 +50,14 @@ std::vector<std::string> Rows(database::Connection& connection, const std::strin
     return rows;
 }
 
+std::vector<std::string> Checksums(database::Connection& connection, const std::string& database) {
+    std::vector<std::string> sums;
+    for (const std::string& table : Rows(connection, "SHOW TABLES FROM " + database))
+        sums.push_back(
+            Rows(connection, "CHECKSUM TABLE " + database + "." + table)[0].substr(database.size()));
+    return sums;
+}
+
 void Clean(database::Connection& connection) {
     for (const std::string& name : Rows(connection, "SHOW DATABASES")) {
         if (name != "mysql" && name != "sys" && !name.ends_with("_schema"))
@@ -81,7 +82,7 @@ ServerDown::~ServerDown() {
     WaitUntil([this] { return Answers(host_); });
 }
 
-void DatabaseTest::SetUp() {
+Databases::Databases() {
     root.Open(RootConnection());
     remote.Open(RootConnection(kRemoteServer));
     Clean(root);

@@ -3,10 +3,7 @@
 #include "database/Error.h"
 #include "database/Recordset.h"
 
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
+#include "support/Test.h"
 
 /// The private servers that scripts/mariadb.sh runs.
 namespace support {
@@ -23,6 +20,9 @@ std::string DataFolder(const std::string& host = kLocalServer);
 /// All rows of a query, the fields of a row joined by "|", null as "NULL".
 std::vector<std::string> Rows(database::Connection& connection, const std::string& sql);
 
+/// The checksums of a database's tables, each with the table's name.
+std::vector<std::string> Checksums(database::Connection& connection, const std::string& database);
+
 /// Drops every database and login but the server's own.
 void Clean(database::Connection& connection);
 
@@ -38,13 +38,14 @@ private:
     std::string host_;
 };
 
-/// Starts each test on servers that hold no database and no login but their own, logged in as administrator.
-class DatabaseTest : public testing::Test {
-protected:
-    void SetUp() override;
+/// Both servers, cleaned, with an administrator logged in.
+struct Databases {
+    Databases();
 
     database::Connection root;
     database::Connection remote;
 };
+
+class DatabaseTest : public testing::Test, protected Databases {};
 
 } // namespace support

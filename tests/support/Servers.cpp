@@ -2,6 +2,7 @@
 
 #include "common/Handle.h"
 #include "common/Text.h"
+#include "servers/ForeignWindows.h"
 #include "support/Wait.h"
 
 #include <gtest/gtest.h>
@@ -51,11 +52,8 @@ bool BelongsTo(HWND window, const std::string& start) {
 }
 
 HWND FindWindowOf(const std::string& start, const char* windowClass) {
-    HWND window = nullptr;
-    while ((window = FindWindowExA(nullptr, window, windowClass, nullptr)))
-        if (BelongsTo(window, start))
-            return window;
-    return nullptr;
+    return modServerControl::FindWindowWhere(nullptr, windowClass,
+                                             [&](HWND window) { return BelongsTo(window, start); });
 }
 
 } // namespace
@@ -128,9 +126,10 @@ void ServerFolder::Command(Server server, standin::Command command, int number) 
 
 int ServerFolder::DialogCount() const {
     int count = 0;
-    HWND window = nullptr;
-    while ((window = FindWindowExA(nullptr, window, modServerControl::kDialogClass, nullptr)))
+    modServerControl::FindWindowWhere(nullptr, modServerControl::kDialogClass, [&](HWND window) {
         count += BelongsTo(window, path_) && IsWindowVisible(window);
+        return false;
+    });
     return count;
 }
 

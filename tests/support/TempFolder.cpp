@@ -24,6 +24,7 @@ TempFolder::~TempFolder() {
 }
 
 void WriteFile(const std::string& path, std::string_view text) {
+    std::filesystem::create_directories(std::filesystem::path(path).parent_path());
     std::ofstream(path, std::ios::binary) << text;
 }
 

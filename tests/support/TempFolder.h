@@ -21,7 +21,7 @@ private:
     std::string path_;
 };
 
-/// Writes `text` as the whole file.
+/// Writes `text` as the whole file, into a folder that is made when it is missing.
 void WriteFile(const std::string& path, std::string_view text);
 
 } // namespace support

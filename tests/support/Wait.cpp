@@ -4,7 +4,30 @@
 
 #include <windows.h>
 
+#include <map>
+
 namespace support {
+
+namespace {
+
+std::map<std::uintptr_t, std::function<void()>> actions;
+
+} // namespace
+
+Meanwhile::Meanwhile(std::function<void()> action) {
+    // A tick may still be on its way when the timer is gone.
+    const auto run = [](HWND, UINT, UINT_PTR timer, DWORD) {
+        if (const auto found = actions.find(timer); found != actions.end())
+            found->second();
+    };
+    timer_ = SetTimer(nullptr, 0, 10, run);
+    actions[timer_] = std::move(action);
+}
+
+Meanwhile::~Meanwhile() {
+    KillTimer(nullptr, timer_);
+    actions.erase(timer_);
+}
 
 bool WaitUntil(const std::function<bool()>& condition, std::chrono::milliseconds limit) {
     const auto end = std::chrono::steady_clock::now() + limit;

@@ -11,7 +11,8 @@ using MutexHandle = common::Handle<HANDLE, CloseHandle>;
 int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int) {
     // Held until the end: whoever starts a second copy finds the name taken.
     const MutexHandle instance(CreateMutexA(nullptr, FALSE, "kTools.Instance"));
-    const bool previousInstance = GetLastError() == ERROR_ALREADY_EXISTS;
+    // It is also taken when a copy with more rights keeps it from us.
+    const bool previousInstance = !instance || GetLastError() == ERROR_ALREADY_EXISTS;
     frmMainMenu mainMenu(previousInstance);
     mainMenu.Load();
     if (!gui::Ending())
