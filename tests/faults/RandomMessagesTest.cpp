@@ -56,29 +56,25 @@ constexpr LPARAM kTray[] = {modSystemTray::kTrayDoubleClick, modSystemTray::kTra
 /// A user without a plan: sends each window of the tool, and whatever comes up over it, what a keyboard, a
 /// mouse, controls and the system could send. A thread of its own goes from window to window and sees when
 /// the tool's thread hangs; each step is taken on the tool's thread, inside whichever loop waits there.
-class RandomMessages : public Faults {
+class RandomMessages : public Faults, support::Databases {
 protected:
     RandomMessages() {
         for (const auto server : modServerControl::kServers)
             std::filesystem::remove(modServerControl::ExecutablePath(server));
         kerno.INIProperty("gloginname", "keeper");
-        root_.Open(support::RootConnection());
-        support::Clean(root_);
-        root_.Execute("CREATE DATABASE glogin");
-        root_.Execute("CREATE TABLE glogin.account (AID int PRIMARY KEY, Name varchar(24), Pass varchar(24), "
-                      "Gender int, Mail varchar(24), GMMode int)");
-        root_.Execute(
+        root.Execute("CREATE DATABASE glogin");
+        root.Execute("CREATE TABLE glogin.account (AID int PRIMARY KEY, Name varchar(24), Pass varchar(24), "
+                     "Gender int, Mail varchar(24), GMMode int)");
+        root.Execute(
             "INSERT INTO glogin.account VALUES (1, 'alpha', 'a', 0, 'a@x', 0), (2, 'bravo', 'b', 1, '', 1)");
-        root_.Execute("GRANT ALL ON glogin.* TO keeper@localhost IDENTIFIED BY ''");
+        root.Execute("GRANT ALL ON glogin.* TO keeper@localhost IDENTIFIED BY ''");
         menu_.Load();
         menu_.Show();
         menu_.mnuExit.Enabled(false);
         main_ = menu_.Window();
         SetWindowSubclass(main_, Enter, 2, reinterpret_cast<DWORD_PTR>(this));
-        if (const char* seed = std::getenv("MONKEY_SEED"))
-            random_.seed(static_cast<unsigned>(std::atoi(seed)));
     }
-    ~RandomMessages() override { support::Clean(root_); }
+    ~RandomMessages() override { support::Clean(root); }
 
     /// The windows that did not get `messages`, or could not be closed afterwards.
     std::string Visit(int messages) {
@@ -269,7 +265,6 @@ private:
         }
     }
 
-    database::Connection root_;
     frmMainMenu menu_{false};
     HWND main_ = nullptr;
     const common::Handle<HANDLE, CloseHandle> stepped_{CreateEventA(nullptr, FALSE, FALSE, nullptr)};
