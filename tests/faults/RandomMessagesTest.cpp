@@ -61,6 +61,8 @@ protected:
     RandomMessages() {
         for (const auto server : modServerControl::kServers)
             std::filesystem::remove(modServerControl::ExecutablePath(server));
+        Set({{settings::key::kKernoPath, servers.Path()},
+             {settings::key::kMySQLPath, program.Path() + "\\"}});
         kerno.INIProperty("gloginname", "keeper");
         root.Execute("CREATE DATABASE glogin");
         root.Execute("CREATE TABLE glogin.account (AID int PRIMARY KEY, Name varchar(24), Pass varchar(24), "
