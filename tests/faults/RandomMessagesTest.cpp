@@ -244,10 +244,9 @@ private:
         case 5:
             return Send(child, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(Any(kTexts)));
         case 6:
-            // The dialog manager looks for ever for the neighbours of a focus that cannot be seen.
-            if (!IsWindowVisible(child) || !IsWindowEnabled(child))
-                return;
-            SetFocus(child);
+            // No user can put the focus where it is not seen.
+            if (IsWindowVisible(child) && IsWindowEnabled(child))
+                SetFocus(child);
             PostMessageA(child, WM_KEYDOWN, static_cast<WPARAM>(Below(256)), 1);
             PostMessageA(child, WM_CHAR, static_cast<WPARAM>(Below(256)), 1);
             return;
