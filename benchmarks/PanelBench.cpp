@@ -42,7 +42,7 @@ void MeasureTicks(frmServerControl& form, const bench::Size& size) {
         {"tick of tmrMonitorIP, address as before", &form.connections.tmrMonitorIP},
         {"tick of tmrBackup, not yet due", &form.backup.tmrBackup}};
     for (const auto& [name, timer] : timers)
-        bench::Row(name, size, bench::PerRun(kRuns, [&] { timer->Tick(); }), "ms");
+        bench::Row(name, size, bench::PerRun(kRuns, [tick = timer] { tick->Tick(); }), "ms");
 }
 
 const bench::Area ticks("panel", [] {

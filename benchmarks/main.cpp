@@ -124,9 +124,9 @@ double PerRun(int runs, const std::function<void()>& work) {
 }
 
 double MedianOf(int runs, const std::function<void()>& work) {
-    std::vector<double> times;
-    for (int i = 0; i < runs; ++i)
-        times.push_back(Milliseconds(work));
+    std::vector<double> times(static_cast<std::size_t>(runs));
+    for (double& time : times)
+        time = Milliseconds(work);
     return Median(times);
 }
 

@@ -30,7 +30,8 @@ std::optional<std::int32_t> AccountNumber(const std::string& text) {
     return number;
 }
 
-std::string Refusal(const AccountFields& fields, const std::function<bool(const std::string&)>& nameTaken,
+std::string Refusal(const AccountFields& fields, const AccountFields& stored,
+                    const std::function<bool(const std::string&)>& nameTaken,
                     const std::function<bool(std::int32_t)>& idTaken) {
     if (common::Trim(fields.name).empty())
         return "There is no account name specified. It is a compulsory field for an account";
@@ -41,17 +42,20 @@ std::string Refusal(const AccountFields& fields, const std::function<bool(const 
     const auto id = AccountNumber(fields.id);
     if (id && idTaken(*id))
         return "Account ID is already taken";
-    if (!id)
+    if (!id && common::Trim(fields.id) != stored.id)
         return "The ID '" + fields.id +
                "' is no account number. Please enter a whole number from 1 to 2147483647, or press Autofill";
     const struct {
         const char* label;
-        const std::string& text;
-    } texts[] = {
-        {"account name", fields.name}, {"password", fields.password}, {"e-mail address", fields.email}};
-    for (const auto& each : texts)
-        if (std::string message = TooLong(each.label, each.text); !message.empty())
+        std::string AccountFields::*text;
+    } texts[] = {{"account name", &AccountFields::name},
+                 {"password", &AccountFields::password},
+                 {"e-mail address", &AccountFields::email}};
+    for (const auto& each : texts) {
+        const std::string& text = fields.*each.text;
+        if (std::string message = TooLong(each.label, text); !message.empty() && text != stored.*each.text)
             return message;
+    }
     return {};
 }
 

@@ -1,5 +1,7 @@
 #include "accounts/AccountNameBox.h"
 
+#include "common/Text.h"
+
 void AccountNameBox::Attached() {
     COMBOBOXINFO info{};
     info.cbSize = sizeof info;
@@ -102,6 +104,8 @@ void AccountNameBox::Complete() {
 
 void AccountNameBox::Command(int code) {
     if (code == CBN_SELCHANGE) {
+        if (!offer_.empty() && ListIndex() >= 0 && common::EqualsIgnoreCase(names_.At(ListIndex()), offer_))
+            TakeAsSearch();
         Raise(click_);
     } else if (code == CBN_EDITCHANGE && !completing_) {
         Complete();
@@ -121,7 +125,7 @@ bool AccountNameBox::Key(int virtualKey) {
         return true;
     }
     // What was typed was a search, not a new name of the account that is shown.
-    typed_ = shown_ < 0 ? std::string() : names_.At(shown_);
+    TakeAsSearch();
     ListIndex(index);
     return true;
 }

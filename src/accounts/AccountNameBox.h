@@ -4,8 +4,9 @@
 #include "gui/Lists.h"
 
 /// The list of account names, whose field is also where a name is edited. Typing completes a name of the
-/// list, and Enter chooses it; without Enter the text that was typed is an account's new name, and the
-/// completion disappears when the field is left.
+/// list; Enter chooses it, and so does choosing that very entry of the list while the field offers it. Any
+/// other text that was typed is an account's new name, whatever is chosen next, and the completion disappears
+/// when the field is left.
 class AccountNameBox final : public gui::ComboBox {
 public:
     template <class F>
@@ -39,6 +40,7 @@ private:
     void Command(int code) override;
     bool Key(int virtualKey) override;
     bool Offers() const;
+    void TakeAsSearch() { typed_ = shown_ < 0 ? std::string() : names_.At(shown_); }
     void Complete();
     void FieldText(const std::string& text);
 

@@ -60,11 +60,6 @@ std::string WithFlag(std::string_view line, std::size_t privilege, std::int16_t 
 
 } // namespace
 
-void GMTable::Clear() {
-    rows_.clear();
-    count_ = 0;
-}
-
 GMTable::Row GMTable::ReadRow(std::string_view line) {
     Row row;
     row.text = line;
@@ -90,20 +85,15 @@ void GMTable::Append(Row row) {
 }
 
 void GMTable::Load(const std::string& path) {
-    Clear();
     loadFailed_ = true;
     const std::string text = common::ReadFileText(path);
     const auto lines = common::Lines(text);
     if (lines.empty())
         throw RuntimeError(common::kInputPastEnd);
-    try {
-        for (std::size_t i = 1; i < lines.size(); ++i)
-            Append(ReadRow(lines[i]));
-    } catch (const RuntimeError&) {
-        Clear();
-        throw;
-    }
-    loadFailed_ = false;
+    GMTable loaded;
+    for (std::size_t i = 1; i < lines.size(); ++i)
+        loaded.Append(ReadRow(lines[i]));
+    *this = std::move(loaded);
 }
 
 std::string GMTable::Text() const {

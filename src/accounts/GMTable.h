@@ -17,13 +17,14 @@ inline constexpr std::int16_t kLeaveAsItIs = 2;
 
 /// The game masters and what each may do, as the zone server reads it from its privilege file.
 ///
-/// Nothing that an operator wrote into the file by hand is lost: a line without an account number at its
-/// start is carried along where it stands, and a line with missing or unreadable flags is the row of its
-/// account with those flags read as 0, written back as it was until a flag of it is changed.
+/// What an operator wrote into the file by hand stays: a line without an account number at its start is
+/// carried along where it stands, and a line with missing or unreadable flags is the row of its account with
+/// those flags read as 0, written back as it was until a flag of it is changed. Only Remove takes a line away
+/// with all that stands in it, also when the account gets a new row afterwards.
 class GMTable {
 public:
     /// Reads the file; its first line is a header whatever it holds. Raises the file error, 62 for a file
-    /// without any line and 6 for more rows than a 16-bit count holds; the table is then empty.
+    /// without any line and 6 for more rows than a 16-bit count holds; the table is then as it was before.
     void Load(const std::string& path);
 
     /// Rewrites the file, which then ends with the previous one beside it under the ending "bak". Whoever
@@ -43,7 +44,8 @@ public:
     Privileges Retrieve(std::int32_t id) const;
     bool Contains(std::int32_t id) const;
 
-    void Clear();
+    /// True when the last Load failed and nothing was saved since.
+    bool LoadFailed() const { return loadFailed_; }
 
 private:
     struct Row {

@@ -37,45 +37,50 @@ std::int16_t clsAccountSQL::ConnectSQL() {
     return Run(std::int16_t{0}, [this](std::int16_t& done) {
         if (SQLHostname().empty() || SQLUsername().empty())
             return;
-        connected_ = false;
-        recordset_.Close();
-        connection_.Open(
-            database::MySQLConnectionString(SQLHostname(), SQLUsername(), SQLPassword(), "glogin"));
-        Open();
+        Disconnect();
+        try {
+            connection_.Open(
+                database::MySQLConnectionString(SQLHostname(), SQLUsername(), SQLPassword(), "glogin"));
+            Open();
+            LoadMirrors();
+        } catch (const RuntimeError&) {
+            Disconnect();
+            throw;
+        }
         connected_ = true;
         done = 1;
-        LoadMirrors();
     });
 }
 
 void clsAccountSQL::Open() {
-    // The rows held now go only when the new ones are here.
+    // The rows held now go only when the new ones are here and understood.
     database::Recordset fresh;
     fresh.Open(connection_, kQuery, Reading);
-    std::array<std::size_t, kColumnCount> columns{};
+    Columns columns{};
     for (std::size_t i = 0; i < columns.size(); ++i)
         columns[i] = fresh.FieldIndex(kColumnNames[i]);
+    accounts::AccountIndex index;
+    for (; !fresh.Eof(); fresh.MoveNext())
+        index.Insert(fresh.Bookmark(), KeyOf(fresh, columns));
+    if (fresh.RecordCount() > 0)
+        fresh.MoveFirst();
     recordset_ = std::move(fresh);
     columns_ = columns;
-    MakeIndex();
+    index_ = std::move(index);
+    unnumbered_.clear();
 }
 
-void clsAccountSQL::MakeIndex() {
+void clsAccountSQL::Disconnect() {
+    connected_ = false;
     index_.Clear();
     unnumbered_.clear();
-    if (recordset_.RecordCount() == 0)
-        return;
-    for (recordset_.MoveFirst(); !recordset_.Eof(); recordset_.MoveNext())
-        index_.Insert(recordset_.Bookmark(), CurrentKey());
-    recordset_.MoveFirst();
+    recordset_.Close();
+    connection_.Close();
 }
 
 std::int16_t clsAccountSQL::DisconnectSQL() {
     return Run(std::int16_t{0}, [this](std::int16_t& done) {
-        connected_ = false;
-        index_.Clear();
-        recordset_.Close();
-        connection_.Close();
+        Disconnect();
         done = 1;
     });
 }
@@ -93,12 +98,14 @@ std::int16_t clsAccountSQL::RefreshAccountSQL() {
 
 std::int16_t clsAccountSQL::UpdateAccountSQL() {
     return Run(std::int16_t{0}, [this](std::int16_t& done) {
-        // Some may have been sent before one that failed.
-        struct Index {
-            clsAccountSQL& store;
-            ~Index() { store.IndexNewNumbers(); }
-        } index{*this};
-        recordset_.UpdateBatch();
+        try {
+            recordset_.UpdateBatch();
+        } catch (const RuntimeError&) {
+            // Some may have been sent before the one that failed.
+            IndexNewNumbers();
+            throw;
+        }
+        IndexNewNumbers();
         done = 1;
     });
 }
@@ -133,9 +140,9 @@ bool clsAccountSQL::LoadMirrors() {
     return true;
 }
 
-accounts::AccountKey clsAccountSQL::CurrentKey() const {
-    const database::Value id = Field(kAID);
-    return {Field(kName).AsText(), id.IsNull() ? std::nullopt : std::optional(id.AsInteger())};
+accounts::AccountKey clsAccountSQL::KeyOf(const database::Recordset& set, const Columns& columns) {
+    const database::Value id = set.Field(columns[kAID]);
+    return {set.Field(columns[kName]).AsText(), id.IsNull() ? std::nullopt : std::optional(id.AsInteger())};
 }
 
 std::int32_t clsAccountSQL::NumOfAccounts() {

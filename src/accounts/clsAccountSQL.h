@@ -18,8 +18,8 @@
 ///
 /// All accounts are held on this side, with a current one whose columns stand in the Account properties.
 /// Changes stay here until UpdateAccountSQL (accounts) and UpdateGMData (privileges) send them. Operations
-/// return 1 when done and 0 when not, and raise nothing: what went wrong is in LastError. Every operation but
-/// the first two needs a connection.
+/// return 1 when done and 0 when not, and raise nothing: what went wrong is in LastError. What concerns the
+/// accounts needs a connection; the privileges are in a file and need none.
 class clsAccountSQL {
 public:
     clsAccountSQL() = default;
@@ -58,7 +58,7 @@ public:
     std::function<void(std::size_t accounts)> Reading;
 
     /// Logs in and reads all accounts; the first becomes current. 0 without touching the server when host or
-    /// user name is empty.
+    /// user name is empty; after any other failure there is no connection, and changes are gone.
     std::int16_t ConnectSQL();
     std::int16_t DisconnectSQL();
     bool Connected() const { return connected_; }
@@ -102,6 +102,8 @@ public:
     // The privileges; see GMTable.
 
     std::int16_t LoadGMData();
+    /// True when the last LoadGMData failed and no UpdateGMData has written the file since.
+    bool GMDataMissing() const { return gameMasters_.LoadFailed(); }
     std::int16_t UpdateGMData();
     std::int16_t AddGMData(std::int32_t lngID, const accounts::Privileges& flags);
     std::int16_t RemoveGMData(std::int32_t lngID);
@@ -119,9 +121,11 @@ private:
     database::Value Field(Column column) const { return recordset_.Field(columns_[column]); }
     void Field(Column column, database::Value value) { recordset_.Field(columns_[column], std::move(value)); }
     bool OnRecord() const { return !recordset_.Bof() && !recordset_.Eof(); }
-    accounts::AccountKey CurrentKey() const;
+    using Columns = std::array<std::size_t, kColumnCount>;
+    static accounts::AccountKey KeyOf(const database::Recordset& set, const Columns& columns);
+    accounts::AccountKey CurrentKey() const { return KeyOf(recordset_, columns_); }
     void Open();
-    void MakeIndex();
+    void Disconnect();
     bool LoadMirrors();
     void IndexNewNumbers();
     std::string GMPath() const;
@@ -129,7 +133,7 @@ private:
     database::Connection connection_;
     database::Recordset recordset_;
     bool connected_ = false;
-    std::array<std::size_t, kColumnCount> columns_{};
+    Columns columns_{};
     accounts::AccountIndex index_;
     /// Rows that get their number when they are sent.
     std::vector<std::size_t> unnumbered_;

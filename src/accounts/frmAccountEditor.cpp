@@ -14,6 +14,8 @@ namespace {
 
 constexpr const char* kTitle = "Kerno Tools :: Accounts Editor";
 constexpr const char* kNotAdvised = "You are advised not to continue as Kerno Tools might not act properly";
+constexpr const char* kNoGMData =
+    "Kerno Tools failed to load GM data. Please make sure all files are in proper place";
 
 std::string WithReason(const std::string& text, const std::optional<RuntimeError>& error) {
     if (!error)
@@ -43,9 +45,7 @@ void frmAccountEditor::Form_Load() {
         return;
     FillList();
     AccountsDB.KernoPath(modServerControl::KernoPath());
-    if (!AccountsDB.LoadGMData() &&
-        !(Tell("Kerno Tools failed to load GM data. Please make sure all files are in proper place") &&
-          Tell(kNotAdvised)))
+    if (!AccountsDB.LoadGMData() && !(Tell(kNoGMData) && Tell(kNotAdvised)))
         return;
     if (cboAccountName.ListCount() > 0)
         cboAccountName.ListIndex(0);
@@ -104,8 +104,8 @@ void frmAccountEditor::TellFailure(const std::string& text) {
 void frmAccountEditor::TellSelected() {
     if (!IsSelected())
         return lblSelected.Caption("No account is selected.");
-    const std::string account = selected_.name + " (" + std::to_string(selected_.id) + ")";
-    if (cboAccountName.Text() == selected_.name)
+    const std::string account = selected_.stored.name + " (" + std::to_string(selected_.id) + ")";
+    if (cboAccountName.Text() == selected_.stored.name)
         lblSelected.Caption("Selected account: " + account);
     else
         lblSelected.Caption("Save renames " + account +
@@ -134,7 +134,7 @@ void frmAccountEditor::cboAccountName_Click() {
 void frmAccountEditor::Choose(int index) {
     const int before = cboAccountName.Shown();
     if (IsSelected()) {
-        const accounts::AccountFields fields = Fields(NameToKeep(index));
+        const accounts::AccountFields fields = Fields(cboAccountName.Edited());
         const std::string refusal = RefusalToKeep(fields);
         if (!refusal.empty() || !Keep(fields)) {
             const bool open = refusal.empty() || Tell(refusal);
@@ -151,23 +151,13 @@ void frmAccountEditor::Choose(int index) {
         ShowNone();
 }
 
-/// The shown account's name when another entry is chosen: what was typed, unless that was the way to find the
-/// entry.
-std::string frmAccountEditor::NameToKeep(int chosen) const {
-    const std::string& edited = cboAccountName.Edited();
-    const std::string& entry = cboAccountName.Names().At(chosen);
-    const bool search =
-        !common::Trim(edited).empty() && common::EqualsIgnoreCase(edited, entry.substr(0, edited.size()));
-    return search ? selected_.name : edited;
-}
-
 bool frmAccountEditor::ShowAccount(int index) {
     if (!AccountsDB.MoveToAccount(cboAccountName.Names().At(index)))
         return false;
-    selected_ = {AccountsDB.AccountName(), AccountsDB.AccountID()};
     txtAccountID.Text(std::to_string(AccountsDB.AccountID()));
     txtAccountPassword.Text(AccountsDB.AccountPassword());
     txtEmail.Text(AccountsDB.AccountEmail());
+    selected_ = {Fields(AccountsDB.AccountName()), AccountsDB.AccountID()};
     cboSex.ListIndex(AccountsDB.AccountSex());
     ShowPrivileges(AccountsDB.RetrieveGMData(AccountsDB.AccountID()));
     cboAccountName.Shown(index);
@@ -249,22 +239,27 @@ std::int16_t frmAccountEditor::Sex() const {
 
 std::string frmAccountEditor::RefusalToKeep(const accounts::AccountFields& fields) {
     return accounts::Refusal(
-        fields,
+        fields, selected_.stored,
         [this](const std::string& name) {
-            return IsSelected() && name != selected_.name && !AccountsDB.CheckAccountName(name);
+            return IsSelected() && name != selected_.stored.name && !AccountsDB.CheckAccountName(name);
         },
         [this](std::int32_t id) {
             return IsSelected() && id != selected_.id && !AccountsDB.CheckAccountID(id);
         });
 }
 
+void frmAccountEditor::RemovePrivileges(std::int32_t id) {
+    // A file that was written by hand may have several rows of an account.
+    while (AccountsDB.RemoveGMData(id)) {
+    }
+}
+
 /// Takes the fields and boxes over into the store's selected account; tells when that fails.
 bool frmAccountEditor::Keep(const accounts::AccountFields& fields) {
-    const std::int32_t id = *accounts::AccountNumber(fields.id);
-    AccountsDB.RemoveGMData(id);
+    const std::int32_t id = accounts::AccountNumber(fields.id).value_or(selected_.id);
+    RemovePrivileges(id);
     // The privileges go with the account; whoever gets its old number later must not find them there.
-    if (id != selected_.id)
-        AccountsDB.RemoveGMData(selected_.id);
+    RemovePrivileges(selected_.id);
     if (chkIsGM.Value() && !AccountsDB.ModifyGMData(id, Boxes())) {
         TellFailure("Kerno Tools failed to keep the privileges of '" + fields.name + "'");
         return false;
@@ -279,7 +274,7 @@ bool frmAccountEditor::Keep(const accounts::AccountFields& fields) {
         return false;
     }
     cboAccountName.Rename(cboAccountName.Shown(), fields.name);
-    selected_ = {fields.name, id};
+    selected_ = {fields, id};
     return true;
 }
 
@@ -324,6 +319,10 @@ void frmAccountEditor::Send() {
         return;
     }
     if (!update(&clsAccountSQL::UpdateGMData)) {
+        if (AccountsDB.GMDataMissing() && AccountsDB.LastError()->Number() == common::kPathFileAccess)
+            return TellFailure(
+                "Kerno Tools did not save GM data because it could not load it before. The accounts are "
+                "saved. Please make sure the file can be read, press Reload and set the privileges again");
         TellFailure(
             "Kerno Tools failed to save GM data. The accounts are saved. Please put right what is said "
             "below and save again");
@@ -336,7 +335,7 @@ void frmAccountEditor::cmdAddAccount_Click() {
     const accounts::AccountFields fields = Fields(cboAccountName.Text());
     const bool connected = AccountsDB.Connected();
     const std::string refusal = accounts::Refusal(
-        fields, [&](const std::string& name) { return connected && !AccountsDB.CheckAccountName(name); },
+        fields, {}, [&](const std::string& name) { return connected && !AccountsDB.CheckAccountName(name); },
         [&](std::int32_t id) { return connected && !AccountsDB.CheckAccountID(id); });
     if (!refusal.empty()) {
         Tell(refusal);
@@ -353,7 +352,7 @@ void frmAccountEditor::cmdAddAccount_Click() {
     }
     cboAccountName.AddItem(fields.name);
     // What an account that is gone has left under this number is not for the new one.
-    AccountsDB.RemoveGMData(id);
+    RemovePrivileges(id);
     const bool withPrivileges = !chkIsGM.Value() || AccountsDB.ModifyGMData(id, Boxes()) == 1;
     // The new account is the one that the fields show from now on.
     const auto reason = AccountsDB.LastError();
@@ -374,19 +373,18 @@ void frmAccountEditor::cmdDeleteAccount_Click() {
     if (MsgBox("Are you sure you want to delete account '" + name + "' ?", MB_YESNO, kTitle) != IDYES ||
         !Loaded())
         return;
-    const bool ofSelected = name == selected_.name;
+    const bool ofSelected = name == selected_.stored.name;
     if (!AccountsDB.DeleteRecord(name)) {
         TellFailure("Kerno Tools failed to delete the account");
         return;
     }
     cboAccountName.RemoveItem(index);
-    if (!Tell("Account deleted."))
-        return;
-    // What is in the fields must belong to an account that exists, or the Save that sends the deletion would
-    // write it into some other one.
+    // What is in the fields must belong to the store's current account, or the next choice or Save would
+    // write it into some other one. The search box can choose while the message is open.
     const int next = ofSelected ? 0 : cboAccountName.Shown();
     if (next >= cboAccountName.Names().Count() || !ShowAccount(next))
         ShowNone();
+    Tell("Account deleted.");
 }
 
 void frmAccountEditor::cmdReload_Click() {
@@ -400,9 +398,12 @@ void frmAccountEditor::cmdReload_Click() {
     const auto reason = AccountsDB.LastError();
     FillList();
     TellSelected();
-    if (!done)
-        Tell(WithReason(
-            "Kerno Tools failed to reload the accounts. Please make sure MySQL server is running and "
-            "reload again",
-            reason));
+    if (!done &&
+        !Tell(WithReason("Kerno Tools failed to reload the accounts. Please make sure MySQL server is "
+                         "running and reload again",
+                         reason)))
+        return;
+    // Privileges that were loaded wait for Save; without them Save would refuse for ever.
+    if (AccountsDB.GMDataMissing() && !AccountsDB.LoadGMData())
+        TellFailure(kNoGMData);
 }

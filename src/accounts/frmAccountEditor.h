@@ -131,9 +131,9 @@ private:
     void cmdReload_Click();
     void cmdCancel_Click() { Unload(); }
 
-    /// The selected account as the store has it.
+    /// The selected account as the store has it, or as the fields can show that.
     struct Selected {
-        std::string name;
+        accounts::AccountFields stored;
         std::int32_t id = 0;
     };
 
@@ -151,11 +151,11 @@ private:
     void ShowPrivileges(const accounts::Privileges& privileges);
     void ShowNone();
     void Tick(int value);
-    std::string NameToKeep(int chosen) const;
     accounts::AccountFields Fields(const std::string& name) const;
     accounts::Privileges Boxes() const;
     std::int16_t Sex() const;
     std::string RefusalToKeep(const accounts::AccountFields& fields);
+    void RemovePrivileges(std::int32_t id);
     bool Keep(const accounts::AccountFields& fields);
     void Send();
 

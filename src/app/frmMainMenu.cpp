@@ -40,7 +40,7 @@ void frmMainMenu::LoadSharedSettings() {
 }
 
 void frmMainMenu::MakeDataFolders() {
-    const std::string root = common::ProgramFolder();
+    const std::string& root = common::ProgramFolder();
     if (common::FolderExists(root + "\\kTools") || common::FileExists(root + "\\kTools"))
         return;
     // The look-up finds normal files, never a folder, so nothing is made here: the tool comes with its data

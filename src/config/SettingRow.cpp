@@ -33,8 +33,8 @@ std::string TextOf(const gui::ComboBox& list) {
 int CheckValueOf(std::string_view text) {
     try {
         return common::CInt(text) != 0 ? 1 : 0;
-    } catch (const RuntimeError&) {
-        return 0;
+    } catch (const RuntimeError& error) {
+        return error.Number() == common::kOverflow ? 1 : 0;
     }
 }
 

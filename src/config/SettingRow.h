@@ -24,8 +24,8 @@ struct SettingRow {
     SettingControl control;
 };
 
-/// 1 for a whole text that is a number other than 0 after rounding, which is how the servers take a switch;
-/// 0 for every other text.
+/// 1 for a whole text that is a number other than 0 after rounding, however large, which is how the servers
+/// take a switch; 0 for every other text.
 int CheckValueOf(std::string_view text);
 
 /// The number at the start of the text, 0 ("Realtime") when there is none; "Normal" for one that is no index

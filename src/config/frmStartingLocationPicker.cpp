@@ -12,6 +12,8 @@ void frmStartingLocationPicker::Form_Load() {
         lstMapList.AddItem(name);
     };
     pictureArea_ = imgMap.Bounds();
+    // The label lies under the picture, which takes clicks and the marker without one too.
+    imgMap.TextWithoutPicture(lblMap.Caption());
     ShowMap({});
 }
 

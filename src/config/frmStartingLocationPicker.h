@@ -23,7 +23,7 @@ public:
     gui::Picture imgMap{*this, IDC_frmStartingLocationPicker_imgMap,
                         &frmStartingLocationPicker::imgMap_MouseDown,
                         &frmStartingLocationPicker::imgMap_MouseMove};
-    gui::Shape shpCurrentLocation{imgMap, 18};
+    gui::Shape shpCurrentLocation{*this, IDC_frmStartingLocationPicker_shpCurrentLocation};
     gui::Label lblMap{*this, IDC_frmStartingLocationPicker_lblMap};
     gui::TextBox txtCurrentX{*this, IDC_frmStartingLocationPicker_txtCurrentX,
                              &frmStartingLocationPicker::txtCurrentX_Change};

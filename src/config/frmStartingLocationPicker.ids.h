@@ -12,3 +12,4 @@
 #define IDC_frmStartingLocationPicker_lblCurrentY 1709
 #define IDC_frmStartingLocationPicker_cmdOK 1710
 #define IDC_frmStartingLocationPicker_cmdCancel 1711
+#define IDC_frmStartingLocationPicker_shpCurrentLocation 1712

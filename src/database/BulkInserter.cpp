@@ -41,8 +41,9 @@ std::size_t BulkInserter::BatchRows(const RowStore& rows, std::size_t first, std
     // A driver without arrays writes the values into the statement's text, where a byte may need two.
     const std::size_t packet =
         session_->PacketSize() / 2 - std::min<std::size_t>(session_->PacketSize() / 4, 16384);
-    const std::size_t most = session_->ParameterArrays() ? BulkInserter::kBatchRows
-                                                         : std::max<std::size_t>(kMostMarks / columns_, 1);
+    const std::size_t most = session_->ParameterArrays()
+                                 ? kBatchRows
+                                 : std::clamp<std::size_t>(kMostMarks / columns_, 1, kBatchRows);
     std::vector<std::size_t> longest(columns_);
     std::size_t width = 0;
     std::size_t bytes = 0;
@@ -96,8 +97,20 @@ std::size_t BulkInserter::SendArrays(const RowStore& rows, std::size_t first, st
     processed_ = 0;
     statement.Set(SQL_ATTR_PARAMSET_SIZE, count);
     statement.SetPointer(SQL_ATTR_PARAMS_PROCESSED_PTR, &processed_);
+    // Of a set that was not tried, a driver may say nothing.
+    status_.assign(count, SQL_PARAM_UNUSED);
+    statement.SetPointer(SQL_ATTR_PARAM_STATUS_PTR, status_.data());
     parameters_.BindArrays(statement);
-    statement.Execute();
+    const SQLRETURN result = SQLExecute(statement.Get());
+    // A driver that sends set by set calls it a success when only some of them were refused.
+    if ((!SQL_SUCCEEDED(result) && result != SQL_NO_DATA) ||
+        std::ranges::find(status_, SQL_PARAM_ERROR) != status_.end()) {
+        const auto arrived = [](SQLUSMALLINT status) {
+            return status == SQL_PARAM_SUCCESS || status == SQL_PARAM_SUCCESS_WITH_INFO;
+        };
+        sent_ += static_cast<std::size_t>(std::ranges::find_if_not(status_, arrived) - status_.begin());
+        statement.Fail();
+    }
     const std::size_t sent = processed_ > 0
                                  ? processed_
                                  : static_cast<std::size_t>(std::max<std::int64_t>(statement.RowCount(), 1));

@@ -44,6 +44,7 @@ private:
     std::size_t rowsOfStatement_ = 0;
     std::size_t sent_ = 0;
     SQLULEN processed_ = 0;
+    std::vector<SQLUSMALLINT> status_;
 };
 
 } // namespace database

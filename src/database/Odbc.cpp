@@ -129,7 +129,11 @@ Statement::Statement(const std::shared_ptr<Session>& session)
 void Statement::Check(SQLRETURN result) const {
     // "No data" is how a change that met no row ends.
     if (!SQL_SUCCEEDED(result) && result != SQL_NO_DATA)
-        RaiseDiagnostic(SQL_HANDLE_STMT, Get());
+        Fail();
+}
+
+void Statement::Fail() const {
+    RaiseDiagnostic(SQL_HANDLE_STMT, Get());
 }
 
 void Statement::ExecuteDirect(const std::string& sql) {

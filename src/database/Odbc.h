@@ -71,6 +71,8 @@ public:
     bool Fetch();
     /// Raises the Error of a call that failed.
     void Check(SQLRETURN result) const;
+    /// Raises the Error that the last call left behind.
+    [[noreturn]] void Fail() const;
 
     /// Sets a whole-number attribute; false when the driver did not take the value as it is.
     bool Set(SQLINTEGER attribute, SQLULEN value);

@@ -271,7 +271,9 @@ void Recordset::UpdateBatch() {
             // Adds that failed together are tried again one by one.
             if (adds > 1)
                 continue;
-            if (!firstError)
+            // The server has answered: the change is not there.
+            changes_[i].inDoubt = false;
+            if (!HandOn(i, done) && !firstError)
                 firstError = error;
             ++i;
         }
@@ -349,6 +351,30 @@ void Recordset::SendOne(Change& change, TableWriter& writer) {
         break;
     }
     Merge(sent_, change.row, change.set);
+}
+
+/// Puts a change that was refused into the next one of its row, which corrects it or takes the row away and
+/// would not find it without. False when there is none.
+bool Recordset::HandOn(std::size_t refused, std::vector<bool>& done) {
+    const Change& change = changes_[refused];
+    const auto next =
+        std::find_if(changes_.begin() + static_cast<std::ptrdiff_t>(refused) + 1, changes_.end(),
+                     [&change](const Change& later) { return later.row == change.row; });
+    if (next == changes_.end() || change.kind == Kind::Delete)
+        return false;
+    done[refused] = true;
+    if (next->kind == Kind::Delete) {
+        // A row that the server never got needs no deletion.
+        if (change.kind == Kind::Add)
+            done[static_cast<std::size_t>(next - changes_.begin())] = true;
+        return true;
+    }
+    next->kind = change.kind;
+    for (std::size_t i = 0; i < next->set.size(); ++i) {
+        if (!next->set[i])
+            next->set[i] = change.set[i];
+    }
+    return true;
 }
 
 void Recordset::TakeSent(const std::vector<bool>& done) {

@@ -35,7 +35,8 @@ public:
     /// The position of the field, letter case aside. Raises kItemNotFound.
     std::size_t FieldIndex(std::string_view name) const;
 
-    /// True before the first row and after the last; both in a set without rows.
+    /// True before the first row and after the last; both in a set without rows. After Delete neither is
+    /// until the next move, not even when that was the last row that was left.
     bool Bof() const;
     bool Eof() const;
     /// The moves finish an edit in progress as Update does. First and last raise kNoCurrentRecord in an empty
@@ -69,8 +70,9 @@ public:
 
     /// Sends the changes in the order they were made, with a new login when the server was gone. What was
     /// sent stays sent. A change that the server or a change of somebody else prevents (kRowChanged) stays
-    /// here and the ones behind it are tried; the first error is raised at the end. When the connection is
-    /// lost the rest stays here at once. Either way UpdateBatch can be tried again.
+    /// here and the ones behind it are tried; when one of these is of the same row, both are tried as one
+    /// there. The first error is raised at the end. When the connection is lost the rest stays here at once.
+    /// Either way UpdateBatch can be tried again.
     void UpdateBatch();
 
     /// Changes that are not sent yet.
@@ -103,6 +105,7 @@ private:
     std::size_t AddsFrom(std::size_t first, const TableWriter& writer) const;
     void SendAdds(std::size_t first, std::size_t count, const TableWriter& writer, std::vector<bool>& done);
     void SendOne(Change& change, TableWriter& writer);
+    bool HandOn(std::size_t refused, std::vector<bool>& done);
     void TakeSent(const std::vector<bool>& done);
 
     Connection* connection_ = nullptr;

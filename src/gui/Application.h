@@ -15,6 +15,21 @@ void DoEvents();
 /// Dispatches messages until `done` holds. Throws Leaving once the tool is being left.
 void RunUntil(const std::function<bool()>& done);
 
+/// While one lives, work is under way that no message box may hold up, although it yields: servers are down
+/// and are to come up again. An error that can be told later is told later.
+class Uninterrupted {
+public:
+    Uninterrupted() { ++count_; }
+    ~Uninterrupted() { --count_; }
+    Uninterrupted(const Uninterrupted&) = delete;
+    Uninterrupted& operator=(const Uninterrupted&) = delete;
+
+    static bool Any() { return count_ > 0; }
+
+private:
+    static inline int count_ = 0;
+};
+
 /// Dispatches messages until the tool is left; returns the exit code given to End.
 int Run();
 

@@ -54,13 +54,12 @@ void Picture::Load(const std::string& path) {
     }
     if (bitmap_ && (bitmap_->GetLastStatus() != Gdiplus::Ok || bitmap_->GetWidth() == 0))
         bitmap_.reset();
-    Visible(!Empty());
     InvalidateRect(Window(), nullptr, FALSE);
 }
 
 void Picture::Clear() {
     bitmap_.reset();
-    Visible(false);
+    InvalidateRect(Window(), nullptr, FALSE);
 }
 
 SIZE Picture::PictureSize() const {
@@ -70,24 +69,21 @@ SIZE Picture::PictureSize() const {
 }
 
 void Picture::Draw(const DRAWITEMSTRUCT& item) {
-    const int width = item.rcItem.right - item.rcItem.left;
-    const int height = item.rcItem.bottom - item.rcItem.top;
-    const common::Handle<HDC, DeleteDC> memory(CreateCompatibleDC(item.hDC));
-    const common::Handle<HBITMAP, DeleteObject> surface(CreateCompatibleBitmap(item.hDC, width, height));
-    const HGDIOBJ before = SelectObject(memory.get(), surface.get());
-    {
-        Gdiplus::Graphics graphics(memory.get());
-        graphics.Clear(Gdiplus::Color(255, 255, 255));
-        // Sharp cells rather than a blur, and the first pixel in the corner rather than half outside.
-        graphics.SetInterpolationMode(Gdiplus::InterpolationModeNearestNeighbor);
-        graphics.SetPixelOffsetMode(Gdiplus::PixelOffsetModeHalf);
-        if (bitmap_)
-            graphics.DrawImage(bitmap_.get(), 0, 0, width, height);
+    if (Empty()) {
+        RECT area = item.rcItem;
+        FillRect(item.hDC, &area, GetSysColorBrush(COLOR_BTNFACE));
+        SetBkMode(item.hDC, TRANSPARENT);
+        DrawTextA(item.hDC, textWithoutPicture_.c_str(), -1, &area,
+                  DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
+        return;
     }
-    if (shape_ && shape_->Visible())
-        shape_->Draw(memory.get());
-    BitBlt(item.hDC, item.rcItem.left, item.rcItem.top, width, height, memory.get(), 0, 0, SRCCOPY);
-    SelectObject(memory.get(), before);
+    Gdiplus::Graphics graphics(item.hDC);
+    // Sharp cells rather than a blur, and the first pixel in the corner rather than half outside.
+    graphics.SetInterpolationMode(Gdiplus::InterpolationModeNearestNeighbor);
+    graphics.SetPixelOffsetMode(Gdiplus::PixelOffsetModeHalf);
+    graphics.DrawImage(bitmap_.get(), static_cast<int>(item.rcItem.left), static_cast<int>(item.rcItem.top),
+                       static_cast<int>(item.rcItem.right - item.rcItem.left),
+                       static_cast<int>(item.rcItem.bottom - item.rcItem.top));
 }
 
 bool Picture::Message(HWND /*window*/, UINT message, WPARAM& /*wParam*/, LPARAM lParam) {
@@ -100,36 +96,38 @@ bool Picture::Message(HWND /*window*/, UINT message, WPARAM& /*wParam*/, LPARAM 
     return false;
 }
 
-Shape::Shape(Picture& picture, int diameter) : picture_(picture), diameter_(diameter) {
-    picture.shape_ = this;
+namespace {
+
+using Region = common::Handle<HRGN, DeleteObject>;
+
+/// What lies between two ellipses in a rectangle of the size: one `outer` pixels within its edge and one
+/// `inner` pixels within it.
+Region Ring(SIZE size, int outer, int inner) {
+    Region ring(CreateEllipticRgn(outer, outer, size.cx - outer + 1, size.cy - outer + 1));
+    const Region hole(CreateEllipticRgn(inner, inner, size.cx - inner + 1, size.cy - inner + 1));
+    CombineRgn(ring.get(), ring.get(), hole.get(), RGN_DIFF);
+    return ring;
 }
 
-void Shape::Move(int left, int top) {
-    left_ = left;
-    top_ = top;
-    Redraw();
+constexpr int kRingWidth = 4;
+
+} // namespace
+
+void Shape::Attached() {
+    Region ring = Ring({Width(), Height()}, 0, kRingWidth);
+    // The window owns its region.
+    if (SetWindowRgn(Window(), ring.get(), FALSE))
+        static_cast<void>(ring.release());
 }
 
-void Shape::Visible(bool visible) {
-    visible_ = visible;
-    Redraw();
-}
-
-void Shape::Redraw() const {
-    InvalidateRect(picture_.Window(), nullptr, FALSE);
-}
-
-void Shape::Draw(HDC context) const {
-    const RECT bounds = picture_.Bounds();
-    const int left = left_ - bounds.left;
-    const int top = top_ - bounds.top;
-    Gdiplus::Graphics graphics(context);
-    graphics.SetSmoothingMode(Gdiplus::SmoothingModeAntiAlias);
-    // White around red is seen on any ground.
-    const Gdiplus::Pen halo(Gdiplus::Color(255, 255, 255), 4);
-    const Gdiplus::Pen ring(Gdiplus::Color(220, 20, 40), 2);
-    graphics.DrawEllipse(&halo, left + 1, top + 1, diameter_ - 3, diameter_ - 3);
-    graphics.DrawEllipse(&ring, left + 1, top + 1, diameter_ - 3, diameter_ - 3);
+void Shape::Draw(const DRAWITEMSTRUCT& item) {
+    // Only the ring itself: a static control draws with what its form may draw on, whatever its own region.
+    // White on both sides of the red is seen on any ground.
+    const SIZE size{Width(), Height()};
+    using Brush = common::Handle<HBRUSH, DeleteObject>;
+    const Brush red(CreateSolidBrush(RGB(220, 20, 40)));
+    FillRgn(item.hDC, Ring(size, 0, kRingWidth).get(), static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH)));
+    FillRgn(item.hDC, Ring(size, 1, kRingWidth - 1).get(), red.get());
 }
 
 } // namespace gui

@@ -8,9 +8,8 @@ class Bitmap;
 
 namespace gui {
 
-class Shape;
-
-/// Shows a GIF picture, scaled to the control with sharp edges. The template gives it SS_OWNERDRAW.
+/// Shows a GIF picture, scaled to the control with sharp edges, or a text where there is none. The template
+/// gives it SS_OWNERDRAW, SS_NOTIFY and WS_CLIPSIBLINGS.
 class Picture : public Control {
 public:
     template <class F, class C = F>
@@ -22,14 +21,15 @@ public:
     /// Shows the picture in the file; a file that is no picture shows none. Raises the file error when the
     /// file cannot be read. The file is not held open.
     void Load(const std::string& path);
-    /// Shows nothing and is hidden, so that what lies under it is seen.
+    /// Shows no picture.
     void Clear();
+    /// What is seen in the middle while there is no picture.
+    void TextWithoutPicture(const std::string& text) { textWithoutPicture_ = text; }
     bool Empty() const { return !bitmap_; }
     /// Size of the picture itself, in its own pixels; 0 by 0 when there is none.
     SIZE PictureSize() const;
 
 private:
-    friend class Shape;
     Picture(Form& form, int id, MouseHandler mouseDown, std::function<void(int, int)> mouseMove);
     void Attached() override;
     void Draw(const DRAWITEMSTRUCT& item) override;
@@ -38,35 +38,26 @@ private:
     MouseHandler mouseDown_;
     std::function<void(int, int)> mouseMove_;
     std::unique_ptr<Gdiplus::Bitmap> bitmap_;
-    Shape* shape_ = nullptr;
+    std::string textWithoutPicture_;
 };
 
-/// A ring drawn over a picture to mark a spot. Positions are those of its top-left corner, in pixels of the
-/// form's client area, like the bounds of controls.
-class Shape {
+/// A ring that marks a spot: a window of the ring's form, so that it is seen over the edge of a picture too.
+/// What is inside the ring, and a click on the ring itself, belong to what lies under it. The template gives
+/// it SS_OWNERDRAW, its size, and a place before the controls that it may cover.
+class Shape : public Control {
 public:
-    Shape(Picture& picture, int diameter);
-    Shape(const Shape&) = delete;
-    Shape& operator=(const Shape&) = delete;
+    using Control::Control;
 
-    int Left() const { return left_; }
-    int Top() const { return top_; }
-    int Width() const { return diameter_; }
-    int Height() const { return diameter_; }
-    void Move(int left, int top);
-    bool Visible() const { return visible_; }
-    void Visible(bool visible);
+    int Left() const { return Bounds().left; }
+    int Top() const { return Bounds().top; }
+    int Width() const { return Bounds().right - Bounds().left; }
+    int Height() const { return Bounds().bottom - Bounds().top; }
+    using Control::Move;
+    void Move(int left, int top) { Move(left, top, Width(), Height()); }
 
 private:
-    friend class Picture;
-    void Draw(HDC context) const;
-    void Redraw() const;
-
-    Picture& picture_;
-    int diameter_;
-    int left_ = 0;
-    int top_ = 0;
-    bool visible_ = true;
+    void Attached() override;
+    void Draw(const DRAWITEMSTRUCT& item) override;
 };
 
 } // namespace gui

@@ -3,6 +3,7 @@
 #include "common/Files.h"
 #include "common/Numbers.h"
 #include "common/RuntimeError.h"
+#include "gui/Application.h"
 #include "gui/modGUI.h"
 #include "servers/Detection.h"
 #include "servers/Dialogs.h"
@@ -61,6 +62,7 @@ std::int16_t Start(Server server) {
 }
 
 std::int16_t Shutdown(Server server) {
+    const gui::Uninterrupted uninterrupted;
     // A server does not close while one of its dialogs waits for an answer.
     CloseServerDialogs();
     const HWND posted = FindServerWindow(server, ComponentOf(server).mainWindowClass, [](HWND window) {

@@ -45,7 +45,7 @@ std::optional<std::chrono::year_month_day> Date(const std::string& text) {
 }
 
 /// The locale's sign for the half of the day. Pruning takes names apart at their blanks and knows two signs,
-/// so a locale that has none, or one with a blank, gets those.
+/// so a locale that has none, or one with a blank, a dot or what a file name cannot hold, gets those.
 std::string HalfOfDay(const SYSTEMTIME& time) {
     char text[40] = "";
     GetTimeFormatA(LOCALE_USER_DEFAULT, 0, &time, "tt", text, sizeof text);

@@ -34,7 +34,7 @@ std::string Announcement(long second, const BackupSettings& settings, const SYST
 /// Counts the seconds of the cycle. Stopping its timer keeps the count.
 class BackupClock {
 public:
-    long Seconds() const { return seconds_; }
+    long BackupSeconds() const { return seconds_; }
     /// Starts the cycle again.
     void Reset() { seconds_ = 0; }
     /// One more second has passed.

@@ -16,8 +16,8 @@ namespace supervision {
 void BackUpFiles(const std::function<bool(const std::string& file)>& progress);
 
 /// Copies the three databases to the backup server that `kTools` names, as bk_glogin and so on, logging in on
-/// this computer with the accounts of `kernoIni`. Raises database::Error; the databases that were copied
-/// before stay. No connection is left open.
+/// this computer with the accounts of `kernoIni`. Raises database::Error, and the file error of `kernoIni`;
+/// the databases that were copied before stay. No connection is left open.
 void BackUpDatabases(clsMySQLCopyDatabase& copier, const clsINI& kTools, const clsINI& kernoIni);
 
 /// The reverse: replaces the three databases of this computer by their copies on the backup server.

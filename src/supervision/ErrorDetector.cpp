@@ -20,11 +20,10 @@ HWND AnyDialog(const DialogTest& isServers) {
     return titled ? titled : FindWindowWhere(nullptr, kDialogClass, isServers);
 }
 
-/// Dispatches messages until the window is gone, or `isWanted` no longer holds, or the time between two tries
-/// is over.
-void WaitFor(HWND window, const std::function<bool()>& isWanted) {
+/// Dispatches messages until the window is gone, or `isEnded` holds, or the time between two tries is over.
+void WaitFor(HWND window, const std::function<bool()>& isEnded) {
     const ULONGLONG start = GetTickCount64();
-    while (IsWindow(window) && isWanted() && GetTickCount64() - start < kMillisecondsBetweenTries) {
+    while (IsWindow(window) && !isEnded() && GetTickCount64() - start < kMillisecondsBetweenTries) {
         MsgWaitForMultipleObjects(0, nullptr, FALSE, 10, QS_ALLINPUT);
         gui::DoEvents();
     }
@@ -42,26 +41,29 @@ void MakeLogFolder() {
 
 } // namespace
 
-void ErrorDetector::Handle(const ErrorDetectorSettings& settings) const {
+void ErrorDetector::Handle() const {
     ServerPathWindows servers;
-    if (!settings.handleDialogs || !HasDialog([&](HWND dialog) { return servers.Contains(dialog); }))
+    auto settings = settings_();
+    if (!settings || !settings->handleDialogs ||
+        !HasDialog([&](HWND dialog) { return servers.Contains(dialog); }) || !CloseDialogs())
         return;
-    if (CloseDialogs(settings.logFilename) && settings.restartAll && IsZoneRunning())
-        RestartAll({.message = settings.message, .meanwhile = {}, .checkExecutables = true}, priorities_);
+    settings = settings_();
+    if (settings && settings->restartAll && IsZoneRunning())
+        RestartAll({.message = settings->message, .meanwhile = {}, .checkExecutables = true}, priorities_);
 }
 
-/// False when it ended because it was no longer wanted.
-bool ErrorDetector::CloseDialogs(const std::optional<std::string>& logFilename) const {
+/// False when it was ended before the last of them.
+bool ErrorDetector::CloseDialogs() const {
     for (;;) {
         ServerPathWindows servers;
         const DialogTest isServers = [&](HWND dialog) { return servers.Contains(dialog); };
         const ClosedDialog error = CloseFirstDialog(isServers);
         const ClosedDialog winError = CloseFirstDialog(IsServerDialogTitle);
-        if (logFilename) {
+        if (const auto settings = settings_(); settings && settings->logFilename) {
             if (!error.text.empty())
-                Log(*logFilename, "Error: " + error.text);
+                Log(*settings->logFilename, "Error: " + error.text);
             if (!winError.text.empty())
-                Log(*logFilename, "WinError: " + winError.text);
+                Log(*settings->logFilename, "WinError: " + winError.text);
         }
         const HWND left = AnyDialog(isServers);
         if (!left)
@@ -71,8 +73,8 @@ bool ErrorDetector::CloseDialogs(const std::optional<std::string>& logFilename) 
         // cost a whole processor and fill the log with its text. In a storm of dialogs that do go there must
         // be no wait: the next one may block its server.
         if (!error.HasGone() && !winError.HasGone())
-            WaitFor(error.window ? error.window : left, isWanted_);
-        if (!isWanted_())
+            WaitFor(error.window ? error.window : left, [this] { return !settings_(); });
+        if (!settings_())
             return false;
     }
 }

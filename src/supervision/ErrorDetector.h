@@ -20,25 +20,27 @@ struct ErrorDetectorSettings {
 /// Closes the dialogs that block the servers.
 class ErrorDetector {
 public:
-    /// `priorities`: the file that holds the priorities of the servers. `isWanted` is asked between two
-    /// dialogs; from the first false on the detector does nothing more.
-    ErrorDetector(clsLog& log, const clsINI& priorities, std::function<bool()> isWanted)
-        : log_(log), priorities_(priorities), isWanted_(std::move(isWanted)) {}
+    /// `priorities`: the file that holds the priorities of the servers. `settings` are asked at every step,
+    /// because the operator can change them meanwhile; nothing ends the detector, save for a restart that has
+    /// begun.
+    ErrorDetector(clsLog& log, const clsINI& priorities,
+                  std::function<std::optional<ErrorDetectorSettings>()> settings)
+        : log_(log), priorities_(priorities), settings_(std::move(settings)) {}
 
     /// Closes every dialog of the servers, also those that come up meanwhile, and restarts the suite as the
     /// settings say. Starts only when a process of a server owns a dialog; then dialogs that merely name a
     /// server in their title go too.
     ///
     /// Dispatches messages meanwhile. A dialog that does not close keeps it going, at a try a second.
-    void Handle(const ErrorDetectorSettings& settings) const;
+    void Handle() const;
 
 private:
-    bool CloseDialogs(const std::optional<std::string>& logFilename) const;
+    bool CloseDialogs() const;
     void Log(const std::string& filename, const std::string& entry) const;
 
     clsLog& log_;
     const clsINI& priorities_;
-    std::function<bool()> isWanted_;
+    std::function<std::optional<ErrorDetectorSettings>()> settings_;
 };
 
 } // namespace supervision

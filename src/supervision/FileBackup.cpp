@@ -59,8 +59,9 @@ struct Unfinished {
 bool CopyFileOver(const std::string& from, const std::string& to, const std::function<bool()>& goOn) {
     constexpr DWORD kPiece = 1024 * 1024;
     const common::FileHandle source = OpenFile(from, GENERIC_READ, OPEN_EXISTING);
-    Unfinished unfinished{to};
     const common::FileHandle target = OpenFile(to, GENERIC_WRITE, CREATE_ALWAYS);
+    // From here on, because a file that could not be opened still holds the copy of a backup before.
+    Unfinished unfinished{to};
     std::string piece(kPiece, '\0');
     for (;;) {
         DWORD size = 0;

@@ -1,6 +1,7 @@
 #include "supervision/RestartAll.h"
 
 #include "common/Files.h"
+#include "gui/Application.h"
 #include "servers/modServerControl.h"
 
 #include <algorithm>
@@ -8,6 +9,7 @@
 namespace supervision {
 
 void RestartAll(const Restart& restart, const clsINI& priorities) {
+    const gui::Uninterrupted uninterrupted;
     if (restart.message)
         modServerControl::SendPlayerMessage(*restart.message);
     modServerControl::ShutdownAll();

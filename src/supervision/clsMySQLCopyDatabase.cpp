@@ -76,19 +76,25 @@ std::string ShowColumns(const std::string& database, const std::string& table) {
 
 /// Has the next table made with the engine of the source's: the suite's tables are to stay MyISAM, whose
 /// files a file backup copies, also where a server's own choice is another one. A destination that lacks the
-/// engine uses its own.
+/// engine uses its own, as does a view's copy.
 void UseEngineOf(Connection& source, const std::string& database, const std::string& table,
                  Connection& destination) {
+    // Old servers call it by another name.
+    const auto use = [&destination](const std::string& engine) {
+        ExecuteKnown(destination, {"SET SESSION default_storage_engine = " + engine,
+                                   "SET SESSION storage_engine = " + engine});
+    };
+    // The choice for the table before would stay in force.
+    use("DEFAULT");
     try {
         Recordset status;
         for (status.Open(source, "SHOW TABLE STATUS FROM " + database); !status.Eof(); status.MoveNext()) {
             const std::string engine = status.Field("Engine").AsText();
             if (status.Field("Name").AsText() == table && !engine.empty())
-                ExecuteKnown(destination, {"SET SESSION default_storage_engine = " + engine,
-                                           "SET SESSION storage_engine = " + engine});
+                use(engine);
         }
     } catch (const database::Error& error) {
-        // Old servers call it by another name.
+        // Nor do all of them tell a table's engine under this name.
         if (error.ConnectionLost())
             throw;
     }

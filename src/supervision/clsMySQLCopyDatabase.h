@@ -45,7 +45,8 @@ public:
     std::function<void(long number, const std::string& description)> SQLCopyError;
 
     /// Told of every table that is begun, and after each block of at most a thousand rows how many have
-    /// arrived. This is the place to yield in a copy; a false ends it, with what has arrived left there.
+    /// arrived. This is the place to yield in a copy; a false ends it. An engine with transactions then
+    /// keeps none of the table's rows, any other those that have arrived.
     std::function<bool(const std::string& table, std::size_t rows)> CopyProgress;
 
     /// Connects with the properties, anew when there is a connection. Raises when the server declines.

@@ -34,11 +34,12 @@ private:
     }
 
     fraBackup& page_;
+    gui::Uninterrupted uninterrupted_;
 };
 
 void fraBackup::Form_Load() {
     SQLCopyTable.SQLCopyError = [this](long number, const std::string& description) {
-        Report(RuntimeError(number, description));
+        ReportFailedBackup(RuntimeError(number, description));
     };
     SQLCopyTable.CopyProgress = [this](const std::string& table, std::size_t rows) {
         return ShowProgress(table + ": " + common::ThousandsText(static_cast<double>(rows)) + " rows");
@@ -71,14 +72,16 @@ void fraBackup::ShowEnabled() {
 void fraBackup::tmrBackup_Timer() {
     clock.Count();
     const supervision::BackupSettings settings = Settings();
-    txtTimeLeft.Text(common::NumberText(supervision::MinutesLeft(clock.Seconds(), settings)));
+    txtTimeLeft.Text(common::NumberText(supervision::MinutesLeft(clock.BackupSeconds(), settings)));
+    BackupAction action = BackupAction::Nothing;
     try {
-        Act(supervision::ActionAt(clock.Seconds(), settings), settings);
+        action = supervision::ActionAt(clock.BackupSeconds(), settings);
+        Act(action, settings);
         failure_.clear();
     } catch (const RuntimeError& error) {
         // What fails now will fail again in a second, but one box is enough.
         if (failure_ != error.Description())
-            Report(error);
+            action == BackupAction::Backup ? ReportFailedBackup(error) : ShowLater(error);
         failure_ = error.Description();
     }
 }
@@ -89,7 +92,7 @@ void fraBackup::Act(BackupAction action, const supervision::BackupSettings& sett
             return;
         SYSTEMTIME now{};
         GetLocalTime(&now);
-        modServerControl::SendPlayerMessage(supervision::Announcement(clock.Seconds(), settings, now));
+        modServerControl::SendPlayerMessage(supervision::Announcement(clock.BackupSeconds(), settings, now));
         return;
     }
     // The servers' shutdown and start wait for a backup by hand; the clock goes on.
@@ -135,7 +138,7 @@ void fraBackup::BackupByHand(void (fraBackup::*backup)()) {
         try {
             (this->*backup)();
         } catch (const RuntimeError& error) {
-            Report(error);
+            ReportFailedBackup(error);
         }
     };
     const bool anyRuns = std::ranges::any_of(modServerControl::kServers, modServerControl::IsRunning);
@@ -177,13 +180,19 @@ bool fraBackup::ShowProgress(const std::string& what) {
     return Loaded();
 }
 
-void fraBackup::Report(const RuntimeError& error) {
+void fraBackup::ReportFailedBackup(const RuntimeError& error) {
     lblBackupStatus.Caption("Backup failed");
+    ShowLater(error);
+}
+
+void fraBackup::ShowLater(const RuntimeError& error) {
     toReport_.push_back(error);
     tmrReport.Enabled(true);
 }
 
 void fraBackup::tmrReport_Timer() {
+    if (gui::Uninterrupted::Any())
+        return;
     const RuntimeError error = toReport_.front();
     toReport_.pop_front();
     tmrReport.Enabled(!toReport_.empty());

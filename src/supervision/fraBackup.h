@@ -43,8 +43,8 @@ public:
 
     gui::Timer tmrBackup{*this, std::chrono::seconds(1), &fraBackup::tmrBackup_Timer, false};
 
-    // Shows what went wrong from a tick of its own: an open message box must not hold up the clock, or
-    // servers that a backup has shut down would stay down until somebody presses OK.
+    // Shows what went wrong from a tick of its own, and not within a backup: an open message box must not
+    // hold up the clock, or servers that a backup has shut down would stay down until somebody presses OK.
     gui::Timer tmrReport{*this, std::chrono::milliseconds(10), &fraBackup::tmrReport_Timer, false};
 
     clsMySQLCopyDatabase SQLCopyTable;
@@ -53,6 +53,9 @@ public:
     /// Replaces the three databases by their copies on the backup server. Nothing calls it: a restore is the
     /// operator's decision and work. Raises database::Error.
     void RestoreDatabase();
+
+    /// Raises the error from a tick of its own, once no work is under way that a message box could hold up.
+    void ShowLater(const RuntimeError& error);
 
     /// What the controls say now.
     supervision::BackupSettings Settings() const;
@@ -76,7 +79,7 @@ private:
     void RemoteBackup();
     bool ShowProgress(const std::string& what);
     void ShowEnabled();
-    void Report(const RuntimeError& error);
+    void ReportFailedBackup(const RuntimeError& error);
 
     PanelState& state_;
     gui::MenuItem& mnuEnableBackup_;

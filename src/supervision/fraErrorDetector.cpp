@@ -10,7 +10,9 @@ std::chrono::milliseconds supervision::CheckInterval(const std::string& seconds)
         static_cast<long long>(std::clamp(common::Val(seconds) * 1000, 0.0, longest)));
 }
 
-supervision::ErrorDetectorSettings fraErrorDetector::DetectorSettings() const {
+std::optional<supervision::ErrorDetectorSettings> fraErrorDetector::DetectorSettings() const {
+    if (!Loaded())
+        return {};
     supervision::ErrorDetectorSettings settings{.handleDialogs = chkHandlePopups.Value() != 0,
                                                 .logFilename = {},
                                                 .restartAll = optRestartAllPopup.Value(),
@@ -29,9 +31,8 @@ supervision::MaintainerSettings fraErrorDetector::MaintainerSettings() const {
 }
 
 void fraErrorDetector::tmrErrorDetector_Timer() {
-    detector_.Handle(DetectorSettings());
-    // Read only now: the operator may have changed them during a long restart, and the boxes of a page that
-    // was closed meanwhile read empty, so that nothing is started any more.
+    detector_.Handle();
+    // The boxes of a page that was closed meanwhile read empty, so that nothing is started any more.
     maintainer_.Maintain(MaintainerSettings());
 }
 

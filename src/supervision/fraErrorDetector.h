@@ -22,7 +22,8 @@ public:
 
     fraErrorDetector(gui::TabPanel& panel, PanelState& state, const Twins& twins)
         : TabPage(panel, IDD_fraErrorDetector), twins_(twins),
-          detector_(state.log, state.kerno, [this] { return Loaded(); }), maintainer_(state.kerno) {}
+          detector_(state.log, state.kerno, [this] { return DetectorSettings(); }), maintainer_(state.kerno) {
+    }
 
     gui::CheckBox chkErrorDetector{*this, IDC_fraErrorDetector_chkErrorDetector,
                                    &fraErrorDetector::chkErrorDetector_Click};
@@ -61,7 +62,8 @@ private:
     void chkCheckServerProcesses_Click();
     void tmrErrorDetector_Timer();
 
-    supervision::ErrorDetectorSettings DetectorSettings() const;
+    /// Nothing once the panel was closed.
+    std::optional<supervision::ErrorDetectorSettings> DetectorSettings() const;
     supervision::MaintainerSettings MaintainerSettings() const;
 
     Twins twins_;

@@ -28,10 +28,16 @@ void frmServerControl::Form_Load() {
 }
 
 void frmServerControl::Form_Unload() {
+    // Also when the tool is left while the box of a failed save is open.
+    const struct IconRemoval {
+        ~IconRemoval() {
+            modSystemTray::TrayDeleteIcon(panel);
+            panel.inTray_ = false;
+        }
+        frmServerControl& panel;
+    } iconRemoval{*this};
     while (!SaveSettings()) {
     }
-    modSystemTray::TrayDeleteIcon(*this);
-    inTray_ = false;
 }
 
 /// False when it failed and is to be tried again.
@@ -71,5 +77,8 @@ void frmServerControl::Form_TaskbarCreated() {
 }
 
 void frmServerControl::Form_Error(const RuntimeError& error) {
-    MsgBox(ErrorMessage(error));
+    if (gui::Uninterrupted::Any())
+        backup.ShowLater(error);
+    else
+        MsgBox(ErrorMessage(error));
 }

@@ -70,12 +70,28 @@ TEST_F(EditorTest, ShowsAccountsAsSoonAsThereIsAServer) {
                      notAdvised}));
     EXPECT_EQ(Shown(), "|||0||0000000000000000");
     support::WriteFile(folder / "Kerno.ini", "gloginname=root\r\n");
-    editor.cmdReload.Press();
-    EXPECT_EQ(editor.cboAccountName.ListCount(), 3);
+    support::WriteFile(privilegeFile, std::string("header\r\n100002") + kBroadcast + "\r\n");
+    // What was loaded once is not loaded again: privileges that wait for Save stay.
+    for (const char* boxesOfBravo : {"1100000000000000", "1000000000000000"}) {
+        editor.cmdReload.Press();
+        EXPECT_EQ(editor.cboAccountName.ListCount(), 3);
+        Choose("bravo");
+        EXPECT_EQ(Shown(), std::string("bravo|100002|b|1|b@x|") + boxesOfBravo);
+        editor.cmdRemoveAllPrivileges.Press();
+        Choose("alpha");
+    }
+    EXPECT_EQ(Said(), Texts());
 }
 
 TEST_F(EditorTest, EditsCarryOverAndWaitForSaveAsAdditionsAndDeletionsDo) {
+    // Rows that stand in the file twice go together.
+    const std::string privileges =
+        std::string("100002") + kBroadcast + "\r\n100004" + kNone + "\r\n100004" + kNone + "\r\n";
+    support::WriteFile(privilegeFile, "header\r\n" + privileges);
     editor.Load();
+    Choose("Charlie");
+    editor.chkIsGM.Value(0);
+    Choose("alpha");
     EXPECT_FALSE(editor.chkWarp.Enabled());
     Fill("alpha2", "100009");
     editor.chkIsGM.Value(1);
@@ -101,7 +117,7 @@ TEST_F(EditorTest, EditsCarryOverAndWaitForSaveAsAdditionsAndDeletionsDo) {
         EXPECT_EQ(editor.cboAccountName.Names().IndexOf("Charlie") == -1, answer == IDYES);
     }
     EXPECT_EQ(Table(), before);
-    EXPECT_EQ(PrivilegeRows(), std::string("100002") + kBroadcast + "\r\n");
+    EXPECT_EQ(PrivilegeRows(), privileges);
     editor.cmdSave.Press();
     EXPECT_EQ(Said(), Texts{"Account saved successfully"});
     const Texts saved{"100001|bravo|new|0|b@x", "100005|" + std::string(24, 'd') + "|a|0|a@x",
@@ -119,6 +135,10 @@ TEST_F(EditorTest, EditsCarryOverAndWaitForSaveAsAdditionsAndDeletionsDo) {
 }
 
 TEST_F(EditorTest, ChecksComeInOrder) {
+    const std::string longMail(30, 'm');
+    root.Execute("SET sql_mode = 'NO_AUTO_VALUE_ON_ZERO'");
+    root.Execute("ALTER TABLE glogin.account MODIFY Mail varchar(40)");
+    root.Execute("INSERT INTO glogin.account VALUES (0, 'odd', '', 0, '" + longMail + "', 0)");
     editor.Load();
     const std::string noNumber = "' is no account number. Please enter a whole number from 1 to 2147483647, "
                                  "or press Autofill";
@@ -149,6 +169,11 @@ TEST_F(EditorTest, ChecksComeInOrder) {
     Choose("bravo");
     EXPECT_EQ(Said(), Texts{kNameTaken});
     EXPECT_EQ(Shown(), "CHARLIE|100001|a|0|a@x|0000000000000000");
+    // What the server holds already is no reason to stay with an account.
+    Choose("odd");
+    Choose("bravo");
+    EXPECT_EQ(Said(), Texts());
+    EXPECT_EQ(Table()[0], "0|odd||0|" + longMail);
 }
 
 TEST_F(EditorTest, ASaveDoesNotOverwriteWhatSomebodyElseDid) {
@@ -174,13 +199,20 @@ TEST_F(EditorTest, TypingFindsANameAndEnterShowsIt) {
     EXPECT_EQ(Shown(), "Charlie|100004|c|0|c@x|0000000000000000");
     Choose("alpha");
     EXPECT_EQ(editor.txtEmail.Text(), "changed");
-    // A start that was typed before the list is opened is a search; any other text is a new name.
+    // Without Enter it is a new name, also when another name begins with it; but the name that the field
+    // offers is only found when it is chosen.
+    const HWND list = editor.cboAccountName.Window();
     Type("br");
-    Choose("bravo");
+    SendMessageA(list, CB_SETCURSEL, 1, 0);
+    SendMessageA(editor.Window(), WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(list), CBN_SELCHANGE),
+                 reinterpret_cast<LPARAM>(list));
+    EXPECT_EQ(Shown(), "bravo|100002|b|1|b@x|1100000000000000");
     EXPECT_EQ(editor.cboAccountName.Names().At(0), "alpha");
-    Type("zulu");
-    Choose("alpha");
-    EXPECT_EQ(editor.cboAccountName.Names().At(1), "zulu");
+    Type("Char");
+    editor.cmdFind.Press();
+    editor.FindBox()->txtAccountName.Text("charl");
+    EXPECT_EQ(editor.cboAccountName.Names().At(1), "Char");
+    EXPECT_EQ(editor.txtAccountID.Text(), "100004");
 }
 
 TEST_F(EditorTest, TheSearchBoxWalksToTheEnd) {
@@ -198,6 +230,13 @@ TEST_F(EditorTest, TheSearchBoxWalksToTheEnd) {
         find.cmdNext.Press();
     }
     EXPECT_EQ(Said(), Texts{"There is no more accounts that match"});
+    // It stays open when an account is deleted, and may choose while that is told.
+    boxes.Answer(IDYES).Answer(IDOK, [&find] { find.txtAccountName.Text("br"); });
+    editor.cboAccountName.Text("Charlie");
+    editor.cmdDeleteAccount.Press();
+    editor.cmdSave.Press();
+    EXPECT_EQ(Said().back(), "Account saved successfully");
+    EXPECT_EQ(Table(), (Texts{before[0], before[1], "100010|ALbert||0|", "100011|al||0|"}));
     editor.cmdCancel.Press();
     EXPECT_EQ(editor.FindBox(), nullptr);
 }

@@ -89,4 +89,21 @@ TEST_F(RowsTest, BlocksReachAnotherServerByEveryWayOfSending) {
     }
 }
 
+TEST_F(RowsTest, RowsThatAreRefusedDoNotCountAsSent) {
+    remote.Execute("CREATE DATABASE bk");
+    remote.Execute("CREATE TABLE bk.t (id int NOT NULL PRIMARY KEY) ENGINE=MyISAM");
+    RowStore rows(1);
+    for (int id = 1; id <= 1500; ++id)
+        rows.Append(Cell::Of(id));
+    for (const bool arrays : {true, false}) {
+        remote.Execute("REPLACE INTO bk.t VALUES (1100)");
+        if (!arrays)
+            remote.Session()->DeclineParameterArrays();
+        BulkInserter inserter(remote, "bk.t", {"id"});
+        EXPECT_EQ(support::ErrorNumber([&] { inserter.Insert(rows); }), 1062);
+        EXPECT_TRUE(inserter.Sent() >= 1000 && inserter.Sent() < 1100) << inserter.Sent();
+        remote.Execute("DELETE FROM bk.t");
+    }
+}
+
 } // namespace

@@ -64,7 +64,9 @@ TEST_F(Faults, AStormOfDialogsIsClosedAndLogged) {
     ASSERT_TRUE(servers.Launch(Server::Login));
     servers.Command(Server::Login, Command::RaiseDialogs, dialogs);
     clsLog log;
-    const supervision::ErrorDetector detector(log, kerno, [] { return true; });
+    const supervision::ErrorDetectorSettings settings{
+        .handleDialogs = true, .logFilename = "storm.log", .message = {}};
+    const supervision::ErrorDetector detector(log, kerno, [&] { return settings; });
     const auto logged = [&] {
         std::set<std::string_view> entries;
         const std::string text = Log("storm.log");
@@ -75,7 +77,7 @@ TEST_F(Faults, AStormOfDialogsIsClosedAndLogged) {
     };
     EXPECT_TRUE(WaitUntil(
         [&] {
-            detector.Handle({.handleDialogs = true, .logFilename = "storm.log", .message = {}});
+            detector.Handle();
             return logged() == dialogs;
         },
         std::chrono::minutes(5)))

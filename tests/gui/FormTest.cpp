@@ -204,6 +204,20 @@ TEST(Form, APictureShowsAGif) {
     EXPECT_EQ(pixel(1, 1), RGB(255, 0, 0));
     EXPECT_EQ(pixel(3, 1), RGB(0, 255, 0));
     EXPECT_EQ(pixel(1, 3), RGB(0, 0, 255));
+
+    // A ring around the picture's corner is seen on the picture and outside; a click goes through it.
+    form.shpMark.Visible(true);
+    form.shpMark.Move(bounds.left - form.shpMark.Width() / 2, bounds.top - form.shpMark.Height() / 2);
+    RedrawWindow(form.Window(), nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
+    RECT ring;
+    GetWindowRect(form.shpMark.Window(), &ring);
+    const long middle = (ring.top + ring.bottom) / 2;
+    const HDC screen = GetDC(nullptr);
+    for (const long x : {ring.left + 2, ring.right - 3})
+        EXPECT_EQ(GetRValue(GetPixel(screen, x, middle)), 220) << x - ring.left;
+    EXPECT_EQ(GetPixel(screen, ring.right - 9, middle + 5), RGB(255, 0, 0));
+    ReleaseDC(nullptr, screen);
+    EXPECT_EQ(WindowFromPoint({ring.right - 3, middle + 1}), form.picMap.Window());
     EXPECT_THROW(form.picMap.Load(folder / "missing.gif"), RuntimeError);
 }
 

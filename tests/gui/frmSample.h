@@ -34,7 +34,7 @@ public:
     gui::ListBox lstNames{*this, IDC_frmSample_lstNames, &frmSample::Note<IDC_frmSample_lstNames>};
     gui::ComboBox cboNames{*this, IDC_frmSample_cboNames, &frmSample::Note<IDC_frmSample_cboNames>};
     gui::Picture picMap{*this, IDC_frmSample_picMap, &frmSample::NoteMouse<IDC_frmSample_picMap>};
-    gui::Shape shpMark{picMap, 9};
+    gui::Shape shpMark{*this, IDC_frmSample_shpMark};
     gui::MenuItem mnuInBar{*this, IDM_frmSample_mnuInBar, &frmSample::Note<IDM_frmSample_mnuInBar>};
     gui::Timer tmrTick{*this, std::chrono::milliseconds(10), &frmSample::tmrTick_Timer, false};
     gui::Timer tmrOther{*this, std::chrono::milliseconds(10), &frmSample::Note<kOther>, false};

@@ -11,6 +11,7 @@
 #define IDC_frmSample_cboNames 9008
 #define IDC_frmSample_picMap 9010
 #define IDC_frmSample_fraBox 9011
+#define IDC_frmSample_shpMark 9012
 #define IDR_frmSample_bar 9020
 #define IDM_frmSample_mnuInBar 9022
 #define IDC_frmSample_notInTemplate 9099

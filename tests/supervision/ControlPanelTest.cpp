@@ -98,10 +98,10 @@ TEST_F(Panel, EnablesAndResetsTheBackup) {
         EXPECT_EQ(backup.tmrBackup.Enabled(), state == "Disable");
         EXPECT_EQ(backup.cmdEnableBackup.Caption(), state + " Backup");
         EXPECT_EQ(panel.mnuEnableBackup.Caption(), state + " AutoBackup");
-        EXPECT_EQ(backup.clock.Seconds(), 1);
+        EXPECT_EQ(backup.clock.BackupSeconds(), 1);
     }
     panel.mnuResetTimer.Choose();
-    EXPECT_EQ(backup.clock.Seconds(), 0);
+    EXPECT_EQ(backup.clock.BackupSeconds(), 0);
 }
 
 TEST_F(Panel, ShowsBothAddressesAndLetsNobodyTypeOverThem) {

@@ -66,11 +66,16 @@ TEST_F(Copier, TablesAreMadeFromWhatTheServerTells) {
               "`AID` int(6) unsigned NOT NULL auto_increment PRIMARY KEY,`a` int(1) NULL ,"
               "`c` text NOT NULL ");
     root.Execute("CREATE TABLE glogin.one (a int NOT NULL default 5 PRIMARY KEY, `b c` int default 6)");
+    root.Execute("ALTER TABLE glogin.one ENGINE = MyISAM");
+    root.Execute("CREATE VIEW glogin.seen AS SELECT a FROM glogin.one");
     root.Execute("CREATE TABLE glogin.two (a int, b int, PRIMARY KEY (a, b))");
     Connect();
     // The tables before the one that is rejected stay.
     EXPECT_EQ(support::ErrorNumber([&] { copier.CopyDatabase("glogin", "bk"); }), kMultiplePrimaryKey);
-    EXPECT_EQ(copier.GetDestinationTableList("bk"), std::vector<std::string>{"one"});
+    EXPECT_EQ(copier.GetDestinationTableList("bk"), (std::vector<std::string>{"one", "seen"}));
+    EXPECT_EQ(Rows(remote, "SELECT ENGINE FROM information_schema.tables WHERE TABLE_SCHEMA = 'bk' "
+                           "ORDER BY TABLE_NAME"),
+              (std::vector<std::string>{"MyISAM", "InnoDB"}));
     const auto columns = copier.GetDestinationColumnList("bk", "one");
     EXPECT_EQ(ColumnList(columns), "`a` int(11) NOT NULL  PRIMARY KEY,`b c` int(11) NULL ");
     EXPECT_EQ(columns.at(0).defaultValue, std::nullopt);

@@ -56,20 +56,20 @@ TEST_F(Panel, AServerIsStartedWithThePriorityThatKernoIniHolds) {
 
 TEST_F(Panel, ATitledDialogGoesOnlyTogetherWithOneOfAServersProcess) {
     clsLog log;
-    const ErrorDetector detector(log, kerno, [] { return true; });
     const ErrorDetectorSettings settings{.handleDialogs = true, .logFilename = "errors.log", .message = {}};
+    const ErrorDetector detector(log, kerno, [&] { return settings; });
     // A program that is no server by its name, with a dialog that is one by its title.
     const HWND other = servers.Launch(Server::Character, "other.exe");
     PostMessageA(other, standin::CommandMessage(), static_cast<WPARAM>(Command::RaiseTitledDialog), 1);
     ASSERT_TRUE(WaitUntil([&] { return servers.DialogCount() == 1; }));
-    detector.Handle(settings);
+    detector.Handle();
     EXPECT_EQ(servers.DialogCount(), 1);
     EXPECT_EQ(Log("errors.log"), "");
 
     ASSERT_TRUE(servers.Launch(Server::Login));
     servers.Command(Server::Login, Command::RaiseDialogs);
     ASSERT_TRUE(WaitUntil([&] { return servers.DialogCount() == 2; }));
-    detector.Handle(settings);
+    detector.Handle();
     EXPECT_EQ(servers.DialogCount(), 0);
     const std::string cut = "Error 1: Access violation at address 00403A1C";
     EXPECT_EQ(Entries(Log("errors.log")), (std::vector<std::string>{"Error: " + cut, "WinError: " + cut}));
@@ -88,7 +88,8 @@ TEST_F(Panel, ADialogThatDoesNotCloseLeavesTheToolAlive) {
     // the end in any case: the test itself waits in the tick that only this ends.
     bool sawAll = false;
     const support::Meanwhile operate([&, end = GetTickCount64() + 30'000] {
-        sawAll = sawAll || (Entries(Log("stubborn.log")).size() >= 2 && panel.backup.clock.Seconds() > 0);
+        sawAll =
+            sawAll || (Entries(Log("stubborn.log")).size() >= 2 && panel.backup.clock.BackupSeconds() > 0);
         if (sawAll || GetTickCount64() > end)
             PostMessageA(panel.cmdCloseWindow.Window(), BM_CLICK, 0, 0);
     });

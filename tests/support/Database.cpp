@@ -51,10 +51,10 @@ std::vector<std::string> Rows(database::Connection& connection, const std::strin
 }
 
 std::vector<std::string> Checksums(database::Connection& connection, const std::string& database) {
+    const std::string statement = "CHECKSUM TABLE " + database + ".";
     std::vector<std::string> sums;
     for (const std::string& table : Rows(connection, "SHOW TABLES FROM " + database))
-        sums.push_back(
-            Rows(connection, "CHECKSUM TABLE " + database + "." + table)[0].substr(database.size()));
+        sums.push_back(Rows(connection, statement + table)[0].substr(database.size()));
     return sums;
 }
 
