@@ -437,6 +437,10 @@ bool Form::TranslateKey(MSG& message) {
     const auto found = std::ranges::find(LoadedForms(), root, &Form::Window);
     if (!root || found == LoadedForms().end())
         return false;
+    // Other programs post keys to controls that are not seen, whose neighbours the dialog manager would look
+    // for without end.
+    if (!IsWindowVisible(message.hwnd))
+        return false;
     // Ctrl+Tab turns the pages, as in every window with tabs; the dialog manager does not do it.
     if (message.message == WM_KEYDOWN && message.wParam == VK_TAB && GetKeyState(VK_CONTROL) < 0)
         for (Control* control : (*found)->controls_)
