@@ -98,6 +98,12 @@ TEST_F(StartingLocationPicker, ShowsTheGivenPlace) {
     EXPECT_FALSE(picker.imgMap.Empty() || picker.lblMap.Visible());
     Import("none", 0, 0);
     EXPECT_EQ(State(), Shown(0, 0));
+
+    picker.Show();
+    RECT seen;
+    const HDC context = GetDC(picker.imgMap.Window());
+    EXPECT_NE(GetClipBox(context, &seen), NULLREGION) << "something covers the picture";
+    ReleaseDC(picker.imgMap.Window(), context);
 }
 
 TEST_F(StartingLocationPicker, ClicksAndTypedCellsMoveTheMarker) {
