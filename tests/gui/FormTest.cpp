@@ -65,16 +65,6 @@ TEST(Form, ControlsKeepWhatTheyAreGiven) {
     EXPECT_EQ(form.lstNames.IndexOf("B"), 1);
 }
 
-TEST(Form, ATemplateThatLacksAControlIsALoadError) {
-    class frmBroken final : public gui::Form {
-    public:
-        frmBroken() : Form(IDD_frmSample) {}
-        gui::CheckBox chkMissing{*this, IDC_frmSample_notInTemplate};
-    } form;
-    EXPECT_THROW(form.Load(), RuntimeError);
-    EXPECT_FALSE(form.Loaded());
-}
-
 TEST(Form, AnErrorStopsAtTheFormAndEndsOnlyItsHandler) {
     frmSample form;
     form.whenLoading = [] { throw RuntimeError(common::kInputPastEnd); };

@@ -14,4 +14,3 @@
 #define IDC_frmSample_shpMark 9012
 #define IDR_frmSample_bar 9020
 #define IDM_frmSample_mnuInBar 9022
-#define IDC_frmSample_notInTemplate 9099
