@@ -37,14 +37,14 @@ std::string CurrentFolder() {
 } // namespace
 
 void FolderPicker::Load() {
-    for (const std::string& drive : Drives())
-        drives_.AddItem(drive);
     // A folder that has gone leaves the tool's own place to start from, and where that has no drive, in a
     // network, any drive that can be read.
     std::vector<std::string> starts{wanted_.get().empty() ? CurrentFolder() : wanted_.get(),
                                     common::ProgramFolder()};
-    for (const std::string& drive : Drives())
+    for (const std::string& drive : Drives()) {
+        drives_.AddItem(drive);
         starts.push_back(drive + "\\");
+    }
     for (auto start = starts.begin(); start != starts.end() && folders_.Path().empty(); ++start)
         try {
             folders_.Path(*start);

@@ -84,6 +84,11 @@ void MakeFolder(const std::string& path) {
         RaiseFileError(GetLastError(), path);
 }
 
+void RequireFolder(const std::string& path) {
+    if (!FolderExists(path))
+        MakeFolder(path);
+}
+
 std::string ReadFileText(const std::string& path) {
     const FileHandle file = Open(path, GENERIC_READ, kShareAll, OPEN_EXISTING);
     LARGE_INTEGER size;

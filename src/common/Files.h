@@ -21,6 +21,9 @@ bool FolderExists(const std::string& path);
 /// Makes one folder. Raises the file error of a failure; a folder that is already there is 75.
 void MakeFolder(const std::string& path);
 
+/// Makes one folder where it is missing. Raises the file error.
+void RequireFolder(const std::string& path);
+
 /// The whole file as 8-bit text. Raises the file error: 53 when there is no such file.
 std::string ReadFileText(const std::string& path);
 

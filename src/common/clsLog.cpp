@@ -8,6 +8,17 @@
 
 namespace common {
 
+std::string LogFolder() {
+    const std::string data = ProgramFolder() + "\\kTools";
+    try {
+        RequireFolder(data);
+        RequireFolder(data + "\\Logs");
+    } catch (const RuntimeError&) {
+        // What is written there is lost then, as it is when a file cannot be written.
+    }
+    return data + "\\Logs\\";
+}
+
 std::string LogStamp(const SYSTEMTIME& time) {
     char stamp[48];
     std::snprintf(stamp, sizeof stamp, "[%02u/%02u/%02u %u:%u:%u]", time.wDay, time.wMonth, time.wYear % 100u,

@@ -21,6 +21,10 @@ public:
 
 namespace common {
 
+/// The folder of the tool's logs, with its trailing backslash, made where it is missing. Without it there are
+/// no logs, which never disturbs their owner.
+std::string LogFolder();
+
 /// "[dd/mm/yy h:m:s]", the time without leading zeros.
 std::string LogStamp(const SYSTEMTIME& time);
 

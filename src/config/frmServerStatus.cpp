@@ -1,6 +1,5 @@
 #include "config/frmServerStatus.h"
 
-#include "common/Files.h"
 #include "common/Numbers.h"
 #include "common/Text.h"
 #include "config/ZoneTitle.h"
@@ -22,19 +21,12 @@ void frmServerStatus::Form_Load() {
 }
 
 void frmServerStatus::PrepareLogs() {
-    const std::string data = common::ProgramFolder() + "\\kTools";
-    try {
-        for (const std::string& folder : {data, data + "\\Logs"})
-            if (!common::FolderExists(folder))
-                common::MakeFolder(folder);
-    } catch (const RuntimeError&) {
-        // Without the folder there are no logs, which is no reason to show no messages either.
-    }
     loginLog_.LogFilename("LoginServer.log");
     characterLog_.LogFilename("CharacterServer.log");
     zoneLog_.LogFilename("ZoneServer.log");
+    const std::string folder = common::LogFolder();
     for (clsLog* log : {&loginLog_, &characterLog_, &zoneLog_})
-        log->LogPath(data + "\\Logs\\");
+        log->LogPath(folder);
 }
 
 void frmServerStatus::AnchorControls() {

@@ -89,11 +89,15 @@ odbc::Statement& BulkInserter::Prepared(std::size_t rowsOfStatement) {
     return *statement_;
 }
 
-std::size_t BulkInserter::SendArrays(const RowStore& rows, std::size_t first, std::size_t count) {
-    odbc::Statement& statement = Prepared(1);
+void BulkInserter::Fill(const RowStore& rows, std::size_t first, std::size_t count) {
     parameters_.Fill(
         session_->WideText(), count, columns_,
         [&](std::size_t row, std::size_t column) { return rows.At(first + row, column); }, rows.Form());
+}
+
+std::size_t BulkInserter::SendArrays(const RowStore& rows, std::size_t first, std::size_t count) {
+    odbc::Statement& statement = Prepared(1);
+    Fill(rows, first, count);
     processed_ = 0;
     statement.Set(SQL_ATTR_PARAMSET_SIZE, count);
     statement.SetPointer(SQL_ATTR_PARAMS_PROCESSED_PTR, &processed_);
@@ -101,10 +105,8 @@ std::size_t BulkInserter::SendArrays(const RowStore& rows, std::size_t first, st
     status_.assign(count, SQL_PARAM_UNUSED);
     statement.SetPointer(SQL_ATTR_PARAM_STATUS_PTR, status_.data());
     parameters_.BindArrays(statement);
-    const SQLRETURN result = SQLExecute(statement.Get());
     // A driver that sends set by set calls it a success when only some of them were refused.
-    if ((!SQL_SUCCEEDED(result) && result != SQL_NO_DATA) ||
-        std::ranges::find(status_, SQL_PARAM_ERROR) != status_.end()) {
+    if (!statement.TryExecute() || std::ranges::find(status_, SQL_PARAM_ERROR) != status_.end()) {
         const auto arrived = [](SQLUSMALLINT status) {
             return status == SQL_PARAM_SUCCESS || status == SQL_PARAM_SUCCESS_WITH_INFO;
         };
@@ -124,9 +126,7 @@ std::size_t BulkInserter::SendArrays(const RowStore& rows, std::size_t first, st
 
 void BulkInserter::SendStatement(const RowStore& rows, std::size_t first, std::size_t count) {
     odbc::Statement& statement = Prepared(count);
-    parameters_.Fill(
-        session_->WideText(), count, columns_,
-        [&](std::size_t row, std::size_t column) { return rows.At(first + row, column); }, rows.Form());
+    Fill(rows, first, count);
     parameters_.BindRows(statement);
     statement.Execute();
 }

@@ -32,6 +32,7 @@ public:
 private:
     std::size_t BatchRows(const RowStore& rows, std::size_t first, std::size_t count) const;
     odbc::Statement& Prepared(std::size_t rowsOfStatement);
+    void Fill(const RowStore& rows, std::size_t first, std::size_t count);
     std::size_t SendArrays(const RowStore& rows, std::size_t first, std::size_t count);
     void SendStatement(const RowStore& rows, std::size_t first, std::size_t count);
 

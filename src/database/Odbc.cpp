@@ -10,6 +10,11 @@ namespace database::odbc {
 
 namespace {
 
+/// "No data" is how a change that met no row ends.
+bool HasSucceeded(SQLRETURN result) {
+    return SQL_SUCCEEDED(result) || result == SQL_NO_DATA;
+}
+
 /// "[vendor][driver 1.0]Text" without the senders in front.
 std::string WithoutSenders(std::string_view text) {
     while (text.starts_with('[') && text.find(']') != std::string_view::npos)
@@ -127,8 +132,7 @@ Statement::Statement(const std::shared_ptr<Session>& session)
     : session_(session), handle_(Allocate(SQL_HANDLE_STMT, SQL_HANDLE_DBC, session->Get())) {}
 
 void Statement::Check(SQLRETURN result) const {
-    // "No data" is how a change that met no row ends.
-    if (!SQL_SUCCEEDED(result) && result != SQL_NO_DATA)
+    if (!HasSucceeded(result))
         Fail();
 }
 
@@ -147,7 +151,12 @@ void Statement::Prepare(const std::string& sql) {
 }
 
 void Statement::Execute() {
-    Check(SQLExecute(Get()));
+    if (!TryExecute())
+        Fail();
+}
+
+bool Statement::TryExecute() {
+    return HasSucceeded(SQLExecute(Get()));
 }
 
 bool Statement::Fetch() {

@@ -67,6 +67,8 @@ public:
     void ExecuteDirect(const std::string& sql);
     void Prepare(const std::string& sql);
     void Execute();
+    /// As Execute, but false in the place of an error.
+    bool TryExecute();
     /// False at the end of the rows.
     bool Fetch();
     /// Raises the Error of a call that failed.

@@ -37,11 +37,10 @@ bool Passes(Server server, HWND window, bool (*titleTest)(Server, std::string_vi
 }
 
 /// Started less than a minute ago, and still alive.
-bool IsYoung(DWORD process) {
-    const Handle handle(OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION | SYNCHRONIZE, FALSE, process));
+bool IsYoung(HANDLE process) {
     FILETIME start, end, kernel, user, now;
-    if (!handle || WaitForSingleObject(handle.get(), 0) != WAIT_TIMEOUT ||
-        !GetProcessTimes(handle.get(), &start, &end, &kernel, &user))
+    if (WaitForSingleObject(process, 0) != WAIT_TIMEOUT ||
+        !GetProcessTimes(process, &start, &end, &kernel, &user))
         return false;
     GetSystemTimeAsFileTime(&now);
     constexpr ULONGLONG kMinute = 600'000'000;
@@ -63,13 +62,10 @@ std::optional<std::array<DWORD, 3>> FileIdentity(const std::string& path) {
                       information.nFileIndexLow};
 }
 
-/// The servers of another suite on this computer have the same names.
-bool Runs(DWORD process, const std::string& executable) {
-    const Handle handle(OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, process));
-    char path[MAX_PATH];
-    DWORD size = MAX_PATH;
-    return handle && QueryFullProcessImageNameA(handle.get(), 0, path, &size) &&
-           FileIdentity(path) == FileIdentity(executable);
+/// By the file itself: the servers of another suite on this computer have the same names.
+bool Runs(HANDLE process, const std::string& executable) {
+    const std::string path = GetProcessPath(process);
+    return !path.empty() && FileIdentity(path) == FileIdentity(executable);
 }
 
 bool HasWindow(DWORD process, const char* windowClass) {
@@ -125,11 +121,15 @@ bool IsStarting(Server server) {
     PROCESSENTRY32 entry;
     entry.dwSize = sizeof entry;
     for (BOOL more = Process32First(processes.get(), &entry); more;
-         more = Process32Next(processes.get(), &entry))
-        if (common::EqualsIgnoreCase(entry.szExeFile, component.executable) && IsYoung(entry.th32ProcessID) &&
-            !HasWindow(entry.th32ProcessID, component.mainWindowClass) &&
-            Runs(entry.th32ProcessID, ExecutablePath(server)))
+         more = Process32Next(processes.get(), &entry)) {
+        if (!common::EqualsIgnoreCase(entry.szExeFile, component.executable))
+            continue;
+        const Handle process(
+            OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION | SYNCHRONIZE, FALSE, entry.th32ProcessID));
+        if (process && IsYoung(process.get()) && !HasWindow(entry.th32ProcessID, component.mainWindowClass) &&
+            Runs(process.get(), ExecutablePath(server)))
             return true;
+    }
     return false;
 }
 

@@ -89,6 +89,12 @@ std::string GetWindowModuleName(HWND window) {
     return path.substr(path.rfind('\\') + 1);
 }
 
+std::string GetProcessPath(HANDLE process) {
+    char path[MAX_PATH];
+    DWORD size = MAX_PATH;
+    return QueryFullProcessImageNameA(process, 0, path, &size) ? std::string(path, size) : std::string();
+}
+
 std::optional<LRESULT> Ask(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     // Wine 8 looks up a text behind the 8-bit length question and waits for it without limit.
     const auto send = message == WM_GETTEXTLENGTH ? SendMessageTimeoutW : SendMessageTimeoutA;

@@ -27,6 +27,9 @@ std::string GetWindowModulePath(HWND window);
 /// File name of the executable of the window's process, or "".
 std::string GetWindowModuleName(HWND window);
 
+/// Full path of the executable that the process was started from, or "".
+std::string GetProcessPath(HANDLE process);
+
 /// The window's answer to a message; nothing when it does not answer within a second or is known to hang. A
 /// text's length comes in characters, each of which takes up to two bytes.
 std::optional<LRESULT> Ask(HWND window, UINT message, WPARAM wParam, LPARAM lParam);

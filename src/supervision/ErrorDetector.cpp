@@ -1,7 +1,5 @@
 #include "supervision/ErrorDetector.h"
 
-#include "common/Files.h"
-#include "common/RuntimeError.h"
 #include "gui/Application.h"
 #include "servers/modServerControl.h"
 #include "supervision/RestartAll.h"
@@ -26,16 +24,6 @@ void WaitFor(HWND window, const std::function<bool()>& isEnded) {
     while (IsWindow(window) && !isEnded() && GetTickCount64() - start < kMillisecondsBetweenTries) {
         MsgWaitForMultipleObjects(0, nullptr, FALSE, 10, QS_ALLINPUT);
         gui::DoEvents();
-    }
-}
-
-void MakeLogFolder() {
-    try {
-        for (const char* folder : {"\\kTools", "\\kTools\\Logs"})
-            if (!common::FolderExists(common::ProgramFolder() + folder))
-                common::MakeFolder(common::ProgramFolder() + folder);
-    } catch (const RuntimeError&) {
-        // The entry is lost then, as it is when the file cannot be written.
     }
 }
 
@@ -80,8 +68,7 @@ bool ErrorDetector::CloseDialogs() const {
 }
 
 void ErrorDetector::Log(const std::string& filename, const std::string& entry) const {
-    MakeLogFolder();
-    log_.LogPath(common::ProgramFolder() + "\\kTools\\Logs\\");
+    log_.LogPath(common::LogFolder());
     log_.LogFilename(filename);
     log_.WriteLog(entry, false);
 }

@@ -30,11 +30,6 @@ std::string FolderIn(const std::string& parent, const DatabaseFiles& database) {
     return parent + "\\" + std::string(database.folder);
 }
 
-void RequireFolder(const std::string& path) {
-    if (!common::FolderExists(path))
-        common::MakeFolder(path);
-}
-
 common::FileHandle OpenFile(const std::string& path, DWORD access, DWORD disposition) {
     // The database server has the tables open for writing.
     const HANDLE file =
@@ -87,12 +82,12 @@ void BackUpFiles(const Progress& progress) {
     SYSTEMTIME now{};
     GetLocalTime(&now);
     // The folder of the tool's data is there from its first start on, unless it was deleted since.
-    RequireFolder(common::ProgramFolder() + "\\kTools");
-    RequireFolder(BackupFolder());
+    common::RequireFolder(common::ProgramFolder() + "\\kTools");
+    common::RequireFolder(BackupFolder());
     const std::string backup = BackupFolder() + "\\" + BackupName(now);
-    RequireFolder(backup);
+    common::RequireFolder(backup);
     for (const DatabaseFiles& database : kDatabases)
-        RequireFolder(FolderIn(backup, database));
+        common::RequireFolder(FolderIn(backup, database));
     for (const DatabaseFiles& database : kDatabases) {
         // The setting ends in a backslash of its own; a second one does no harm.
         const std::string source = FolderIn(modServerControl::MySQLPath() + "\\data", database) + "\\";

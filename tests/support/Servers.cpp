@@ -19,9 +19,7 @@ using Handle = common::Handle<HANDLE, CloseHandle>;
 
 std::string ImagePath(DWORD process) {
     const Handle handle(OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, process));
-    char path[MAX_PATH];
-    DWORD size = MAX_PATH;
-    return handle && QueryFullProcessImageNameA(handle.get(), 0, path, &size) ? std::string(path, size) : "";
+    return handle ? modServerControl::GetProcessPath(handle.get()) : std::string();
 }
 
 /// The processes whose image path starts with `start`, in any letter case.
