@@ -122,12 +122,12 @@ void GMTable::Save(const std::string& path) {
     loadFailed_ = false;
 }
 
-std::vector<GMTable::Row>::iterator GMTable::Find(std::int32_t id) {
+std::vector<GMTable::Row>::const_iterator GMTable::Find(std::int32_t id) const {
     return std::ranges::find_if(rows_, [id](const Row& row) { return row.isAccount && row.id == id; });
 }
 
 bool GMTable::Contains(std::int32_t id) const {
-    return std::ranges::any_of(rows_, [id](const Row& row) { return row.isAccount && row.id == id; });
+    return Find(id) != rows_.end();
 }
 
 std::int16_t GMTable::Add(std::int32_t id, const Privileges& flags) {
@@ -147,21 +147,21 @@ std::int16_t GMTable::Remove(std::int32_t id) {
 }
 
 std::int16_t GMTable::Modify(std::int32_t id, const Privileges& flags) {
-    const auto row = Find(id);
-    if (row == rows_.end())
+    const auto found = Find(id);
+    if (found == rows_.end())
         return Add(id, flags);
+    Row& row = rows_[static_cast<std::size_t>(found - rows_.begin())];
     for (std::size_t i = 0; i < kPrivilegeCount; ++i) {
-        if (flags[i] == row->flags[i] || flags[i] == kLeaveAsItIs)
+        if (flags[i] == row.flags[i] || flags[i] == kLeaveAsItIs)
             continue;
-        row->flags[i] = flags[i];
-        row->text = WithFlag(row->text, i, flags[i]);
+        row.flags[i] = flags[i];
+        row.text = WithFlag(row.text, i, flags[i]);
     }
     return 1;
 }
 
 Privileges GMTable::Retrieve(std::int32_t id) const {
-    const auto row =
-        std::ranges::find_if(rows_, [id](const Row& each) { return each.isAccount && each.id == id; });
+    const auto row = Find(id);
     if (row != rows_.end())
         return row->flags;
     return {kLeaveAsItIs};

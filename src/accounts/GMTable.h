@@ -58,7 +58,7 @@ private:
 
     static Row ReadRow(std::string_view line);
     void Append(Row row);
-    std::vector<Row>::iterator Find(std::int32_t id);
+    std::vector<Row>::const_iterator Find(std::int32_t id) const;
     std::string Text() const;
 
     std::vector<Row> rows_;

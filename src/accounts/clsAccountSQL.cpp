@@ -31,6 +31,14 @@ template <class Result, class Operation> Result clsAccountSQL::Run(Result initia
     return result;
 }
 
+/// Runs what moves through the records and comes back to the current one, where there is one.
+template <class Operation> void clsAccountSQL::KeepingPlace(Operation operation) {
+    const auto bookmark = OnRecord() ? std::optional(recordset_.Bookmark()) : std::nullopt;
+    operation();
+    if (bookmark)
+        recordset_.Bookmark(*bookmark);
+}
+
 // ---- Connection
 
 std::int16_t clsAccountSQL::ConnectSQL() {
@@ -113,15 +121,14 @@ std::int16_t clsAccountSQL::UpdateAccountSQL() {
 void clsAccountSQL::IndexNewNumbers() {
     if (unnumbered_.empty())
         return;
-    const auto bookmark = OnRecord() ? std::optional(recordset_.Bookmark()) : std::nullopt;
-    std::erase_if(unnumbered_, [this](std::size_t row) {
-        recordset_.Bookmark(row);
-        const accounts::AccountKey key = CurrentKey();
-        index_.Insert(row, key);
-        return key.id.has_value();
+    KeepingPlace([this] {
+        std::erase_if(unnumbered_, [this](std::size_t row) {
+            recordset_.Bookmark(row);
+            const accounts::AccountKey key = CurrentKey();
+            index_.Insert(row, key);
+            return key.id.has_value();
+        });
     });
-    if (bookmark)
-        recordset_.Bookmark(*bookmark);
 }
 
 // ---- The current account
@@ -268,14 +275,12 @@ std::int32_t clsAccountSQL::GetUniqueAccountID() {
 
 std::int16_t clsAccountSQL::GetAccountList() {
     return Run(std::int16_t{0}, [this](std::int16_t& done) {
-        if (recordset_.RecordCount() > 0) {
-            const auto bookmark = OnRecord() ? std::optional(recordset_.Bookmark()) : std::nullopt;
-            for (recordset_.MoveFirst(); !recordset_.Eof(); recordset_.MoveNext())
-                if (AccountSQLAccountName)
-                    AccountSQLAccountName(Field(kName).AsText());
-            if (bookmark)
-                recordset_.Bookmark(*bookmark);
-        }
+        if (recordset_.RecordCount() > 0)
+            KeepingPlace([this] {
+                for (recordset_.MoveFirst(); !recordset_.Eof(); recordset_.MoveNext())
+                    if (AccountSQLAccountName)
+                        AccountSQLAccountName(Field(kName).AsText());
+            });
         done = 1;
     });
 }

@@ -127,6 +127,7 @@ private:
     void Open();
     void Disconnect();
     bool LoadMirrors();
+    template <class Operation> void KeepingPlace(Operation operation);
     void IndexNewNumbers();
     std::string GMPath() const;
 
