@@ -165,3 +165,35 @@ own_network() {
     "${try[@]}" ip link set lo up 2>/dev/null || return 1
     printf '%s\n' "${try[@]}"
 }
+
+# go_to_own_network SCRIPT [ARGUMENT...]: starts the script anew as SCRIPT --in-own-network ARGUMENT..., where
+# port 3306 is free whatever runs on this machine. Returns where that is not allowed but the port is free.
+go_to_own_network() {
+    local network
+    if own_network >/dev/null; then
+        mapfile -t network < <(own_network)
+        exec "${network[@]}" "$1" --in-own-network "${@:2}"
+    fi
+    port_is_free 3306 || fail "port 3306 is taken, and this system does not let me have a network of my own"
+}
+
+# start_databases [ADDRESS...]: the private database servers, and what programs need to find them, until the
+# exit.
+start_databases() {
+    on_exit "unlocked '$top/scripts/mariadb.sh' stop $* 2>/dev/null"
+    unlocked "$top/scripts/mariadb.sh" stop "$@" # whatever a killed run left
+    unlocked "$top/scripts/mariadb.sh" start "$@" || fail "the database servers did not start"
+    eval "$("$top/scripts/mariadb.sh" env)"
+}
+
+# start_surroundings WINE_FOLDER: the display, Wine and both database servers, until the exit.
+start_surroundings() {
+    mkdir -p "$logs"
+    clean_up_when_done
+    say "starting the display, Wine and the database servers"
+    start_display 1280x1024
+    start_wine "$1"
+    # The first desktop of a Wine server takes long; a test's time limit must not pay for it, nor a measurement.
+    unlocked wine explorer /desktop=warmup,800x600 cmd /c exit >/dev/null 2>&1 </dev/null
+    start_databases
+}

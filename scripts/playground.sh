@@ -39,10 +39,7 @@ start_playground() {
     done
     export KTOOLS_MARIADB=$folder/.servers
     say "starting the database server"
-    on_exit 'unlocked "$top/scripts/mariadb.sh" stop 127.0.0.1 2>/dev/null'
-    unlocked "$top/scripts/mariadb.sh" stop 127.0.0.1 # what a killed run left
-    unlocked "$top/scripts/mariadb.sh" start 127.0.0.1 || fail "the database server did not start"
-    eval "$("$top/scripts/mariadb.sh" env)"
+    start_databases 127.0.0.1
     if [[ ! -e $folder/.servers/filled ]]; then
         { unlocked wine "$(find "$top/build/x86_64" -name schema.exe -print -quit)" &&
             cat "$top/scripts/playground/databases.sql"; } |
