@@ -3,8 +3,6 @@
 #include "support/Servers.h"
 #include "support/Test.h"
 
-#include <thread>
-
 using namespace modServerControl;
 using standin::Command;
 using support::ServerFolder;
@@ -101,26 +99,25 @@ TEST(Dialogs, AreClosedByTheirKindAndSweptAwayWhoeverRaisesThem) {
     ASSERT_TRUE(folder.Launch(Server::Login));
     EXPECT_EQ(CloseServerDialogs(), 1);
     folder.Command(Server::Login, Command::RaiseDialogs);
-    ASSERT_TRUE(WaitUntil([&] { return HasDialogByProcess() == 1; }));
-    EXPECT_EQ(HasDialogByTitle(), 0);
+    ASSERT_TRUE(WaitUntil([&] { return folder.DialogCount() == 1; }));
+    EXPECT_EQ(HasDialogByProcess() * 10 + HasDialogByTitle(), 10);
     EXPECT_EQ(CloseDialogByTitle(), "");
     // All but the last character is read.
     EXPECT_EQ(CloseDialogByProcess() + ".", std::string("Error 1: ") + standin::kErrorText);
     EXPECT_TRUE(WaitUntil([&] { return !HasDialogByProcess(); }));
     folder.Command(Server::Login, Command::RaiseTitledDialog);
-    ASSERT_TRUE(WaitUntil([&] { return HasDialogByTitle() == 1; }));
+    ASSERT_TRUE(WaitUntil([&] { return folder.DialogCount() == 1; }));
+    EXPECT_EQ(HasDialogByTitle(), 1);
     EXPECT_TRUE(CloseDialogByTitle().starts_with("Error 2: "));
     EXPECT_TRUE(WaitUntil([&] { return !HasDialogByTitle(); }));
 
     folder.Command(Server::Login, Command::RaiseDialogs, 20);
     // A program that is no server, with a server's name in its title.
-    std::thread stranger([] { MessageBoxA(nullptr, "Fault", "KLOGIN fault", MB_OK); });
-    EXPECT_TRUE(
-        WaitUntil([&] { return folder.DialogCount() >= 8 && FindWindowA("#32770", "KLOGIN fault"); }));
+    const HWND stranger = folder.Launch(Server::Character, "stranger.exe");
+    PostMessageA(stranger, standin::CommandMessage(), static_cast<WPARAM>(Command::RaiseTitledDialog), 1);
+    EXPECT_TRUE(WaitUntil([&] { return folder.DialogCount() == 9; }));
     EXPECT_EQ(CloseServerDialogs(), 1);
-    EXPECT_EQ(HasDialogByProcess() + HasDialogByTitle(), 0);
-    PostMessageA(FindWindowA("#32770", "KLOGIN fault"), WM_CLOSE, 0, 0);
-    stranger.join();
+    EXPECT_EQ(folder.DialogCount() + HasDialogByProcess() + HasDialogByTitle(), 0);
 }
 
 TEST(ZonePause, EndsByTheHour) {
