@@ -118,10 +118,11 @@ wait_for() {
 }
 
 # start_display SIZE: a virtual display with a number that is free; sets DISPLAY. A socket file is all that
-# clients need, so the display can also be reached from another network namespace.
+# clients need, so the display can also be reached from another network namespace. It must not start afresh
+# whenever its last client leaves: who comes at that moment is turned away, or waits for ever.
 start_display() {
     rm -f "$logs/display.number"
-    background display bash -c "exec 5>'$logs/display.number'; exec Xvfb -displayfd 5 -screen 0 $1x24 -nolisten tcp"
+    background display bash -c "exec 5>'$logs/display.number'; exec Xvfb -displayfd 5 -screen 0 $1x24 -nolisten tcp -noreset"
     wait_for 30 grep -q . "$logs/display.number" || fail "the virtual display did not start: see $logs/display.log"
     DISPLAY=:$(cat "$logs/display.number")
     export DISPLAY
