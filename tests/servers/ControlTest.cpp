@@ -114,7 +114,7 @@ TEST(Dialogs, AreClosedByTheirKindAndSweptAwayWhoeverRaisesThem) {
     folder.Command(Server::Login, Command::RaiseDialogs, 20);
     // A program that is no server, with a server's name in its title.
     const HWND stranger = folder.Launch(Server::Character, "stranger.exe");
-    PostMessageA(stranger, standin::CommandMessage(), static_cast<WPARAM>(Command::RaiseTitledDialog), 1);
+    folder.Command(stranger, Command::RaiseTitledDialog);
     EXPECT_TRUE(WaitUntil([&] { return folder.DialogCount() == 9; }));
     EXPECT_EQ(CloseServerDialogs(), 1);
     EXPECT_EQ(folder.DialogCount() + HasDialogByProcess() + HasDialogByTitle(), 0);

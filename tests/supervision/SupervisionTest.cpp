@@ -60,7 +60,7 @@ TEST_F(Panel, ATitledDialogGoesOnlyTogetherWithOneOfAServersProcess) {
     const ErrorDetector detector(log, kerno, [&] { return settings; });
     // A program that is no server by its name, with a dialog that is one by its title.
     const HWND other = servers.Launch(Server::Character, "other.exe");
-    PostMessageA(other, standin::CommandMessage(), static_cast<WPARAM>(Command::RaiseTitledDialog), 1);
+    servers.Command(other, Command::RaiseTitledDialog);
     ASSERT_TRUE(WaitUntil([&] { return servers.DialogCount() == 1; }));
     detector.Handle();
     EXPECT_EQ(servers.DialogCount(), 1);

@@ -117,7 +117,10 @@ int ServerFolder::Instances(Server server) const {
 }
 
 void ServerFolder::Command(Server server, standin::Command command, int number) const {
-    const HWND window = MainWindow(server);
+    Command(MainWindow(server), command, number);
+}
+
+void ServerFolder::Command(HWND window, standin::Command command, int number) {
     ASSERT_TRUE(window);
     EXPECT_TRUE(PostMessageA(window, standin::CommandMessage(), static_cast<WPARAM>(command), number));
 }

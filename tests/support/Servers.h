@@ -36,8 +36,9 @@ public:
     int Instances(Server server) const;
     bool IsRunning(Server server) const { return Instances(server) > 0; }
 
-    /// Hands a command to the server without waiting for it.
+    /// Hands a command to the server, or to a stand-in by its main window, without waiting for it.
     void Command(Server server, standin::Command command, int number = 1) const;
+    static void Command(HWND window, standin::Command command, int number = 1);
 
     /// The number of dialogs that programs of this folder show.
     int DialogCount() const;
