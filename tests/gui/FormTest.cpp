@@ -29,7 +29,7 @@ TEST(Form, EventsReachTheirHandlers) {
         {IDC_frmSample_optSecond, [&] { Click(form.optSecond); }},
         {IDC_frmSample_optFirst, [&] { form.optFirst.Value(true); }},
         {IDC_frmSample_txtText, [&] { form.txtText.Text("new"); }},
-        {IDC_frmSample_txtText, [&] { Type(form.txtText, "xa"); }}, // x is swallowed
+        {IDC_frmSample_txtText, [&] { Type(form.txtText, "a"); }},
         {IDC_frmSample_lstNames, [&] { form.lstNames.ListIndex(0); }},
         {IDC_frmSample_cboNames, [&] { form.cboNames.ListIndex(0); }},
         {IDM_frmSample_mnuInBar, [&] { SendMessageA(form.Window(), WM_COMMAND, IDM_frmSample_mnuInBar, 0); }},
@@ -45,6 +45,24 @@ TEST(Form, EventsReachTheirHandlers) {
         cause();
         EXPECT_EQ(form.events, std::vector<int>{event});
     }
+}
+
+TEST(Form, ControlsKeepWhatTheyAreGiven) {
+    frmSample form;
+    form.Load();
+    form.optFirst.Value(true);
+    form.optOther.Value(true);
+    form.optSecond.Value(true);
+    EXPECT_TRUE(!form.optFirst.Value() && form.optSecond.Value());
+    EXPECT_TRUE(form.optOther.Value()) << "another group";
+
+    Type(form.txtText, "xaxc");
+    EXPECT_EQ(form.txtText.Text(), "ac") << "x is swallowed";
+    form.lstNames.AddItem("b");
+    form.lstNames.AddItem("B");
+    form.lstNames.ListIndex(7);
+    EXPECT_EQ(form.lstNames.ListIndex(), -1);
+    EXPECT_EQ(form.lstNames.IndexOf("B"), 1);
 }
 
 TEST(Form, AnErrorStopsAtTheFormAndEndsOnlyItsHandler) {

@@ -28,6 +28,7 @@ public:
     gui::CheckBox chkFlag{*this, IDC_frmSample_chkFlag, &frmSample::Note<IDC_frmSample_chkFlag>};
     gui::OptionButton optFirst{*this, IDC_frmSample_optFirst, &frmSample::Note<IDC_frmSample_optFirst>};
     gui::OptionButton optSecond{*this, IDC_frmSample_optSecond, &frmSample::Note<IDC_frmSample_optSecond>};
+    gui::OptionButton optOther{*this, IDC_frmSample_optOther};
     gui::TextBox txtText{*this, IDC_frmSample_txtText, &frmSample::Note<IDC_frmSample_txtText>,
                          &frmSample::txtText_KeyPress};
     gui::ListBox lstNames{*this, IDC_frmSample_lstNames, &frmSample::Note<IDC_frmSample_lstNames>};

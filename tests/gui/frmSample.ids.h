@@ -5,6 +5,7 @@
 #define IDC_frmSample_chkFlag 9002
 #define IDC_frmSample_optFirst 9003
 #define IDC_frmSample_optSecond 9004
+#define IDC_frmSample_optOther 9005
 #define IDC_frmSample_txtText 9006
 #define IDC_frmSample_lstNames 9007
 #define IDC_frmSample_cboNames 9008
