@@ -6,9 +6,9 @@ namespace bench {
 
 void FillAccounts(database::Connection& root, int accounts) {
     DropDatabases(root);
-    const dbsetup::Database& login = dbsetup::Databases()[0];
-    root.Execute(std::string(login.createStatement));
-    root.Execute(dbsetup::EngineForm(login.tables[0].CreateStatement()));
+    const suite::Database& login = suite::LoginDatabase();
+    root.Execute(dbsetup::CreateStatement(login));
+    root.Execute(dbsetup::EngineForm(dbsetup::CreateStatement(login.tables[0])));
     root.Execute("INSERT INTO glogin.account (AID, Name, Pass, Gender, Mail) SELECT 100000 + seq, "
                  "CONCAT('account', seq), 'secret', seq % 2, CONCAT('a', seq, '@example.org') "
                  "FROM glogin.seq_1_to_" +
@@ -16,7 +16,7 @@ void FillAccounts(database::Connection& root, int accounts) {
 }
 
 void FillStorage(database::Connection& root, int blobs) {
-    root.Execute(dbsetup::EngineForm(dbsetup::Databases()[0].tables[1].CreateStatement()));
+    root.Execute(dbsetup::EngineForm(dbsetup::CreateStatement(suite::LoginDatabase().tables[1])));
     root.Execute("INSERT INTO glogin.storageinfo "
                  "SELECT seq, LEFT(REPEAT(UNHEX(SHA2(seq, 512)), 16), 1000) FROM glogin.seq_1_to_" +
                  std::to_string(blobs));

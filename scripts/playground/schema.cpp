@@ -4,9 +4,9 @@
 #include <cstdio>
 
 int main() {
-    for (const auto& database : dbsetup::Databases()) {
-        std::puts(std::string(database.createStatement).c_str());
+    for (const auto& database : suite::Databases()) {
+        std::puts(dbsetup::CreateStatement(database).c_str());
         for (const auto& table : database.tables)
-            std::puts(dbsetup::EngineForm(table.CreateStatement()).c_str());
+            std::puts(dbsetup::EngineForm(dbsetup::CreateStatement(table)).c_str());
     }
 }

@@ -4,6 +4,7 @@
 #include "common/Text.h"
 #include "database/Error.h"
 #include "gui/WaitCursor.h"
+#include "servers/Databases.h"
 #include "servers/Servers.h"
 #include "settings/clsINI.h"
 #include "settings/kToolsSettings.h"
@@ -74,8 +75,9 @@ bool frmAccountEditor::Connect() {
 
 void frmAccountEditor::ReadLogin() {
     const clsINI kerno(settings::KernoIniPath(modServerControl::KernoPath()));
-    AccountsDB.SQLUsername(kerno.INIProperty("gloginname"));
-    AccountsDB.SQLPassword(kerno.INIProperty("gloginpass"));
+    const suite::Login login = suite::ReadLogin(kerno, suite::LoginDatabase());
+    AccountsDB.SQLUsername(login.user);
+    AccountsDB.SQLPassword(login.password);
 }
 
 void frmAccountEditor::FillList() {

@@ -2,53 +2,57 @@
 
 #include "common/Files.h"
 #include "gui/MsgBox.h"
+#include "servers/Databases.h"
+#include "servers/KernoKeys.h"
 #include "servers/modServerControl.h"
 #include "settings/kToolsSettings.h"
 
 using gui::kApplicationTitle;
+using suite::Databases;
+namespace key = suite::key;
 
 // Settings are read and written in this order; ones that a file lacks come to stand in it behind each other.
 frmServerSettings::frmServerSettings()
     : Form(IDD_frmServerSettings),
       rows_{
-          {&kerno_, "Name", &connections.txtServerName},
-          {&kerno_, "IP", &connections.txtServerIP},
-          {&kerno_, "sv1port", &connections.txtLoginPort},
-          {&kerno_, "sv2port", &connections.txtCharaPort},
-          {&kerno_, "sv3port", &connections.txtGamePort},
-          {&kerno_, "BaseExpMultiplier", &experiences.txtBaseXPMultiplier},
-          {&kerno_, "JobExpMultiplier", &experiences.txtJobXPMultiplier},
-          {&kerno_, "DeathBaseLoss", &experiences.txtBaseXPLoss},
-          {&kerno_, "DeathJobLoss", &experiences.txtJobXPLoss},
-          {&kerno_, "DefaultMap", &newPlayer.txtMapName},
-          {&kerno_, "DefaultPoint_X", &newPlayer.txtStartingX},
-          {&kerno_, "DefaultPoint_Y", &newPlayer.txtStartingY},
-          {&kerno_, "DefaultZeny", &newPlayer.txtStartingZeny},
-          {&kerno_, "AutoStart", &misc.chkAutoStart},
-          {&kerno_, "WarpDebug", &misc.chkWarpDebug},
-          {&kerno_, "EnableMonsterKnockBack", &misc.chkEnableMonsterKnockback},
-          {&kerno_, "DisableMonsterActive", &misc.chkDisableMonsterActive},
-          {&kerno_, "DisableEquipLimit", &misc.chkDisableEquipLimit},
-          {&kerno_, "DisableSkillLimit", &misc.chkDisableSkillLimit},
-          {&kerno_, "DisableFleeDown", &misc.chkDisableFleedown},
-          {&kerno_, "MonsterMob", &misc.chkMonsterMob},
-          {&kerno_, "SummonMonsterMob", &misc.chkSummonMonsterMob},
-          {&kerno_, "SummonMonsterName", &misc.chkSummonMonsterName},
-          {&kerno_, "SummonMonsterAgo", &misc.chkSummonMonsterAgo},
-          {&kerno_, "SummonMonsterExp", &misc.chkSummonMonsterExp},
-          {&kerno_, "DropMultiplier", &experiences.txtItemDrop},
-          {&kerno_, "GlobalGMsg", &misc.txtGlobalMessage},
-          {&kerno_, "MapGMsg", &misc.txtMapMessage},
+          {&kerno_, key::kServerName, &connections.txtServerName},
+          {&kerno_, key::kServerAddress, &connections.txtServerIP},
+          {&kerno_, key::kLoginPort, &connections.txtLoginPort},
+          {&kerno_, key::kCharacterPort, &connections.txtCharaPort},
+          {&kerno_, key::kZonePort, &connections.txtGamePort},
+          {&kerno_, key::kBaseExpMultiplier, &experiences.txtBaseXPMultiplier},
+          {&kerno_, key::kJobExpMultiplier, &experiences.txtJobXPMultiplier},
+          {&kerno_, key::kDeathBaseLoss, &experiences.txtBaseXPLoss},
+          {&kerno_, key::kDeathJobLoss, &experiences.txtJobXPLoss},
+          {&kerno_, key::kDefaultMap, &newPlayer.txtMapName},
+          {&kerno_, key::kDefaultPointX, &newPlayer.txtStartingX},
+          {&kerno_, key::kDefaultPointY, &newPlayer.txtStartingY},
+          {&kerno_, key::kDefaultZeny, &newPlayer.txtStartingZeny},
+          {&kerno_, key::kAutoStart, &misc.chkAutoStart},
+          {&kerno_, key::kWarpDebug, &misc.chkWarpDebug},
+          {&kerno_, key::kEnableMonsterKnockBack, &misc.chkEnableMonsterKnockback},
+          {&kerno_, key::kDisableMonsterActive, &misc.chkDisableMonsterActive},
+          {&kerno_, key::kDisableEquipLimit, &misc.chkDisableEquipLimit},
+          {&kerno_, key::kDisableSkillLimit, &misc.chkDisableSkillLimit},
+          {&kerno_, key::kDisableFleeDown, &misc.chkDisableFleedown},
+          {&kerno_, key::kMonsterMob, &misc.chkMonsterMob},
+          {&kerno_, key::kSummonMonsterMob, &misc.chkSummonMonsterMob},
+          {&kerno_, key::kSummonMonsterName, &misc.chkSummonMonsterName},
+          {&kerno_, key::kSummonMonsterAgo, &misc.chkSummonMonsterAgo},
+          {&kerno_, key::kSummonMonsterExp, &misc.chkSummonMonsterExp},
+          {&kerno_, key::kDropMultiplier, &experiences.txtItemDrop},
+          {&kerno_, key::kGlobalMessage, &misc.txtGlobalMessage},
+          {&kerno_, key::kMapMessage, &misc.txtMapMessage},
           // The zone server reads its own priority, so that one lives in its file.
-          {&kerno_, "Priority", &priority.cboZonePrioritySettings},
+          {&kerno_, key::kZonePriority, &priority.cboZonePrioritySettings},
           {&kTools_, settings::key::kLoginPriority, &priority.cboLoginPrioritySettings},
           {&kTools_, settings::key::kCharacterPriority, &priority.cboCharacterPrioritySettings},
-          {&kerno_, "gloginname", &database.txtLoginName},
-          {&kerno_, "gloginpass", &database.txtLoginPassword},
-          {&kerno_, "amcharactername", &database.txtCharacterName},
-          {&kerno_, "amcharacterpass", &database.txtCharacterPassword},
-          {&kerno_, "amglobalname", &database.txtGlobalName},
-          {&kerno_, "amglobalpass", &database.txtGlobalPassword},
+          {&kerno_, Databases()[0].userKey, &database.txtLoginName},
+          {&kerno_, Databases()[0].passwordKey, &database.txtLoginPassword},
+          {&kerno_, Databases()[1].userKey, &database.txtCharacterName},
+          {&kerno_, Databases()[1].passwordKey, &database.txtCharacterPassword},
+          {&kerno_, Databases()[2].userKey, &database.txtGlobalName},
+          {&kerno_, Databases()[2].passwordKey, &database.txtGlobalPassword},
       } {}
 
 void frmServerSettings::Form_Load() {

@@ -11,7 +11,7 @@
 void AccountsPage::Form_Load() {
     kerno_.INIPath(settings::KernoIniPath(modServerControl::KernoPath()));
     for (std::size_t i = 0; i < std::size(boxes_); ++i) {
-        const auto login = dbsetup::ReadLogin(kerno_, dbsetup::Databases()[i]);
+        const auto login = suite::ReadLogin(kerno_, suite::Databases()[i]);
         boxes_[i].user.Text(login.user);
         boxes_[i].password.Text(login.password);
     }
@@ -22,7 +22,7 @@ void AccountsPage::cmdSetupAccounts_Click() {
         const gui::WaitCursor waiting;
         std::vector<dbsetup::ServerLogin> logins;
         for (std::size_t i = 0; i < std::size(boxes_); ++i)
-            logins.push_back({&dbsetup::Databases()[i], boxes_[i].user.Text(), boxes_[i].password.Text()});
+            logins.push_back({suite::Databases()[i], {boxes_[i].user.Text(), boxes_[i].password.Text()}});
         server_.LogIn();
         for (const auto& login : logins)
             dbsetup::Grant(server_, login);

@@ -15,9 +15,9 @@ dbsetup::AdministratorLogin DatabaseCheckPage::Administrator() const {
 
 void DatabaseCheckPage::cmdCheckDB_Click() {
     const gui::WaitCursor waiting;
-    const auto databases = dbsetup::Databases();
+    const auto databases = suite::Databases();
     struct Row {
-        const dbsetup::Database& database;
+        const suite::Database& database;
         bool exists;
         gui::Label& presence;
         gui::Label& tables;

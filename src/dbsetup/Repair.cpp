@@ -1,5 +1,7 @@
 #include "dbsetup/Repair.h"
 
+#include "dbsetup/Schema.h"
+
 #include <optional>
 
 namespace dbsetup {
@@ -15,8 +17,8 @@ public:
     TableMaker(SetUpServer& server, const AllowEngineForm& allow) : server_(server), allow_(allow) {}
 
     /// False when the server takes the engine's form only and that was declined.
-    bool Make(const Table& table) {
-        const std::string statement = table.CreateStatement();
+    bool Make(const suite::Table& table) {
+        const std::string statement = CreateStatement(table);
         const auto rejection = Rejection(statement);
         if (!rejection)
             return true;
@@ -47,14 +49,14 @@ private:
 
 bool Repair(SetUpServer& server, const AllowEngineForm& allowEngineForm) {
     const NameSet existing = server.ExistingDatabases();
-    for (const Database& database : Databases())
+    for (const suite::Database& database : suite::Databases())
         if (!existing.contains(std::string(database.name)))
-            server.Execute(std::string(database.createStatement));
+            server.Execute(CreateStatement(database));
 
     TableMaker maker(server, allowEngineForm);
-    for (const Database& database : Databases()) {
+    for (const suite::Database& database : suite::Databases()) {
         const NameSet tables = server.ExistingTables(database);
-        for (const Table& table : database.tables)
+        for (const suite::Table& table : database.tables)
             if (!tables.contains(std::string(table.name)) && !maker.Make(table))
                 return false;
     }
@@ -63,7 +65,7 @@ bool Repair(SetUpServer& server, const AllowEngineForm& allowEngineForm) {
 
 void DropDatabases(SetUpServer& server) {
     std::optional<database::Error> first;
-    for (const Database& database : Databases()) {
+    for (const suite::Database& database : suite::Databases()) {
         try {
             server.Execute("DROP DATABASE " + std::string(database.name) + ";");
         } catch (const database::Error& error) {

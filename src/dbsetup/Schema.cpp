@@ -1,6 +1,7 @@
 #include "dbsetup/Schema.h"
 
-#include <array>
+#include <algorithm>
+#include <span>
 
 namespace dbsetup {
 
@@ -93,35 +94,27 @@ constexpr Piece kParty[] = {
     "CREATE TABLE IF NOT EXISTS amglobal.party (`Name` varchar(24) NOT NULL default '',"
     "`MemData` blob NOT NULL,  PRIMARY KEY  (`Name`)) TYPE=MyISAM;"};
 
-constexpr Table kLoginTables[] = {{"account", "Account ", kAccount},
-                                  {"storageinfo", "Storageinfo ", kStorageInfo}};
-constexpr Table kCharacterTables[] = {{"charinfo", "CharInfo ", kCharInfo},
-                                      {"cartinfo", "CartInfo ", kCartInfo},
-                                      {"iteminfo", "ItemInfo ", kItemInfo},
-                                      {"flaginfo", "FlagInfo ", kFlagInfo},
-                                      {"skillinfo", "SkillInfo ", kSkillInfo}};
-constexpr Table kGlobalTables[] = {
-    {"gcastle", "GCastle ", kGCastle}, {"guild", "Guild ", kGuild}, {"party", "Party ", kParty}};
-
-constexpr std::size_t kAsChecked[] = {0, 1, 2};
-constexpr std::size_t kCartFirst[] = {1, 0, 2, 3, 4};
-
-constexpr Database kDatabases[] = {
-    {"glogin", "CREATE DATABASE IF NOT EXISTS glogin;", kLoginTables, std::span(kAsChecked).first<2>()},
-    {"amcharacter", "CREATE DATABASE IF NOT EXISTS amcharacter;", kCharacterTables, kCartFirst},
-    {"amglobal", "CREATE DATABASE IF NOT EXISTS amglobal;", kGlobalTables, kAsChecked}};
+struct Statement {
+    std::string_view table;
+    std::span<const Piece> pieces;
+};
+constexpr Statement kStatements[] = {{"account", kAccount},     {"storageinfo", kStorageInfo},
+                                     {"charinfo", kCharInfo},   {"cartinfo", kCartInfo},
+                                     {"iteminfo", kItemInfo},   {"flaginfo", kFlagInfo},
+                                     {"skillinfo", kSkillInfo}, {"gcastle", kGCastle},
+                                     {"guild", kGuild},         {"party", kParty}};
 
 } // namespace
 
-std::string Table::CreateStatement() const {
-    std::string statement;
-    for (const Piece piece : pieces)
-        statement += piece;
-    return statement;
+std::string CreateStatement(const suite::Database& database) {
+    return "CREATE DATABASE IF NOT EXISTS " + std::string(database.name) + ";";
 }
 
-std::span<const Database> Databases() {
-    return kDatabases;
+std::string CreateStatement(const suite::Table& table) {
+    std::string statement;
+    for (const Piece piece : std::ranges::find(kStatements, table.name, &Statement::table)->pieces)
+        statement += piece;
+    return statement;
 }
 
 std::string EngineForm(std::string_view createStatement) {

@@ -2,25 +2,9 @@
 
 namespace dbsetup {
 
-namespace {
-
-std::string NameKey(const Database& database) {
-    return std::string(database.name) + "name";
-}
-
-std::string PasswordKey(const Database& database) {
-    return std::string(database.name) + "pass";
-}
-
-} // namespace
-
-ServerLogin ReadLogin(const clsINI& kerno, const Database& database) {
-    return {&database, kerno.INIProperty(NameKey(database)), kerno.INIProperty(PasswordKey(database))};
-}
-
 void WriteLogin(clsINI& kerno, const ServerLogin& login) {
-    kerno.INIProperty(NameKey(*login.database), login.user);
-    kerno.INIProperty(PasswordKey(*login.database), login.password);
+    kerno.INIProperty(login.database->userKey, login.user);
+    kerno.INIProperty(login.database->passwordKey, login.password);
 }
 
 void Grant(SetUpServer& server, const ServerLogin& login) {

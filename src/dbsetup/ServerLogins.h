@@ -5,16 +5,14 @@
 
 namespace dbsetup {
 
-/// The name and password by which a server of the suite logs in to one of the databases.
-struct ServerLogin {
-    const Database* database;
-    std::string user;
-    std::string password;
+/// A login together with the database that it is for.
+struct ServerLogin : suite::Login {
+    ServerLogin(const suite::Database& of, suite::Login login) : Login(std::move(login)), database(&of) {}
+
+    const suite::Database* database;
 };
 
-/// The login of `database` as Kerno.ini holds it, which is where the servers read it.
-ServerLogin ReadLogin(const clsINI& kerno, const Database& database);
-/// Raises the file error.
+/// Writes the login to Kerno.ini, which is where the servers read it. Raises the file error.
 void WriteLogin(clsINI& kerno, const ServerLogin& login);
 
 /// Makes the login, or gives it its new password, with all rights on its database, from this computer only.

@@ -17,7 +17,7 @@ NameSet SetUpServer::ExistingDatabases() {
     return Names("SHOW DATABASES;");
 }
 
-NameSet SetUpServer::ExistingTables(const Database& database) {
+NameSet SetUpServer::ExistingTables(const suite::Database& database) {
     return Names("SHOW TABLES FROM " + std::string(database.name) + ";");
 }
 

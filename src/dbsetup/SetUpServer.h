@@ -2,7 +2,7 @@
 
 #include "database/Connection.h"
 #include "database/Recordset.h"
-#include "dbsetup/Schema.h"
+#include "servers/Databases.h"
 
 #include <functional>
 #include <set>
@@ -35,7 +35,7 @@ public:
     /// The names of the server's databases.
     NameSet ExistingDatabases();
     /// The names of the tables in a database, which must exist.
-    NameSet ExistingTables(const Database& database);
+    NameSet ExistingTables(const suite::Database& database);
     void Execute(const std::string& sql) { connection_.Execute(sql); }
 
     /// Closes record set and connection where they are open.

@@ -1,10 +1,10 @@
 #include "common/Files.h"
 #include "common/RuntimeError.h"
+#include "servers/Databases.h"
 #include "servers/Servers.h"
 #include "supervision/BackupArchive.h"
 #include "supervision/Backups.h"
 
-#include <span>
 #include <string_view>
 
 namespace supervision {
@@ -13,21 +13,8 @@ namespace {
 
 using Progress = std::function<bool(const std::string& file)>;
 
-constexpr std::string_view kLoginTables[] = {"account", "storageinfo"};
-constexpr std::string_view kCharacterTables[] = {"cartinfo", "charinfo", "flaginfo", "iteminfo", "skillinfo"};
-constexpr std::string_view kGlobalTables[] = {"gcastle", "guild", "party"};
-
-struct DatabaseFiles {
-    std::string_view folder;
-    std::span<const std::string_view> tables;
-};
-constexpr DatabaseFiles kDatabases[] = {
-    {"glogin", kLoginTables}, {"amcharacter", kCharacterTables}, {"amglobal", kGlobalTables}};
-/// What a MyISAM table consists of: its layout, its indexes, its rows.
-constexpr std::string_view kEndings[] = {".frm", ".MYI", ".MYD"};
-
-std::string FolderIn(const std::string& parent, const DatabaseFiles& database) {
-    return parent + "\\" + std::string(database.folder);
+std::string FolderIn(const std::string& parent, const suite::Database& database) {
+    return parent + "\\" + std::string(database.name);
 }
 
 common::FileHandle OpenFile(const std::string& path, DWORD access, DWORD disposition) {
@@ -86,15 +73,15 @@ void BackUpFiles(const Progress& progress) {
     common::RequireFolder(BackupFolder());
     const std::string backup = BackupFolder() + "\\" + BackupName(now);
     common::RequireFolder(backup);
-    for (const DatabaseFiles& database : kDatabases)
+    for (const suite::Database& database : suite::Databases())
         common::RequireFolder(FolderIn(backup, database));
-    for (const DatabaseFiles& database : kDatabases) {
+    for (const suite::Database& database : suite::Databases()) {
         // The setting ends in a backslash of its own; a second one does no harm.
         const std::string source = FolderIn(modServerControl::MySQLPath() + "\\data", database) + "\\";
         const std::string target = FolderIn(backup, database) + "\\";
-        for (const std::string_view table : database.tables) {
-            for (const std::string_view ending : kEndings) {
-                const std::string file = std::string(table) + std::string(ending);
+        for (const std::size_t position : database.copyOrder) {
+            for (const std::string_view ending : suite::kTableFileEndings) {
+                const std::string file = std::string(database.tables[position].name) + std::string(ending);
                 const auto goOn = [&] { return progress(file); };
                 if (!goOn() || !CopyFileOver(source + file, target + file, goOn))
                     return;

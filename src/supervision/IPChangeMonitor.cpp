@@ -1,6 +1,7 @@
 #include "supervision/IPChangeMonitor.h"
 
 #include "common/Numbers.h"
+#include "servers/KernoKeys.h"
 #include "servers/modServerControl.h"
 #include "settings/kToolsSettings.h"
 #include "supervision/IPDetection.h"
@@ -9,8 +10,6 @@
 namespace supervision {
 
 namespace {
-
-constexpr std::string_view kAddressKey = "IP";
 
 DetectedAddresses Detect(const clsINI& kTools) {
     const double method = common::Val(kTools.INIProperty(settings::key::kIPDetectionMethod));
@@ -30,7 +29,7 @@ bool IsChange(const Addresses& addresses) {
 Addresses IPChangeMonitor::Look() const {
     Addresses addresses;
     addresses.detected = Detect(kTools_).back();
-    addresses.current = kernoIni_.INIProperty(kAddressKey);
+    addresses.current = kernoIni_.INIProperty(suite::key::kServerAddress);
     return addresses;
 }
 
@@ -38,7 +37,7 @@ void IPChangeMonitor::Act(const Addresses& addresses, const IPChangeSettings& se
     if (!settings.enabled || !IsChange(addresses))
         return;
     if (settings.modifyIni)
-        kernoIni_.INIProperty(kAddressKey, addresses.detected);
+        kernoIni_.INIProperty(suite::key::kServerAddress, addresses.detected);
     if (settings.restart && modServerControl::IsZoneRunning())
         RestartAll({.message = settings.message, .meanwhile = {}}, kernoIni_);
 }

@@ -1,24 +1,17 @@
+#include "servers/Databases.h"
 #include "settings/kToolsSettings.h"
 #include "supervision/Backups.h"
 
-#include <string_view>
+#include <string>
 
 namespace supervision {
 
 namespace {
 
-/// A database of the servers, its copy, and the keys of the account that the servers use it by.
-struct RemoteCopy {
-    const char* database;
-    const char* copy;
-    std::string_view userKey;
-    std::string_view passwordKey;
-};
-constexpr RemoteCopy kCopies[] = {
-    {"glogin", "bk_glogin", "gloginname", "gloginpass"},
-    {"amcharacter", "bk_amcharacter", "amcharactername", "amcharacterpass"},
-    {"amglobal", "bk_amglobal", "amglobalname", "amglobalpass"},
-};
+std::string CopyOf(const suite::Database& database) {
+    return "bk_" + std::string(database.name);
+}
+
 constexpr const char* kThisComputer = "localhost";
 
 /// Ends both connections, however the backup ends.
@@ -44,12 +37,13 @@ void BackUpDatabases(clsMySQLCopyDatabase& copier, const clsINI& kTools, const c
     copier.DestinationUsername(kTools.INIProperty(settings::key::kBackupUsername));
     copier.DestinationPassword(kTools.INIProperty(settings::key::kBackupPassword));
     copier.ConnectDestination();
-    for (const RemoteCopy& each : kCopies) {
+    for (const suite::Database& database : suite::Databases()) {
         copier.SourceHostname(kThisComputer);
-        copier.SourceUsername(kernoIni.INIProperty(each.userKey));
-        copier.SourcePassword(kernoIni.INIProperty(each.passwordKey));
+        const suite::Login login = suite::ReadLogin(kernoIni, database);
+        copier.SourceUsername(login.user);
+        copier.SourcePassword(login.password);
         copier.ConnectSource();
-        if (!copier.CopyDatabase(each.database, each.copy))
+        if (!copier.CopyDatabase(std::string(database.name), CopyOf(database)))
             return;
         copier.DisconnectSource();
     }
@@ -60,14 +54,15 @@ void RestoreDatabases(clsMySQLCopyDatabase& copier, const clsINI& kTools, const 
     copier.SourceHostname(kTools.INIProperty(settings::key::kBackupHostname));
     copier.SourceUsername(kTools.INIProperty(settings::key::kBackupUsername));
     copier.SourcePassword(kTools.INIProperty(settings::key::kBackupPassword));
-    for (const RemoteCopy& each : kCopies) {
+    for (const suite::Database& database : suite::Databases()) {
         copier.DestinationHostname(kThisComputer);
-        copier.DestinationUsername(kernoIni.INIProperty(each.userKey));
-        copier.DestinationPassword(kernoIni.INIProperty(each.passwordKey));
+        const suite::Login login = suite::ReadLogin(kernoIni, database);
+        copier.DestinationUsername(login.user);
+        copier.DestinationPassword(login.password);
         if (!copier.SourceConnected())
             copier.ConnectSource();
         copier.ConnectDestination();
-        if (!copier.CopyDatabase(each.copy, each.database))
+        if (!copier.CopyDatabase(CopyOf(database), std::string(database.name)))
             return;
         copier.DisconnectDestination();
     }

@@ -10,10 +10,10 @@ const std::vector<std::string> kStatements{
 
 TEST(Schema, StatementsAreExactAndInTheirOrder) {
     std::vector<std::string> statements;
-    for (const auto& database : dbsetup::Databases()) {
-        statements.emplace_back(database.createStatement);
+    for (const auto& database : suite::Databases()) {
+        statements.push_back(dbsetup::CreateStatement(database));
         for (const auto& table : database.tables)
-            statements.push_back(table.CreateStatement());
+            statements.push_back(dbsetup::CreateStatement(table));
     }
     EXPECT_EQ(statements, kStatements);
 }

@@ -101,10 +101,10 @@ struct Backup : Panel, support::Databases {
     Backup() {
         modServerControl::MySQLPath(support::DataFolder() + "\\..\\");
         int number = 0;
-        for (const auto& database : dbsetup::Databases()) {
-            root.Execute(std::string(database.createStatement));
+        for (const auto& database : suite::Databases()) {
+            root.Execute(dbsetup::CreateStatement(database));
             for (const auto& table : database.tables) {
-                root.Execute(dbsetup::EngineForm(table.CreateStatement()));
+                root.Execute(dbsetup::EngineForm(dbsetup::CreateStatement(table)));
                 tables.push_back(std::string(database.name) + "." + std::string(table.name));
                 // Every column takes a number.
                 std::string values;
@@ -133,7 +133,7 @@ struct Backup : Panel, support::Databases {
 
     static std::vector<std::string> Sums(database::Connection& connection, const std::string& prefix = {}) {
         std::vector<std::string> sums;
-        for (const auto& database : dbsetup::Databases())
+        for (const auto& database : suite::Databases())
             std::ranges::copy(support::Checksums(connection, prefix + std::string(database.name)),
                               std::back_inserter(sums));
         return sums;
@@ -193,7 +193,7 @@ TEST_F(Backup, ATimedBackupRunsAsTheServersFileSays) {
         root.Execute("DROP TABLE " + table);
     {
         const support::ServerDown down;
-        for (const auto& database : dbsetup::Databases()) {
+        for (const auto& database : suite::Databases()) {
             const std::string name(database.name);
             std::filesystem::copy(
                 BackupFolder() + "\\" + Folders()[0] + "\\" + name, support::DataFolder() + "\\" + name,
