@@ -6,6 +6,7 @@
 #include "accounts/frmAccountEditor.ids.h"
 #include "accounts/frmFindAccount.h"
 #include "gui/Control.h"
+#include "gui/FormSlot.h"
 #include "gui/Lists.h"
 #include "gui/Menu.h"
 #include "gui/Text.h"

@@ -7,6 +7,7 @@
 #include "config/frmServerStatus.h"
 #include "dbsetup/frmMySQLSetUp.h"
 #include "gui/Control.h"
+#include "gui/FormSlot.h"
 #include "gui/Menu.h"
 #include "servers/modServerControl.h"
 #include "settings/clsINI.h"

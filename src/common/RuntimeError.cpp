@@ -12,6 +12,8 @@ std::string ErrorText(long number) {
         return "Invalid procedure call or argument";
     case kOverflow:
         return "Overflow";
+    case kOutOfMemory:
+        return "Out of memory";
     case kSubscriptOutOfRange:
         return "Subscript out of range";
     case kDivisionByZero:

@@ -8,9 +8,11 @@ namespace common {
 // The classic numbers; an operator's forum posts and our log lines quote them.
 inline constexpr long kInvalidProcedureCall = 5;
 inline constexpr long kOverflow = 6;
+inline constexpr long kOutOfMemory = 7;
 inline constexpr long kSubscriptOutOfRange = 9;
 inline constexpr long kDivisionByZero = 11;
 inline constexpr long kTypeMismatch = 13;
+inline constexpr long kInternalError = 51;
 inline constexpr long kFileNotFound = 53;
 inline constexpr long kDiskFull = 61;
 inline constexpr long kInputPastEnd = 62;
@@ -19,6 +21,7 @@ inline constexpr long kPermissionDenied = 70;
 inline constexpr long kDiskNotReady = 71;
 inline constexpr long kPathFileAccess = 75;
 inline constexpr long kPathNotFound = 76;
+inline constexpr long kObjectNotSet = 91;
 
 /// A failure that ends the operation it happens in. It is caught by an operation that by convention returns
 /// its default or can do without what failed, and at a form's event boundary.

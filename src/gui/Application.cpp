@@ -1,6 +1,6 @@
 #include "gui/Application.h"
 
-#include "gui/Form.h"
+#include "gui/FormSlot.h"
 
 #include <windows.h>
 

@@ -73,13 +73,14 @@ void Control::Watch(HWND window) {
 LRESULT CALLBACK Control::WatchProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
                                          DWORD_PTR control) {
     auto& self = *reinterpret_cast<Control*>(control);
+    bool used = false;
     if (message == WM_NCDESTROY) {
         RemoveWindowSubclass(window, WatchProcedure, id);
         self.watched_ = nullptr;
-    } else if (self.Message(window, message, wParam, lParam)) {
-        return 0;
+    } else {
+        self.form_.Raise([&] { used = self.Message(window, message, wParam, lParam); });
     }
-    return DefSubclassProc(window, message, wParam, lParam);
+    return used ? 0 : DefSubclassProc(window, message, wParam, lParam);
 }
 
 void Label::Caption(const std::string& caption) {

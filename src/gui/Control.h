@@ -47,6 +47,10 @@ private:
 
     /// The window exists now.
     virtual void Attached() {}
+    /// Runs Form_Load of the forms inside the control, before that of its own form.
+    virtual void LoadInside() {}
+    /// Turns over so many pages, round at the ends; false for a control that has none.
+    virtual bool TurnPage(int /*by*/) { return false; }
     /// A notification code of the control reached the form.
     virtual void Command(int /*code*/) {}
     virtual bool Notify(const NMHDR& /*header*/, LRESULT& /*result*/) { return false; }
@@ -67,6 +71,7 @@ private:
     int id_;
     HWND window_ = nullptr;
     HWND watched_ = nullptr;
+    bool drawingFailed_ = false;
 };
 
 class Label : public Control {

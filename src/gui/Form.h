@@ -5,9 +5,10 @@
 
 #include <windows.h>
 
+#include <exception>
 #include <functional>
-#include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace gui {
@@ -16,7 +17,6 @@ class CommandButton;
 class Control;
 class MenuItem;
 class PopupMenu;
-class TabPanel;
 class Timer;
 
 enum class MouseButton { Left, Right, Middle };
@@ -44,7 +44,7 @@ public:
     /// Makes the window, hidden, and runs Form_Load; nothing when it is loaded already. `over` is the form
     /// that it is centred on and, when `owned`, stays above. Raises 91 naming form and control when the
     /// template lacks a declared control. An error in Form_Load goes to Form_Error and leaves the form
-    /// unloaded.
+    /// unloaded; while Form_Load runs, the form can neither be shown nor does unloading it run Form_Unload.
     void Load(Form* over = nullptr, bool owned = false);
     /// Loads if needed, shows and activates the window, and returns at once.
     void Show(Form* over = nullptr);
@@ -72,8 +72,9 @@ public:
     /// the button. `style` takes the platform's MB_ values.
     int MsgBox(const std::string& text, unsigned style = MB_OK, const std::string& title = {});
 
-    /// Runs an event handler of this form. The boundary at which its errors stop: a RuntimeError goes to
-    /// Form_Error, and Leaving ends the handler only, because every loop around it sees the same.
+    /// Runs an event handler of this form. The boundary at which its errors stop: every std::exception goes
+    /// to Form_Error, one that is no RuntimeError as error 51 with its own words (7 when memory ran out), and
+    /// Leaving ends the handler only, because every loop around it sees the same.
     void Raise(const std::function<void()>& handler);
     /// True while a handler of this form or of a page on it is on the stack.
     bool Busy() const { return busy_ > 0; }
@@ -96,34 +97,35 @@ protected:
 
     /// A form inside another one: a tab page.
     Form(int templateId, Form& parent) : templateId_(templateId), parent_(&parent) {}
+    /// Makes the window and attaches the controls, without Form_Load.
+    void MakeWindow(HWND owner);
 
 private:
     friend class Control;
     friend class MenuItem;
     friend class PopupMenu;
-    friend class TabPanel;
     friend class Timer;
 
+    static std::vector<Form*>& LoadedForms();
     static INT_PTR CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
     bool Handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);
-    void MakeWindow(HWND owner);
-    void LoadPages();
     void Attach();
-    void AttachToolTips();
     void Destroy();
     void Forget();
-    void PlaceOver(const Form* over);
+    void Report(const RuntimeError& error);
     void Command(int id, int code, bool fromMenu);
+    void Draw(Control& control, const DRAWITEMSTRUCT& item);
     void MouseDown(MouseButton button, int x, int y);
+    bool Key(const MSG& message);
     Control* ControlOf(HWND window) const;
     Control* ControlOf(int id) const;
 
     int templateId_;
     Form* parent_ = nullptr;
     HWND window_ = nullptr;
-    HWND toolTips_ = nullptr;
     HWND disabledOwner_ = nullptr;
     POINT smallest_{};
+    bool loading_ = false;
     bool unloading_ = false;
     int busy_ = 0;
     std::exception_ptr attachError_;
@@ -131,35 +133,6 @@ private:
     std::vector<Timer*> timers_;
     std::vector<MenuItem*> menuItems_;
     std::vector<PopupMenu*> popupMenus_;
-};
-
-/// Keeps a form until none of its handlers is on the stack, then deletes it.
-void Retire(std::unique_ptr<Form> form);
-/// Deletes the retired forms that can go; the message loop calls it between messages.
-void ReleaseRetired();
-
-/// Holds a modeless form: makes it when it is asked for, and lets it go once it has been unloaded.
-template <class F> class FormSlot {
-public:
-    explicit FormSlot(std::function<std::unique_ptr<F>()> make = [] { return std::make_unique<F>(); })
-        : make_(std::move(make)) {}
-    FormSlot(const FormSlot&) = delete;
-    FormSlot& operator=(const FormSlot&) = delete;
-
-    /// The form, made when there is none; not loaded yet then.
-    F& Get() {
-        if (!form_) {
-            form_ = make_();
-            form_->Unloaded = [this] { Retire(std::move(form_)); };
-        }
-        return *form_;
-    }
-    /// The form if it is there.
-    F* Peek() { return form_.get(); }
-
-private:
-    std::function<std::unique_ptr<F>()> make_;
-    std::unique_ptr<F> form_;
 };
 
 } // namespace gui

@@ -88,7 +88,8 @@ void PopupMenu::Attach() {
     menu_ = LoadMenuA(GetModuleHandleA(nullptr), MAKEINTRESOURCEA(menuId_));
     popup_ = GetSubMenu(menu_, 0);
     if (!popup_)
-        throw RuntimeError(91, "The pop-up menu " + std::to_string(menuId_) + " could not be loaded");
+        throw RuntimeError(common::kObjectNotSet,
+                           "The pop-up menu " + std::to_string(menuId_) + " could not be loaded");
 }
 
 void PopupMenu::Detach() {

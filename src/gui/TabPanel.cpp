@@ -8,8 +8,8 @@ namespace gui {
 void TabPanel::Attached() {
     HWND behind = Window();
     for (std::size_t i = 0; i < pages_.size(); ++i) {
-        Form& page = *pages_[i];
-        page.MakeWindow(Parent().Window());
+        TabPage& page = *pages_[i];
+        page.Make();
         EnableThemeDialogTexture(page.Window(), ETDT_ENABLETAB);
         std::string caption = page.Caption();
         TCITEMA item{};
@@ -38,8 +38,14 @@ void TabPanel::Tab(int index) {
     Raise(click_);
 }
 
-void TabPanel::Step(int by) {
+void TabPanel::LoadInside() {
+    for (TabPage* page : pages_)
+        page->LoadPage();
+}
+
+bool TabPanel::TurnPage(int by) {
     Tab((Tab() + by + Tabs()) % Tabs());
+    return true;
 }
 
 bool TabPanel::Notify(const NMHDR& header, LRESULT& /*result*/) {

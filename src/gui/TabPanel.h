@@ -17,13 +17,12 @@ public:
     /// Brings a page to the front and runs the Click handler.
     void Tab(int index);
     int Tabs() const { return static_cast<int>(pages_.size()); }
-    /// On to the next page (or back, for -1), round at the ends.
-    void Step(int by);
 
 private:
-    friend class Form;
     friend class TabPage;
     void Attached() override;
+    void LoadInside() override;
+    bool TurnPage(int by) override;
     bool Notify(const NMHDR& header, LRESULT& result) override;
     void ShowPage();
 
@@ -40,6 +39,10 @@ public:
     TabPanel& Panel() const { return panel_; }
 
 private:
+    friend class TabPanel;
+    void Make() { MakeWindow(panel_.Parent().Window()); }
+    void LoadPage() { Form_Load(); }
+
     TabPanel& panel_;
 };
 

@@ -22,16 +22,6 @@ bool TextControl::Message(HWND /*window*/, UINT message, WPARAM& wParam, LPARAM 
     return key == 0;
 }
 
-void TextControl::SelectAll() {
-    Send(EM_SETSEL, 0, -1);
-}
-
-int TextControl::Caret() const {
-    DWORD end = 0;
-    Send(EM_GETSEL, 0, reinterpret_cast<LPARAM>(&end));
-    return static_cast<int>(end);
-}
-
 void TextBox::Text(const std::string& text) {
     WindowText(text);
     // A multi-line box does not tell of a text that was set.

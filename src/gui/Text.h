@@ -8,9 +8,6 @@ namespace gui {
 class TextControl : public Control {
 public:
     std::string Text() const { return WindowText(); }
-    void SelectAll();
-    /// Position of the caret, in characters from the start.
-    int Caret() const;
 
 protected:
     TextControl(Form& form, int id, KeyHandler keyPress)

@@ -1,5 +1,7 @@
 #include "frmSample.h"
 
+#include "gui/FormSlot.h"
+#include "gui/Placement.h"
 #include "support/ChildProcess.h"
 #include "support/Test.h"
 
@@ -66,20 +68,72 @@ TEST(Form, ControlsKeepWhatTheyAreGiven) {
 }
 
 TEST(Form, AnErrorStopsAtTheFormAndEndsOnlyItsHandler) {
+    const std::pair<std::function<void()>, long> errors[] = {
+        {[] { throw RuntimeError(common::kInputPastEnd); }, common::kInputPastEnd},
+        {[] { throw std::bad_alloc(); }, common::kOutOfMemory},
+        {[] { static_cast<void>(std::string().at(1)); }, common::kInternalError}};
+    for (const auto& [raise, number] : errors) {
+        frmSample form;
+        form.whenLoading = raise;
+        form.Load();
+        EXPECT_FALSE(form.Loaded());
+        EXPECT_EQ(form.errorNumber, number);
+        EXPECT_EQ(form.events, std::vector<int>{frmSample::kLoad}) << "no Unload";
+        form.whenLoading = [] {};
+        form.Load();
+
+        NMHDR header{form.stcPlug.Window(), IDC_frmSample_stcPlug, 1};
+        const auto notify = [&] {
+            SendMessageA(form.Window(), WM_NOTIFY, header.idFrom, reinterpret_cast<LPARAM>(&header));
+        };
+        form.whenPressed = form.whenCalled = raise;
+        for (const std::function<void()>& cause :
+             {std::function<void()>([&] { Click(form.cmdPress); }), std::function<void()>(notify)}) {
+            form.errorNumber = 0;
+            cause();
+            EXPECT_EQ(form.errorNumber, number);
+        }
+        form.whenPressed = [] {};
+        Click(form.cmdPress);
+        EXPECT_EQ(form.Count(IDC_frmSample_cmdPress), 2);
+    }
+}
+
+TEST(Form, AnErrorOfDrawingIsToldOnceUntilTheControlCouldBeDrawn) {
     frmSample form;
-    form.whenLoading = [] { throw RuntimeError(common::kInputPastEnd); };
-    form.Load();
+    form.Show();
+    const auto draw = [&] {
+        RedrawWindow(form.stcPlug.Window(), nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
+        return form.errors;
+    };
+    EXPECT_EQ(draw(), 0);
+    form.whenCalled = [] { throw RuntimeError(common::kOverflow); };
+    EXPECT_EQ(draw(), 1);
+    EXPECT_EQ(draw(), 1);
+    form.whenCalled = [] {};
+    EXPECT_EQ(draw(), 1);
+    form.whenCalled = [] { throw std::bad_alloc(); };
+    EXPECT_EQ(draw(), 2);
+}
+
+TEST(Form, AHalfLoadedFormIsNeitherShownNorSaved) {
+    frmSample form;
+    form.whenLoading = [&] {
+        form.Show();
+        EXPECT_FALSE(form.Visible());
+    };
+    form.Show();
+    EXPECT_TRUE(form.Visible());
+    form.Unload();
+
+    form.events.clear();
+    form.whenLoading = [&] {
+        form.Unload();
+        EXPECT_FALSE(form.Loaded());
+    };
+    form.Show();
     EXPECT_FALSE(form.Loaded());
-    EXPECT_EQ(form.errorNumber, common::kInputPastEnd);
-    EXPECT_EQ(form.events, std::vector<int>{frmSample::kLoad}) << "no Unload";
-    form.whenLoading = [] {};
-    form.Load();
-    form.whenPressed = [] { throw RuntimeError(common::kPermissionDenied); };
-    Click(form.cmdPress);
-    EXPECT_EQ(form.errorNumber, common::kPermissionDenied);
-    form.whenPressed = [] {};
-    Click(form.cmdPress);
-    EXPECT_EQ(form.Count(IDC_frmSample_cmdPress), 2);
+    EXPECT_EQ(form.Count(frmSample::kUnload), 0);
 }
 
 TEST(Form, ATimerNeverRunsInsideItselfWhileOthersGoOn) {
@@ -168,6 +222,39 @@ TEST(Form, LeavingEndsEveryLoop) {
     const support::ChildProcess child("LeaveInTheMiddle", folder.Path());
     EXPECT_TRUE(WaitUntil([&] { return !child.Running(); }));
     EXPECT_EQ(common::ReadFileText(folder / "log.txt"), "modal ended\r\nrun returned 5\r\n");
+}
+
+TEST(Form, ANewWindowLiesOverItsOwnerOnTheOwnersMonitor) {
+    const RECT primary{0, 0, 1920, 1040};
+    const RECT leftOf{-1280, 100, 0, 1084};
+    const SIZE size{400, 300};
+    const struct {
+        const char* what;
+        RECT over, work;
+        POINT expected;
+    } cases[] = {
+        {"in the middle of the owner", {100, 100, 900, 700}, primary, {300, 250}},
+        {"in the middle of the screen", primary, primary, {760, 370}},
+        {"on the second monitor", {-1000, 200, -400, 500}, leftOf, {-900, 200}},
+        {"pushed in at the edges", {-1300, 900, -1200, 1084}, leftOf, {-1280, 784}},
+        {"an owner half on the other monitor", {-100, 200, 100, 400}, leftOf, {-400, 150}},
+        {"larger than the monitor", primary, {0, 0, 300, 200}, {0, 0}},
+    };
+    for (const auto& [what, over, work, expected] : cases) {
+        const POINT at = gui::PlaceOver(size, over, work);
+        EXPECT_EQ(at.x, expected.x) << what;
+        EXPECT_EQ(at.y, expected.y) << what;
+    }
+
+    frmSample owner;
+    frmSample opened;
+    owner.Show();
+    SetWindowPos(owner.Window(), nullptr, 5, 5, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
+    owner.State(gui::WindowState::Minimized);
+    opened.Show(&owner);
+    RECT place;
+    GetWindowRect(opened.Window(), &place);
+    EXPECT_GT(place.left, 100) << "a minimized owner's own corner is no place for it";
 }
 
 TEST(Form, APictureShowsAGif) {

@@ -20,8 +20,24 @@ public:
     /// Ids of the controls that raised one, and below.
     std::vector<int> events;
     enum Event { kLoad = 1, kUnload, kMouseDown, kTick, kOther };
-    std::function<void()> whenPressed = [] {}, whenTicking = [] {}, whenLoading = [] {};
+    std::function<void()> whenPressed = [] {}, whenTicking = [] {}, whenLoading = [] {}, whenCalled = [] {};
     long errorNumber = 0;
+    int errors = 0;
+
+    /// A control in whose own code the test plugs in.
+    class Plug : public gui::Control {
+    public:
+        Plug(frmSample& form, int id) : Control(form, id), sample_(form) {}
+
+    private:
+        void Draw(const DRAWITEMSTRUCT&) override { sample_.whenCalled(); }
+        bool Notify(const NMHDR&, LRESULT&) override {
+            sample_.whenCalled();
+            return true;
+        }
+
+        frmSample& sample_;
+    };
 
     gui::Frame fraBox{*this, IDC_frmSample_fraBox, &frmSample::NoteMouse<IDC_frmSample_fraBox>};
     gui::CommandButton cmdPress{*this, IDC_frmSample_cmdPress, &frmSample::cmdPress_Click};
@@ -35,6 +51,7 @@ public:
     gui::ComboBox cboNames{*this, IDC_frmSample_cboNames, &frmSample::Note<IDC_frmSample_cboNames>};
     gui::Picture picMap{*this, IDC_frmSample_picMap, &frmSample::NoteMouse<IDC_frmSample_picMap>};
     gui::Shape shpMark{*this, IDC_frmSample_shpMark};
+    Plug stcPlug{*this, IDC_frmSample_stcPlug};
     gui::MenuItem mnuInBar{*this, IDM_frmSample_mnuInBar, &frmSample::Note<IDM_frmSample_mnuInBar>};
     gui::Timer tmrTick{*this, std::chrono::milliseconds(10), &frmSample::tmrTick_Timer, false};
     gui::Timer tmrOther{*this, std::chrono::milliseconds(10), &frmSample::Note<kOther>, false};
@@ -51,7 +68,10 @@ private:
     }
     void Form_Unload() override { Note<kUnload>(); }
     void Form_MouseDown(gui::MouseButton, int, int) override { Note<kMouseDown>(); }
-    void Form_Error(const RuntimeError& error) override { errorNumber = error.Number(); }
+    void Form_Error(const RuntimeError& error) override {
+        errorNumber = error.Number();
+        ++errors;
+    }
 
     void cmdPress_Click() {
         Note<IDC_frmSample_cmdPress>();

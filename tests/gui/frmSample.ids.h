@@ -12,5 +12,6 @@
 #define IDC_frmSample_picMap 9010
 #define IDC_frmSample_fraBox 9011
 #define IDC_frmSample_shpMark 9012
+#define IDC_frmSample_stcPlug 9013
 #define IDR_frmSample_bar 9020
 #define IDM_frmSample_mnuInBar 9022

@@ -1,0 +1,226 @@
+#include "gui/Control.h"
+#include "gui/Form.h"
+#include "gui/Menu.h"
+#include "gui/Timer.h"
+
+#include <algorithm>
+#include <new>
+
+namespace gui {
+
+namespace {
+
+UINT TaskbarCreatedMessage() {
+    static const UINT message = RegisterWindowMessageA("TaskbarCreated");
+    return message;
+}
+
+} // namespace
+
+void Form::Raise(const std::function<void()>& handler) {
+    struct OnStack {
+        explicit OnStack(Form* innermost) : form(innermost) {
+            for (Form* each = form; each; each = each->parent_)
+                ++each->busy_;
+        }
+        ~OnStack() {
+            for (Form* each = form; each; each = each->parent_)
+                --each->busy_;
+        }
+        Form* form;
+    } onStack(this);
+
+    // No exception may cross the system's code that called us.
+    try {
+        handler();
+    } catch (const RuntimeError& error) {
+        Report(error);
+    } catch (const Leaving&) {
+    } catch (const std::bad_alloc&) {
+        Report(RuntimeError(common::kOutOfMemory));
+    } catch (const std::exception& error) {
+        Report(RuntimeError(common::kInternalError, error.what()));
+    }
+}
+
+void Form::Report(const RuntimeError& error) {
+    try {
+        Form_Error(error);
+    } catch (const Leaving&) {
+    } catch (const std::exception&) {
+        // It could not even be told.
+    }
+}
+
+void Form::Form_Error(const RuntimeError& error) {
+    Form* top = this;
+    while (top->parent_)
+        top = top->parent_;
+    if (top != this)
+        return top->Form_Error(error);
+    MsgBox("Error " + std::to_string(error.Number()) + ": " + error.Description(), MB_ICONEXCLAMATION);
+}
+
+INT_PTR CALLBACK Form::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_INITDIALOG) {
+        auto& form = *reinterpret_cast<Form*>(lParam);
+        form.window_ = window;
+        SetWindowLongPtrA(window, DWLP_USER, lParam);
+        try {
+            form.Attach();
+        } catch (...) {
+            form.attachError_ = std::current_exception();
+        }
+        return TRUE;
+    }
+    auto* form = reinterpret_cast<Form*>(GetWindowLongPtrA(window, DWLP_USER));
+    if (!form || !form->window_)
+        return FALSE;
+    LRESULT result = 0;
+    if (!form->Handle(message, wParam, lParam, result))
+        return FALSE;
+    if (IsWindow(window))
+        SetWindowLongPtrA(window, DWLP_MSGRESULT, result);
+    return TRUE;
+}
+
+bool Form::Handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
+    const auto x = static_cast<short>(LOWORD(lParam));
+    const auto y = static_cast<short>(HIWORD(lParam));
+    switch (message) {
+    case WM_COMMAND:
+        Command(LOWORD(wParam), HIWORD(wParam), lParam == 0);
+        return true;
+    case WM_NOTIFY: {
+        const auto& header = *reinterpret_cast<const NMHDR*>(lParam);
+        Control* control = ControlOf(header.hwndFrom);
+        bool used = false;
+        if (control)
+            Raise([&] { used = control->Notify(header, result); });
+        return used;
+    }
+    case WM_DRAWITEM: {
+        const auto& item = *reinterpret_cast<const DRAWITEMSTRUCT*>(lParam);
+        if (Control* control = ControlOf(item.hwndItem))
+            Draw(*control, item);
+        return true;
+    }
+    case WM_TIMER:
+        for (Timer* timer : timers_)
+            if (timer->Id() == wParam) {
+                timer->Tick();
+                return true;
+            }
+        return false;
+    case WM_LBUTTONDOWN:
+        MouseDown(MouseButton::Left, x, y);
+        return true;
+    case WM_RBUTTONDOWN:
+        MouseDown(MouseButton::Right, x, y);
+        return true;
+    case WM_MBUTTONDOWN:
+        MouseDown(MouseButton::Middle, x, y);
+        return true;
+    case WM_SIZE:
+        Raise([this] { Form_Resize(); });
+        return true;
+    case WM_GETMINMAXINFO:
+        reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = smallest_;
+        return true;
+    case WM_CLOSE:
+        Unload();
+        return true;
+    case WM_NCDESTROY:
+        Forget();
+        return true;
+    default:
+        if (message == TaskbarCreatedMessage()) {
+            Raise([this] { Form_TaskbarCreated(); });
+            return true;
+        }
+        return false;
+    }
+}
+
+void Form::Command(int id, int code, bool fromMenu) {
+    if (id == IDCANCEL && !ControlOf(id)) {
+        if (CommandButton* button = CancelButton())
+            button->Press();
+        return;
+    }
+    if (!fromMenu) {
+        if (Control* control = ControlOf(id))
+            control->Command(code);
+        return;
+    }
+    for (MenuItem* item : menuItems_)
+        if (item->Id() == id)
+            return item->Choose();
+}
+
+void Form::Draw(Control& control, const DRAWITEMSTRUCT& item) {
+    std::exception_ptr error;
+    try {
+        control.Draw(item);
+    } catch (...) {
+        error = std::current_exception();
+    }
+    // Told once, until it could be drawn again: the box that tells it uncovers the control when it closes.
+    const bool told = std::exchange(control.drawingFailed_, error != nullptr);
+    if (error && !told)
+        Raise([&] { std::rethrow_exception(error); });
+}
+
+void Form::MouseDown(MouseButton button, int x, int y) {
+    for (Control* control : controls_) {
+        const RECT bounds = control->Bounds();
+        if (PtInRect(&bounds, POINT{x, y}) && control->PressThrough(button, x - bounds.left, y - bounds.top))
+            return;
+    }
+    Raise([&] { Form_MouseDown(button, x, y); });
+}
+
+Control* Form::ControlOf(HWND window) const {
+    const auto found = std::ranges::find(controls_, window, &Control::Window);
+    return found == controls_.end() ? nullptr : *found;
+}
+
+Control* Form::ControlOf(int id) const {
+    const auto found = std::ranges::find(controls_, id, &Control::Id);
+    return found == controls_.end() ? nullptr : *found;
+}
+
+bool Form::TranslateKey(MSG& message) {
+    const HWND root = message.hwnd ? GetAncestor(message.hwnd, GA_ROOT) : nullptr;
+    const auto found = std::ranges::find(LoadedForms(), root, &Form::Window);
+    if (!root || found == LoadedForms().end())
+        return false;
+    // Other programs post keys to controls that are not seen, whose neighbours the dialog manager would look
+    // for without end.
+    if (!IsWindowVisible(message.hwnd))
+        return false;
+    return (*found)->Key(message) || IsDialogMessageA(root, &message);
+}
+
+/// True when the key that went down is used up before the dialog manager sees it.
+bool Form::Key(const MSG& message) {
+    if (message.message != WM_KEYDOWN)
+        return false;
+    bool used = false;
+    Raise([&] {
+        // Ctrl+Tab turns the pages, as in every window with tabs; the dialog manager does not do it.
+        if (message.wParam == VK_TAB && GetKeyState(VK_CONTROL) < 0) {
+            const int by = GetKeyState(VK_SHIFT) < 0 ? -1 : 1;
+            used = std::ranges::any_of(controls_, [by](Control* control) { return control->TurnPage(by); });
+        }
+        if (used)
+            return;
+        const auto pressed = std::ranges::find_if(controls_, [&](const Control* control) {
+            return message.hwnd == control->window_ || IsChild(control->window_, message.hwnd);
+        });
+        used = pressed != controls_.end() && (*pressed)->Key(static_cast<int>(message.wParam));
+    });
+    return used;
+}
+
+} // namespace gui
