@@ -1,5 +1,5 @@
 #include "accounts/frmAccountEditor.h"
-#include "database/RowReader.h"
+#include "database/Query.h"
 #include "Databases.h"
 #include "support/MessageBoxes.h"
 #include "Surroundings.h"
@@ -9,13 +9,6 @@
 namespace {
 
 constexpr int kRuns = 5;
-
-void ReadAll(database::Connection& root) {
-    database::RowReader reader(root, "SELECT * FROM glogin.account");
-    database::RowStore rows(reader.Columns().size());
-    while (reader.Read(rows) > 0) {
-    }
-}
 
 void Done(std::int16_t result) {
     if (result != 1)
@@ -28,7 +21,8 @@ std::string NameOf(int number) {
 
 void MeasureStore(database::Connection& root, int accounts) {
     const bench::Size size(accounts, "accounts");
-    const double read = bench::MedianOf(kRuns, [&] { ReadAll(root); });
+    const double read =
+        bench::MedianOf(kRuns, [&] { ReadAll(root.Session(), "SELECT * FROM glogin.account"); });
     clsAccountSQL store;
     store.SQLHostname(support::kLocalServer);
     store.SQLUsername("root");

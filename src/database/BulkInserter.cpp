@@ -1,7 +1,7 @@
 #include "database/BulkInserter.h"
 
 #include "database/Error.h"
-#include "database/RowReader.h"
+#include "database/Query.h"
 
 #include <algorithm>
 
@@ -16,8 +16,8 @@ constexpr std::size_t kMostMarks = 2000;
 
 } // namespace
 
-BulkInserter::BulkInserter(Connection& connection, std::string table, const std::vector<std::string>& columns)
-    : session_(connection.Session()), columns_(columns.size()) {
+BulkInserter::BulkInserter(SessionPtr session, std::string table, const std::vector<std::string>& columns)
+    : session_(std::move(session)), columns_(columns.size()) {
     std::string names;
     for (const std::string& column : columns) {
         names += (names.empty() ? "" : ",") + Quoted(column);
@@ -27,8 +27,8 @@ BulkInserter::BulkInserter(Connection& connection, std::string table, const std:
     // A strict server is strict with every row of a MyISAM table only when told so; otherwise all but a
     // statement's first row are cut to fit without an error.
     try {
-        connection.Execute("SET SESSION sql_mode = IF(@@sql_mode LIKE '%STRICT_TRANS_TABLES%', "
-                           "CONCAT(@@sql_mode, ',STRICT_ALL_TABLES'), @@sql_mode)");
+        Execute(session_, "SET SESSION sql_mode = IF(@@sql_mode LIKE '%STRICT_TRANS_TABLES%', "
+                          "CONCAT(@@sql_mode, ',STRICT_ALL_TABLES'), @@sql_mode)");
     } catch (const Error& error) {
         // Servers before 5.0 know no modes.
         if (error.ConnectionLost())
@@ -105,13 +105,14 @@ std::size_t BulkInserter::SendArrays(const RowStore& rows, std::size_t first, st
     status_.assign(count, SQL_PARAM_UNUSED);
     statement.SetPointer(SQL_ATTR_PARAM_STATUS_PTR, status_.data());
     parameters_.BindArrays(statement);
+    const SQLRETURN result = statement.TryExecute();
     // A driver that sends set by set calls it a success when only some of them were refused.
-    if (!statement.TryExecute() || std::ranges::find(status_, SQL_PARAM_ERROR) != status_.end()) {
+    if (!odbc::HasSucceeded(result) || std::ranges::find(status_, SQL_PARAM_ERROR) != status_.end()) {
         const auto arrived = [](SQLUSMALLINT status) {
             return status == SQL_PARAM_SUCCESS || status == SQL_PARAM_SUCCESS_WITH_INFO;
         };
         sent_ += static_cast<std::size_t>(std::ranges::find_if_not(status_, arrived) - status_.begin());
-        statement.Fail();
+        statement.Fail(result, "SQLExecute");
     }
     const std::size_t sent = processed_ > 0
                                  ? processed_

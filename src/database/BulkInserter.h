@@ -19,10 +19,10 @@ public:
 
     /// `table` as SQL writes it ("database.table", quoted by the caller where it must be), `columns` the
     /// plain names of the columns that Insert gives values for.
-    BulkInserter(Connection& connection, std::string table, const std::vector<std::string>& columns);
+    BulkInserter(SessionPtr session, std::string table, const std::vector<std::string>& columns);
 
-    /// Sends `count` rows of `rows` from `first` on, which have a field for each column. Raises Error; some
-    /// of the rows may then have arrived, as far as Sent() knows those it counts.
+    /// Sends `count` rows of `rows` from `first` on, which have a field for each column. Raises Error: rows
+    /// before the refused one may have arrived all the same. Sent() counts those that are known to have.
     void Insert(const RowStore& rows, std::size_t first, std::size_t count);
     void Insert(const RowStore& rows) { Insert(rows, 0, rows.Rows()); }
 
@@ -36,7 +36,7 @@ private:
     std::size_t SendArrays(const RowStore& rows, std::size_t first, std::size_t count);
     void SendStatement(const RowStore& rows, std::size_t first, std::size_t count);
 
-    std::shared_ptr<odbc::Session> session_;
+    SessionPtr session_;
     std::string head_;
     std::string rowOfMarks_;
     std::size_t columns_;

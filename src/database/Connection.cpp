@@ -3,12 +3,13 @@
 #include "common/Text.h"
 #include "database/Error.h"
 #include "database/Odbc.h"
+#include "database/Query.h"
 
 namespace database {
 
 std::string ConnectionValue(std::string_view value) {
-    constexpr std::string_view kSpecial = "[]{}(),;?*=!@";
-    if (value.find_first_of(kSpecial) == std::string_view::npos && common::Trim(value) == value)
+    // The classic driver takes the braces for a part of the value: whatever arrives without them goes bare.
+    if (value.find(';') == std::string_view::npos && !value.starts_with('{') && common::Trim(value) == value)
         return std::string(value);
     return "{" + common::ReplaceAll(value, "}", "}}") + "}";
 }
@@ -40,12 +41,10 @@ void Connection::Revive() {
 }
 
 std::int64_t Connection::Execute(const std::string& sql) {
-    odbc::Statement statement(Session());
-    statement.ExecuteDirect(sql);
-    return statement.RowCount();
+    return database::Execute(Session(), sql);
 }
 
-const std::shared_ptr<odbc::Session>& Connection::Session() const {
+const SessionPtr& Connection::Session() const {
     if (!session_)
         Raise(kObjectClosed);
     return session_;

@@ -10,9 +10,11 @@ namespace database {
 namespace odbc {
 class Session;
 }
+/// A login on a server; whoever uses it keeps it alive.
+using SessionPtr = std::shared_ptr<odbc::Session>;
 
-/// `value` as a value of a connection string: in braces when it holds what would end or change it, as it is
-/// otherwise.
+/// `value` as a value of a connection string: in braces when it holds a semicolon, begins with a brace or has
+/// blanks at an end, as it is otherwise.
 std::string ConnectionValue(std::string_view value);
 
 /// The connection string of a MySQL server by the driver's classic name. An empty `database` is left out.
@@ -38,10 +40,10 @@ public:
     std::int64_t Execute(const std::string& sql);
 
     /// The driver's side of it, for this layer. Raises kObjectClosed.
-    const std::shared_ptr<odbc::Session>& Session() const;
+    const SessionPtr& Session() const;
 
 private:
-    std::shared_ptr<odbc::Session> session_;
+    SessionPtr session_;
     std::string connectionString_;
     unsigned loginSeconds_ = 0;
 };

@@ -4,16 +4,11 @@
 #include "database/Error.h"
 
 #include <algorithm>
-#include <cstdlib>
+#include <vector>
 
 namespace database::odbc {
 
 namespace {
-
-/// "No data" is how a change that met no row ends.
-bool HasSucceeded(SQLRETURN result) {
-    return SQL_SUCCEEDED(result) || result == SQL_NO_DATA;
-}
 
 /// "[vendor][driver 1.0]Text" without the senders in front.
 std::string WithoutSenders(std::string_view text) {
@@ -22,24 +17,57 @@ std::string WithoutSenders(std::string_view text) {
     return common::Trim(text);
 }
 
-[[noreturn]] void RaiseDiagnostic(SQLSMALLINT kind, SQLHANDLE handle) {
+struct Diagnostic {
+    std::string state;
+    SQLINTEGER native = 0;
+    std::string text;
+};
+
+/// The `number`th record, from 1, that the last call left on the handle; none behind the last one.
+std::optional<Diagnostic> ReadDiagnostic(SQLSMALLINT kind, SQLHANDLE handle, SQLSMALLINT number) {
     SQLWCHAR state[6] = {};
-    SQLWCHAR text[1024] = {};
+    std::vector<SQLWCHAR> text(1024);
     SQLINTEGER native = 0;
     SQLSMALLINT length = 0;
-    const auto result = SQLGetDiagRecW(kind, handle, 1, state, &native, text, std::size(text), &length);
-    if (!SQL_SUCCEEDED(result))
-        Raise(kDriverError);
-    throw Error(native != 0 ? native : kDriverError, WithoutSenders(common::ToNarrow(text)),
-                common::ToNarrow(state));
+    const auto read = [&] {
+        return SQL_SUCCEEDED(SQLGetDiagRecW(kind, handle, number, state, &native, text.data(),
+                                            static_cast<SQLSMALLINT>(text.size()), &length));
+    };
+    bool there = read();
+    if (there && static_cast<std::size_t>(length) >= text.size()) {
+        text.assign(static_cast<std::size_t>(length) + 1, 0);
+        there = read();
+    }
+    if (!there)
+        return {};
+    return Diagnostic{common::ToNarrow(state), native, WithoutSenders(common::ToNarrow(text.data()))};
+}
+
+/// Raises what the call `name` left behind: the number and state of the first record, the texts of all, and
+/// behind them the call and its state, or what it returned where there is no record.
+[[noreturn]] void RaiseDiagnostic(SQLSMALLINT kind, SQLHANDLE handle, const char* name, SQLRETURN result) {
+    const auto first = ReadDiagnostic(kind, handle, 1);
+    if (!first)
+        Raise(kDriverError, " (" + std::string(name) + ", return code " + std::to_string(result) + ")");
+    std::vector<std::string> texts{first->text};
+    // Of an array of parameters each refused row has a record, most of them with the same text.
+    for (SQLSMALLINT number = 2; const auto next = ReadDiagnostic(kind, handle, number); ++number)
+        if (std::ranges::find(texts, next->text) == texts.end())
+            texts.push_back(next->text);
+    std::string text;
+    for (const std::string& each : texts)
+        text += (text.empty() ? "" : "\n") + each;
+    throw Error(first->native != 0 ? first->native : kDriverError,
+                text + " (" + name + ", " + first->state + ")", first->state);
 }
 
 SQLHANDLE Allocate(SQLSMALLINT kind, SQLSMALLINT parentKind, SQLHANDLE parent) {
     SQLHANDLE handle = SQL_NULL_HANDLE;
-    if (!SQL_SUCCEEDED(SQLAllocHandle(kind, parent, &handle))) {
+    const SQLRETURN result = SQLAllocHandle(kind, parent, &handle);
+    if (!SQL_SUCCEEDED(result)) {
         if (parent == SQL_NULL_HANDLE)
             throw Error(kDriverError, "ODBC is not available.");
-        RaiseDiagnostic(parentKind, parent);
+        RaiseDiagnostic(parentKind, parent, "SQLAllocHandle", result);
     }
     return handle;
 }
@@ -59,16 +87,15 @@ Session::Session(const std::string& connectionString, unsigned loginSeconds) {
     std::wstring wide = common::ToWide(connectionString);
     SQLSMALLINT length = 0;
     SQLWCHAR completed[1024];
-    if (!SQL_SUCCEEDED(SQLDriverConnectW(connection_.get(), nullptr, wide.data(),
-                                         static_cast<SQLSMALLINT>(wide.size()), completed,
-                                         std::size(completed), &length, SQL_DRIVER_NOPROMPT)))
-        RaiseDiagnostic(SQL_HANDLE_DBC, connection_.get());
+    const SQLRETURN result =
+        SQLDriverConnectW(connection_.get(), nullptr, wide.data(), static_cast<SQLSMALLINT>(wide.size()),
+                          completed, std::size(completed), &length, SQL_DRIVER_NOPROMPT);
+    if (!SQL_SUCCEEDED(result))
+        RaiseDiagnostic(SQL_HANDLE_DBC, connection_.get(), "SQLDriverConnect", result);
 }
 
 Session::~Session() {
-    // A connection that was never made has nothing to end.
-    if (connection_)
-        SQLDisconnect(connection_.get());
+    SQLDisconnect(connection_.get());
 }
 
 bool Session::WideText() {
@@ -128,40 +155,39 @@ std::size_t Session::PacketSize() {
     return *packetSize_;
 }
 
-Statement::Statement(const std::shared_ptr<Session>& session)
-    : session_(session), handle_(Allocate(SQL_HANDLE_STMT, SQL_HANDLE_DBC, session->Get())) {}
+Statement::Statement(SessionPtr session)
+    : session_(std::move(session)), handle_(Allocate(SQL_HANDLE_STMT, SQL_HANDLE_DBC, session_->Get())) {}
 
-void Statement::Check(SQLRETURN result) const {
+void Statement::Check(SQLRETURN result, const char* name) const {
     if (!HasSucceeded(result))
-        Fail();
+        Fail(result, name);
 }
 
-void Statement::Fail() const {
-    RaiseDiagnostic(SQL_HANDLE_STMT, Get());
+void Statement::Fail(SQLRETURN result, const char* name) const {
+    RaiseDiagnostic(SQL_HANDLE_STMT, Get(), name, result);
 }
 
 void Statement::ExecuteDirect(const std::string& sql) {
     std::wstring wide = common::ToWide(sql);
-    Check(SQLExecDirectW(Get(), wide.data(), static_cast<SQLINTEGER>(wide.size())));
+    Check(SQLExecDirectW(Get(), wide.data(), static_cast<SQLINTEGER>(wide.size())), "SQLExecDirect");
 }
 
 void Statement::Prepare(const std::string& sql) {
     std::wstring wide = common::ToWide(sql);
-    Check(SQLPrepareW(Get(), wide.data(), static_cast<SQLINTEGER>(wide.size())));
+    Check(SQLPrepareW(Get(), wide.data(), static_cast<SQLINTEGER>(wide.size())), "SQLPrepare");
 }
 
 void Statement::Execute() {
-    if (!TryExecute())
-        Fail();
+    Check(TryExecute(), "SQLExecute");
 }
 
-bool Statement::TryExecute() {
-    return HasSucceeded(SQLExecute(Get()));
+SQLRETURN Statement::TryExecute() {
+    return SQLExecute(Get());
 }
 
 bool Statement::Fetch() {
     const SQLRETURN result = SQLFetch(Get());
-    Check(result);
+    Check(result, "SQLFetch");
     return result != SQL_NO_DATA;
 }
 
@@ -178,13 +204,13 @@ void Statement::SetPointer(SQLINTEGER attribute, SQLPOINTER pointer) {
 
 SQLSMALLINT Statement::ColumnCount() const {
     SQLSMALLINT count = 0;
-    Check(SQLNumResultCols(Get(), &count));
+    Check(SQLNumResultCols(Get(), &count), "SQLNumResultCols");
     return count;
 }
 
 std::int64_t Statement::RowCount() const {
     SQLLEN count = 0;
-    Check(SQLRowCount(Get(), &count));
+    Check(SQLRowCount(Get(), &count), "SQLRowCount");
     return count;
 }
 

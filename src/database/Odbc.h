@@ -15,6 +15,11 @@
 /// manager are optional, and Wine's lacks most of them.
 namespace database::odbc {
 
+/// SQL_NO_DATA is what a statement returns that was to change rows and met none: no failure.
+inline bool HasSucceeded(SQLRETURN result) {
+    return SQL_SUCCEEDED(result) || result == SQL_NO_DATA;
+}
+
 inline void FreeEnvironment(SQLHANDLE handle) {
     SQLFreeHandle(SQL_HANDLE_ENV, handle);
 }
@@ -59,7 +64,7 @@ private:
 /// A statement; keeps its session alive.
 class Statement {
 public:
-    explicit Statement(const std::shared_ptr<Session>& session);
+    explicit Statement(SessionPtr session);
 
     SQLHSTMT Get() const { return handle_.get(); }
     Session& Owner() const { return *session_; }
@@ -67,14 +72,14 @@ public:
     void ExecuteDirect(const std::string& sql);
     void Prepare(const std::string& sql);
     void Execute();
-    /// As Execute, but false in the place of an error.
-    bool TryExecute();
+    /// As Execute, but with what the call returned in the place of an error.
+    SQLRETURN TryExecute();
     /// False at the end of the rows.
     bool Fetch();
-    /// Raises the Error of a call that failed.
-    void Check(SQLRETURN result) const;
-    /// Raises the Error that the last call left behind.
-    [[noreturn]] void Fail() const;
+    /// Raises the Error of the call `name` when `result` says that it failed.
+    void Check(SQLRETURN result, const char* name) const;
+    /// Raises the Error that the call `name` left behind.
+    [[noreturn]] void Fail(SQLRETURN result, const char* name) const;
 
     /// Sets a whole-number attribute; false when the driver did not take the value as it is.
     bool Set(SQLINTEGER attribute, SQLULEN value);
@@ -84,7 +89,7 @@ public:
     std::int64_t RowCount() const;
 
 private:
-    std::shared_ptr<Session> session_;
+    SessionPtr session_;
     common::Handle<SQLHANDLE, FreeStatement> handle_;
 };
 

@@ -22,16 +22,19 @@ Cell::Kind CommonKind(const std::vector<Cell>& cells) {
     return kind;
 }
 
-bool IsAscii(const Cell& cell) {
-    return !cell.HasCharacters() || std::ranges::all_of(cell.Characters(), [](char letter) {
-        return static_cast<unsigned char>(letter) < 0x80;
-    });
+/// Plain ASCII is the same in every character set, and drivers convert nothing on its way.
+bool IsAscii(std::string_view text) {
+    return std::ranges::all_of(text, [](char letter) { return static_cast<unsigned char>(letter) < 0x80; });
 }
 
-/// Writes the text in UTF-16 and returns its length in bytes. `place` has two bytes for each of its bytes.
-std::size_t WriteWide(std::string_view text, TextForm form, char* place) {
+/// Writes the text, on demand in UTF-16, and returns its length in bytes. `place` has room for that form.
+std::size_t WriteCharacters(std::string_view text, bool inUtf16, TextForm form, char* place) {
+    if (!inUtf16) {
+        std::ranges::copy(text, place);
+        return text.size();
+    }
     auto* wide = reinterpret_cast<wchar_t*>(place);
-    if (std::ranges::all_of(text, [](char letter) { return static_cast<unsigned char>(letter) < 0x80; })) {
+    if (IsAscii(text)) {
         std::ranges::copy(text, wide);
         return text.size() * sizeof(wchar_t);
     }
@@ -50,21 +53,41 @@ void Parameters::Fill(bool wideText, std::size_t rows, std::size_t columns, cons
     for (std::size_t column = 0; column < columns; ++column) {
         for (std::size_t row = 0; row < rows; ++row)
             cells[row] = cell(row, column);
-        FillColumn(columns_[column], wideText, rows, cells, form);
+        FillColumn(columns_[column], wideText, cells, form);
     }
 }
 
-void Parameters::FillColumn(ColumnData& column, bool wideText, std::size_t rows,
-                            const std::vector<Cell>& cells, TextForm form) {
+void Parameters::FillColumn(ColumnData& column, bool wideText, const std::vector<Cell>& cells,
+                            TextForm form) {
     const Cell::Kind kind = CommonKind(cells);
-    std::vector<std::string> texts(kind == Cell::Kind::Text ? rows : 0);
+    // Numbers among text are written out.
+    std::vector<std::string> written(kind == Cell::Kind::Text ? cells.size() : 0);
+    std::vector<std::string_view> characters(cells.size());
     std::size_t longest = 0;
-    for (std::size_t row = 0; row < rows; ++row) {
-        if (kind == Cell::Kind::Text && !cells[row].HasCharacters())
-            texts[row] = cells[row].ToValue().AsText();
-        longest = std::max({longest, cells[row].HasCharacters() ? cells[row].length : std::size_t{0},
-                            texts.empty() ? std::size_t{0} : texts[row].size()});
+    for (std::size_t row = 0; row < cells.size(); ++row) {
+        if (cells[row].HasCharacters())
+            characters[row] = cells[row].Characters();
+        else if (kind == Cell::Kind::Text)
+            characters[row] = written[row] = cells[row].ToValue().AsText();
+        longest = std::max(longest, characters[row].size());
     }
+    const bool inUtf16 = wideText && kind == Cell::Kind::Text && !std::ranges::all_of(characters, IsAscii);
+    ChooseType(column, kind, inUtf16, longest);
+    column.data.resize(cells.size() * column.width);
+    column.lengths.resize(cells.size());
+    for (std::size_t row = 0; row < cells.size(); ++row) {
+        char* place = column.data.data() + row * column.width;
+        std::size_t length = column.width;
+        if (kind == Cell::Kind::Integer || kind == Cell::Kind::Real)
+            std::memcpy(place, &cells[row].integer, sizeof cells[row].integer);
+        else
+            length = WriteCharacters(characters[row], column.cType == SQL_C_WCHAR, form, place);
+        column.lengths[row] =
+            cells[row].kind == Cell::Kind::Null ? SQL_NULL_DATA : static_cast<SQLLEN>(length);
+    }
+}
+
+void Parameters::ChooseType(ColumnData& column, Cell::Kind kind, bool wideText, std::size_t longest) {
     const bool isLong = longest > 4000;
     column.size = std::max<std::size_t>(longest, 1);
     column.width = column.size;
@@ -86,34 +109,10 @@ void Parameters::FillColumn(ColumnData& column, bool wideText, std::size_t rows,
         column.sqlType = isLong ? SQL_LONGVARBINARY : SQL_VARBINARY;
         break;
     default:
-        // Plain ASCII is the same in every character set, and drivers convert nothing on its way.
-        wideText = wideText && !std::ranges::all_of(cells, IsAscii);
         column.cType = wideText ? SQL_C_WCHAR : SQL_C_CHAR;
         column.sqlType =
             wideText ? (isLong ? SQL_WLONGVARCHAR : SQL_WVARCHAR) : (isLong ? SQL_LONGVARCHAR : SQL_VARCHAR);
         column.width = column.size * (wideText ? sizeof(wchar_t) : 1);
-    }
-    column.data.resize(rows * column.width);
-    column.lengths.resize(rows);
-    for (std::size_t row = 0; row < rows; ++row) {
-        char* place = column.data.data() + row * column.width;
-        const Cell& cell = cells[row];
-        std::size_t length = column.width;
-        if (cell.kind == Cell::Kind::Null) {
-            column.lengths[row] = SQL_NULL_DATA;
-            continue;
-        }
-        if (kind == Cell::Kind::Integer || kind == Cell::Kind::Real) {
-            std::memcpy(place, &cell.integer, sizeof cell.integer);
-        } else {
-            const std::string_view text = cell.HasCharacters() ? cell.Characters() : texts[row];
-            length = text.size();
-            if (column.cType == SQL_C_WCHAR)
-                length = WriteWide(text, form, place);
-            else
-                std::ranges::copy(text, place);
-        }
-        column.lengths[row] = static_cast<SQLLEN>(length);
     }
 }
 
@@ -122,7 +121,8 @@ void Parameters::Bind(odbc::Statement& statement, std::size_t number, ColumnData
     statement.Check(SQLBindParameter(statement.Get(), static_cast<SQLUSMALLINT>(number), SQL_PARAM_INPUT,
                                      column.cType, column.sqlType, column.size, digits,
                                      column.data.data() + row * column.width,
-                                     static_cast<SQLLEN>(column.width), column.lengths.data() + row));
+                                     static_cast<SQLLEN>(column.width), column.lengths.data() + row),
+                    "SQLBindParameter");
 }
 
 void Parameters::BindArrays(odbc::Statement& statement) {

@@ -33,8 +33,9 @@ private:
         std::vector<SQLLEN> lengths;
     };
 
-    void FillColumn(ColumnData& column, bool wideText, std::size_t rows, const std::vector<Cell>& cells,
-                    TextForm form);
+    static void FillColumn(ColumnData& column, bool wideText, const std::vector<Cell>& cells, TextForm form);
+    /// `longest` in bytes, of the fields that have characters.
+    static void ChooseType(ColumnData& column, Cell::Kind kind, bool wideText, std::size_t longest);
     void Bind(odbc::Statement& statement, std::size_t number, ColumnData& column, std::size_t row);
 
     std::size_t rows_ = 0;

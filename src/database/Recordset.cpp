@@ -32,7 +32,7 @@ void Recordset::Requery(const Progress& progress) {
 }
 
 void Recordset::Load(const Progress& progress) {
-    RowReader reader(*connection_, sql_);
+    RowReader reader(connection_->Session(), sql_);
     columns_ = reader.Columns();
     read_ = RowStore(columns_.size());
     while (reader.Read(read_) > 0) {
@@ -62,12 +62,6 @@ void Recordset::CheckCurrent() const {
 std::size_t Recordset::RecordCount() const {
     CheckOpen();
     return count_;
-}
-
-const std::string& Recordset::FieldName(std::size_t index) const {
-    if (index >= columns_.size())
-        Raise(kItemNotFound);
-    return columns_[index].name;
 }
 
 std::size_t Recordset::FieldIndex(std::string_view name) const {
@@ -250,7 +244,7 @@ void Recordset::UpdateBatch() {
     if (changes_.empty())
         return;
     connection_->Revive();
-    TableWriter writer(*connection_, columns_);
+    TableWriter writer(connection_->Session(), columns_);
     std::vector<bool> done(changes_.size());
     std::optional<Error> firstError;
     for (std::size_t i = 0; i < changes_.size();) {
@@ -316,7 +310,7 @@ void Recordset::SendAdds(std::size_t first, std::size_t count, const TableWriter
         for (const std::size_t column : columns)
             rows.Append(Cell::Of(*changes_[first + i].set[column]));
     }
-    BulkInserter inserter(*connection_, writer.Table(), names);
+    BulkInserter inserter(connection_->Session(), writer.Table(), names);
     const auto takeSent = [&] {
         for (std::size_t i = first; i < first + inserter.Sent(); ++i) {
             done[i] = true;
@@ -386,7 +380,7 @@ void Recordset::TakeSent(const std::vector<bool>& done) {
             rest.push_back(std::move(changes_[i]));
     }
     changes_ = std::move(rest);
-    // A row with some changes sent and some not looks here as it will when all are.
+    // The erased rows may have further changes that were not sent. Fields keep showing those too.
     for (const Change& change : changes_)
         Merge(local_, change.row, change.set);
 }

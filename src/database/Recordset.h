@@ -3,7 +3,6 @@
 #include "database/TableWriter.h"
 
 #include <cstddef>
-#include <cstdint>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -30,8 +29,6 @@ public:
     void Requery(const Progress& progress = {});
 
     std::size_t RecordCount() const;
-    std::size_t FieldCount() const { return columns_.size(); }
-    const std::string& FieldName(std::size_t index) const;
     /// The position of the field, letter case aside. Raises kItemNotFound.
     std::size_t FieldIndex(std::string_view name) const;
 

@@ -86,10 +86,9 @@ std::string Quoted(std::string_view name) {
     return "`" + common::ReplaceAll(name, "`", "``") + "`";
 }
 
-class RowReader::Fields {
+class RowReader::Result {
 public:
-    Fields(const std::shared_ptr<odbc::Session>& session, const std::string& sql,
-           const std::vector<Value>& parameters)
+    Result(const SessionPtr& session, const std::string& sql, const std::vector<Value>& parameters)
         : statement(session), wide(session->WideText()), utf8(session->Utf8Results()) {
         // Always prepared: only then does a server send reals in full.
         statement.Prepare(sql);
@@ -138,7 +137,8 @@ public:
             field.lengths.resize(rows);
             statement.Check(SQLBindCol(statement.Get(), static_cast<SQLUSMALLINT>(i + 1), field.cType,
                                        field.data.data(), static_cast<SQLLEN>(field.size),
-                                       field.lengths.data()));
+                                       field.lengths.data()),
+                            "SQLBindCol");
         }
     }
 
@@ -252,7 +252,7 @@ private:
                                                 static_cast<SQLLEN>(buffer.size() - have), &length);
             if (result == SQL_NO_DATA)
                 break;
-            statement.Check(result);
+            statement.Check(result, "SQLGetData");
             if (!characters || length == SQL_NULL_DATA) {
                 Append(into, field, buffer.data(), length);
                 return sizeof(Cell);
@@ -275,12 +275,12 @@ private:
     std::vector<char> buffer;
 };
 
-RowReader::RowReader(Connection& connection, const std::string& sql, const std::vector<Value>& parameters)
-    : fields_(std::make_unique<Fields>(connection.Session(), sql, parameters)) {
-    const SQLSMALLINT count = fields_->statement.ColumnCount();
+RowReader::RowReader(const SessionPtr& session, const std::string& sql, const std::vector<Value>& parameters)
+    : result_(std::make_unique<Result>(session, sql, parameters)) {
+    const SQLSMALLINT count = result_->statement.ColumnCount();
     for (SQLSMALLINT i = 1; i <= count; ++i)
-        columns_.push_back(fields_->Describe(static_cast<SQLUSMALLINT>(i)));
-    fields_->BindBlock();
+        columns_.push_back(result_->Describe(static_cast<SQLUSMALLINT>(i)));
+    result_->BindBlock();
 }
 
 RowReader::~RowReader() = default;
@@ -288,7 +288,7 @@ RowReader::~RowReader() = default;
 std::size_t RowReader::Read(RowStore& rows) {
     if (columns_.empty())
         return 0;
-    return fields_->rows > 0 ? fields_->ReadBlock(rows) : fields_->ReadLong(rows);
+    return result_->rows > 0 ? result_->ReadBlock(rows) : result_->ReadLong(rows);
 }
 
 } // namespace database

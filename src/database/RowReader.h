@@ -25,12 +25,12 @@ struct Column {
 /// `name` in back-ticks.
 std::string Quoted(std::string_view name);
 
-/// Reads the rows of a query once, from the first to the last, in blocks. The connection must not be asked
-/// for anything else before the reader has ended where its driver can do only one thing at a time.
+/// Reads the rows of a query once, from the first to the last, in blocks. The session must not be asked for
+/// anything else before the reader has ended where its driver can do only one thing at a time.
 class RowReader {
 public:
     /// Runs the query; `parameters` stand for its question marks. Raises Error.
-    RowReader(Connection& connection, const std::string& sql, const std::vector<Value>& parameters = {});
+    RowReader(const SessionPtr& session, const std::string& sql, const std::vector<Value>& parameters = {});
     ~RowReader();
     RowReader(const RowReader&) = delete;
     RowReader& operator=(const RowReader&) = delete;
@@ -42,9 +42,9 @@ public:
     std::size_t Read(RowStore& rows);
 
 private:
-    class Fields;
+    class Result;
     std::vector<Column> columns_;
-    std::unique_ptr<Fields> fields_;
+    std::unique_ptr<Result> result_;
 };
 
 } // namespace database

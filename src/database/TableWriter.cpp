@@ -15,8 +15,8 @@ bool SameValue(const Value& a, const Value& b) {
     return a.AsText() == b.AsText();
 }
 
-TableWriter::TableWriter(Connection& connection, const std::vector<Column>& columns)
-    : connection_(connection), columns_(columns) {
+TableWriter::TableWriter(SessionPtr session, const std::vector<Column>& columns)
+    : session_(std::move(session)), columns_(columns) {
     if (columns.empty() || columns.front().baseTable.empty())
         Raise(kReadOnly);
     const Column& first = columns.front();
@@ -36,7 +36,7 @@ TableWriter::TableWriter(Connection& connection, const std::vector<Column>& colu
         if (at != columns.end())
             key_.push_back(static_cast<std::size_t>(at - columns.begin()));
     }
-    // A key that was not read whole tells no rows apart.
+    // The query may have left out columns of the key, and those that it read can be alike in several rows.
     hasKey_ = !names.empty() && key_.size() == names.size();
     if (!hasKey_) {
         key_.clear();
@@ -46,22 +46,13 @@ TableWriter::TableWriter(Connection& connection, const std::vector<Column>& colu
 }
 
 std::vector<std::string> TableWriter::PrimaryKey() const {
-    RowReader reader(connection_, "SHOW KEYS FROM " + table_);
-    const auto position = [&reader](const char* name) {
-        const auto at = std::ranges::find(reader.Columns(), name, &Column::name);
-        if (at == reader.Columns().end())
-            Raise(kItemNotFound);
-        return static_cast<std::size_t>(at - reader.Columns().begin());
-    };
-    const std::size_t key = position("Key_name");
-    const std::size_t column = position("Column_name");
-    RowStore rows(reader.Columns().size());
-    while (reader.Read(rows) > 0) {
-    }
+    const Answer keys = ReadAll(session_, "SHOW KEYS FROM " + table_);
+    const std::size_t key = keys.Position("Key_name");
+    const std::size_t column = keys.Position("Column_name");
     std::vector<std::string> names;
-    for (std::size_t row = 0; row < rows.Rows(); ++row) {
-        if (rows.At(row, key).Characters() == "PRIMARY")
-            names.emplace_back(rows.At(row, column).Characters());
+    for (std::size_t row = 0; row < keys.Count(); ++row) {
+        if (keys.At(row, key) == Value("PRIMARY"))
+            names.push_back(keys.At(row, column).AsText());
     }
     return names;
 }
@@ -89,20 +80,19 @@ TableWriter::Clause TableWriter::Address(const Before& before) const {
     return clause;
 }
 
-std::optional<RowStore> TableWriter::Find(const Clause& where) const {
+std::optional<Answer> TableWriter::Find(const Clause& where) const {
     std::string names;
     for (std::size_t i = 0; i < columns_.size(); ++i)
         names += (i == 0 ? "" : ",") + Name(i);
-    RowReader reader(connection_, "SELECT " + names + " FROM " + table_ + " WHERE " + where.sql + " LIMIT 1",
-                     where.values);
-    RowStore row(columns_.size());
-    if (reader.Read(row) == 0)
+    Answer rows = ReadAll(
+        session_, "SELECT " + names + " FROM " + table_ + " WHERE " + where.sql + " LIMIT 1", where.values);
+    if (rows.Count() == 0)
         return std::nullopt;
-    return row;
+    return rows;
 }
 
 std::int64_t TableWriter::Send(const std::string& sql, const std::vector<Value>& values) const {
-    odbc::Statement statement(connection_.Session());
+    odbc::Statement statement(session_);
     statement.Prepare(sql);
     Parameters parameters;
     parameters.Fill(statement.Owner().WideText(), 1, values.size(),
@@ -150,14 +140,12 @@ Value TableWriter::Insert(const Fields& set, bool inDoubt) {
     const bool numbered = autoNumber_ && !set[*autoNumber_];
     if (inDoubt && !same.sql.empty()) {
         if (const auto row = Find(same))
-            return numbered ? row->At(0, *autoNumber_).ToValue() : Value();
+            return numbered ? row->At(0, *autoNumber_) : Value();
     }
     Send("INSERT INTO " + table_ + " (" + names + ") VALUES (" + marks + ")", values);
     if (!numbered)
         return {};
-    RowReader reader(connection_, "SELECT LAST_INSERT_ID()");
-    RowStore row(1);
-    return reader.Read(row) > 0 ? Value(row.At(0, 0).ToValue().AsInteger()) : Value();
+    return Scalar(session_, "SELECT LAST_INSERT_ID()").AsInteger();
 }
 
 void TableWriter::Update(const Before& before, const Fields& set, bool inDoubt) {
@@ -173,10 +161,10 @@ void TableWriter::Update(const Before& before, const Fields& set, bool inDoubt) 
 
     // No row met, or the driver counts only rows that became different, or a value does not compare equal
     // to itself after its journey (characters that the code page lacks): look at the row.
-    const auto matches = [&](const RowStore& row, const Before& expected) {
+    const auto matches = [&](const Answer& row, const Before& expected) {
         for (std::size_t i = 0; i < set.size(); ++i) {
             const auto value = set[i] ? expected(i) : std::nullopt;
-            if (value && !SameValue(row.At(0, i).ToValue(), *value))
+            if (value && !SameValue(row.At(0, i), *value))
                 return false;
         }
         return true;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "database/RowReader.h"
+#include "database/Query.h"
 
 #include <functional>
 #include <optional>
@@ -27,7 +27,7 @@ public:
     using Before = std::function<std::optional<Value>(std::size_t column)>;
 
     /// Raises kReadOnly when the columns do not come from one table.
-    TableWriter(Connection& connection, const std::vector<Column>& columns);
+    TableWriter(SessionPtr session, const std::vector<Column>& columns);
 
     /// The table's name as SQL writes it.
     const std::string& Table() const { return table_; }
@@ -53,12 +53,12 @@ private:
     std::string Name(std::size_t column) const { return Quoted(columns_[column].baseName); }
     void AddTest(Clause& clause, std::size_t column, const Value& value) const;
     Clause Address(const Before& before) const;
-    std::optional<RowStore> Find(const Clause& where) const;
+    std::optional<Answer> Find(const Clause& where) const;
     std::int64_t Send(const std::string& sql, const std::vector<Value>& values) const;
     std::int64_t SendUpdate(const Fields& set, const Clause& where) const;
     [[noreturn]] void RaiseChanged(const Clause& address) const;
 
-    Connection& connection_;
+    SessionPtr session_;
     const std::vector<Column>& columns_;
     std::string table_;
     /// The columns that tell one row from the others.

@@ -9,8 +9,8 @@ namespace database {
 
 namespace {
 
-template <typename Number> Number Parse(std::string_view text) {
-    Number number{};
+std::int64_t Parse(std::string_view text) {
+    std::int64_t number = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
     if (error == std::errc::result_out_of_range)
         throw RuntimeError(common::kOverflow);
@@ -50,17 +50,7 @@ std::int64_t Value::AsInteger() const {
             throw RuntimeError(common::kOverflow);
         return static_cast<std::int64_t>(rounded);
     }
-    return Parse<std::int64_t>(Characters(held_));
-}
-
-double Value::AsReal() const {
-    if (IsNull())
-        return 0;
-    if (const auto* whole = std::get_if<std::int64_t>(&held_))
-        return static_cast<double>(*whole);
-    if (const auto* real = std::get_if<double>(&held_))
-        return *real;
-    return Parse<double>(Characters(held_));
+    return Parse(Characters(held_));
 }
 
 } // namespace database

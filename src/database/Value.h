@@ -36,9 +36,6 @@ public:
     /// that is no number, 6 (overflow) past 64 bits.
     std::int64_t AsInteger() const;
 
-    /// The value as a real, 0 for null. Raises 13 for text that is no number.
-    double AsReal() const;
-
     /// True when both are of the same type and equal.
     bool operator==(const Value&) const = default;
 

@@ -1,5 +1,8 @@
 #include "dbsetup/ServerLogins.h"
 
+#include "database/Error.h"
+#include "dbsetup/LoginStatements.h"
+
 namespace dbsetup {
 
 void WriteLogin(clsINI& kerno, const ServerLogin& login) {
@@ -8,8 +11,12 @@ void WriteLogin(clsINI& kerno, const ServerLogin& login) {
 }
 
 void Grant(SetUpServer& server, const ServerLogin& login) {
-    server.Execute("GRANT ALL PRIVILEGES ON " + std::string(login.database->name) + ".* TO " + login.user +
-                   "@localhost IDENTIFIED BY '" + login.password + "';");
+    try {
+        server.Execute(GrantStatement(login.database->name, login.user, login.password));
+    } catch (const database::Error& error) {
+        throw database::Error(error.Number(), WithoutPassword(error.Description(), login.password),
+                              error.SqlState());
+    }
 }
 
 } // namespace dbsetup

@@ -16,8 +16,7 @@ struct ServerLogin : suite::Login {
 void WriteLogin(clsINI& kerno, const ServerLogin& login);
 
 /// Makes the login, or gives it its new password, with all rights on its database, from this computer only.
-/// Name and password become part of the statement as they are, so a quote in them is an error. Raises
-/// database::Error.
+/// Raises database::Error, in whose text *** stands for the password.
 void Grant(SetUpServer& server, const ServerLogin& login);
 
 } // namespace dbsetup

@@ -4,6 +4,7 @@
 #include "database/BulkInserter.h"
 #include "database/Error.h"
 #include "database/Recordset.h"
+#include "database/Transaction.h"
 
 #include <initializer_list>
 
@@ -100,37 +101,9 @@ void UseEngineOf(Connection& source, const std::string& database, const std::str
     }
 }
 
-/// One transaction for a table's rows: an engine that knows transactions writes them out once, and of a copy
-/// that fails it keeps none.
-class Transaction {
-public:
-    explicit Transaction(Connection& connection) : connection_(connection) {
-        connection_.Execute("START TRANSACTION");
-    }
-    ~Transaction() {
-        try {
-            if (!committed_)
-                connection_.Execute("ROLLBACK");
-        } catch (const RuntimeError&) {
-            // The connection is gone, and with it the transaction.
-        }
-    }
-    Transaction(const Transaction&) = delete;
-    Transaction& operator=(const Transaction&) = delete;
-
-    void Commit() {
-        connection_.Execute("COMMIT");
-        committed_ = true;
-    }
-
-private:
-    Connection& connection_;
-    bool committed_ = false;
-};
-
-/// The columns of a table that is there, by the names that values are given to them by.
+/// The names by which values are given to the columns of a table that exists.
 std::vector<std::string> ColumnNames(Connection& connection, const std::string& table) {
-    const RowReader none(connection, "SELECT * FROM " + table + " LIMIT 0");
+    const RowReader none(connection.Session(), "SELECT * FROM " + table + " LIMIT 0");
     std::vector<std::string> names;
     for (const database::Column& column : none.Columns())
         names.push_back(column.name);
@@ -225,7 +198,7 @@ std::int16_t clsMySQLCopyDatabase::CopyTable(const std::string& SourceDatabase,
         supervision::ColumnList(Columns(source_, ShowColumns(SourceDatabase, SourceTable)));
     UseEngineOf(source_, SourceDatabase, SourceTable, destination_);
     // The source has answered in full before the destination is touched.
-    RowReader rows(source_, "SELECT * FROM " + from);
+    RowReader rows(source_.Session(), "SELECT * FROM " + from);
     destination_.Execute("USE " + DestinationDatabase + ";");
     if (!NoDelete)
         destination_.Execute("DROP TABLE IF EXISTS " + to);
@@ -237,8 +210,8 @@ std::int16_t clsMySQLCopyDatabase::CopyTable(const std::string& SourceDatabase,
     if (read > 0 && columns.size() < rows.Columns().size())
         database::Raise(database::kItemNotFound);
     columns.resize(rows.Columns().size());
-    Transaction transaction(destination_);
-    database::BulkInserter inserter(destination_, to, columns);
+    database::Transaction transaction(destination_);
+    database::BulkInserter inserter(destination_.Session(), to, columns);
     for (; read > 0; read = rows.Read(block)) {
         inserter.Insert(block);
         if (!Progress(SourceTable, inserter.Sent()))

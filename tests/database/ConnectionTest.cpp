@@ -1,4 +1,5 @@
 #include "database/Error.h"
+#include "database/Odbc.h"
 #include "support/Database.h"
 
 namespace {
@@ -30,14 +31,26 @@ TEST_F(ConnectionTest, ErrorsCarryTheServersNumberStateAndText) {
         EXPECT_EQ(error.SqlState(), state);
         EXPECT_NE(error.Description().find(text), std::string::npos) << error.Description();
         EXPECT_NE(error.Description().front(), '[');
+        EXPECT_TRUE(error.Description().ends_with(std::string(" (SQLDriverConnect, ") + state + ")"))
+            << error.Description();
     }
+    const auto silent = [this] { odbc::Statement(root.Session()).Fail(SQL_ERROR, "SQLFetch"); };
+    EXPECT_EQ(ErrorOf(silent).Description(),
+              "The driver reports an error without saying which. (SQLFetch, return code -1)");
     EXPECT_EQ(ErrorOf([&] { root.Execute("CREATE TABLE test.t (a int) TYPE=MyISAM"); }).Number(), 1064);
     EXPECT_EQ(ErrorOf([&] { Connection().Execute("SELECT 1"); }).Number(), kObjectClosed);
 }
 
 TEST_F(ConnectionTest, ValuesOfConnectionStringsMayHoldAnything) {
+    const auto braced = [](const std::string& value) { return ConnectionValue(value) == "{" + value + "}"; };
+    for (const char* value : {";", "a;b", "{a", " a", "a "})
+        EXPECT_TRUE(braced(value)) << value;
     root.Execute("CREATE DATABASE glogin");
-    for (const char* password : {"a;b", "{a", "a=b", "x'\"\\", "k\xF6nig", "a}b;c"}) {
+    for (const char* password :
+         {"a;b", "{a", "a=b", "x'\"\\", "k\xF6nig", "a}b;c", "p@ss!", "(a)", "[b]?*", "a b"}) {
+        EXPECT_TRUE(password == ConnectionValue(password) || common::ContainsIgnoreCase(password, ";") ||
+                    *password == '{')
+            << password;
         const std::string escaped = common::ReplaceAll(common::ReplaceAll(password, "\\", "\\\\"), "'", "''");
         root.Execute("GRANT ALL ON glogin.* TO friend@localhost IDENTIFIED BY '" + escaped + "'");
         Connection other;

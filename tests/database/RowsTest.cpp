@@ -1,5 +1,6 @@
 #include "database/BulkInserter.h"
 #include "database/Odbc.h"
+#include "database/Query.h"
 #include "support/Database.h"
 
 namespace {
@@ -49,16 +50,13 @@ TEST_F(RowsTest, EveryTypeArrivesAsItsValue) {
         root.Execute("CREATE TABLE copy LIKE t");
         // Two rows: what is fetched and sent in arrays must stand at its place in them.
         root.Execute("INSERT INTO t VALUES (" + std::string(literal) + "),(" + literal + ")");
-        RowReader reader(root, "SELECT * FROM t");
-        RowStore rows(1);
-        while (reader.Read(rows) > 0) {
-        }
+        const RowStore rows = ReadAll(root.Session(), "SELECT * FROM t").store;
         ASSERT_EQ(rows.Rows(), 2u);
         for (std::size_t row = 0; row < 2; ++row) {
             const Value value = rows.At(row, 0).ToValue();
             EXPECT_TRUE(value == expected) << value.Get().index() << ' ' << value.AsText().substr(0, 100);
         }
-        BulkInserter(root, "copy", {"v"}).Insert(rows);
+        BulkInserter(root.Session(), "copy", {"v"}).Insert(rows);
         const auto sums = Rows(root, "CHECKSUM TABLE t, copy");
         EXPECT_EQ(sums.at(0).substr(9), sums.at(1).substr(12));
     }
@@ -79,8 +77,8 @@ TEST_F(RowsTest, BlocksReachAnotherServerByEveryWayOfSending) {
         EXPECT_TRUE(remote.Session()->ParameterArrays());
         if (!arrays)
             remote.Session()->DeclineParameterArrays();
-        RowReader reader(root, "SELECT * FROM t");
-        BulkInserter inserter(remote, "bk.t", {"id", "name", "data", "r"});
+        RowReader reader(root.Session(), "SELECT * FROM t");
+        BulkInserter inserter(remote.Session(), "bk.t", {"id", "name", "data", "r"});
         RowStore block(4);
         for (; reader.Read(block) > 0; block.Clear())
             inserter.Insert(block);
@@ -99,7 +97,7 @@ TEST_F(RowsTest, RowsThatAreRefusedDoNotCountAsSent) {
         remote.Execute("REPLACE INTO bk.t VALUES (1100)");
         if (!arrays)
             remote.Session()->DeclineParameterArrays();
-        BulkInserter inserter(remote, "bk.t", {"id"});
+        BulkInserter inserter(remote.Session(), "bk.t", {"id"});
         EXPECT_EQ(support::ErrorNumber([&] { inserter.Insert(rows); }), 1062);
         EXPECT_TRUE(inserter.Sent() >= 1000 && inserter.Sent() < 1100) << inserter.Sent();
         remote.Execute("DELETE FROM bk.t");

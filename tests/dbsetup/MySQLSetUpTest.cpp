@@ -169,12 +169,15 @@ TEST_F(MySQLSetUp, ShowsTheErrorOfEveryStep) {
     wizard.databaseCheck.txtRootPassword.Text("");
 
     // An account that fails ends the step before Kerno.ini is written.
+    wizard.accounts.txtAMCharacterUsername.Text("k c");
     wizard.accounts.txtAMCharacterPassword.Text("o'clock");
     expectError([&] { wizard.accounts.cmdSetupAccounts.Press(); }, "1064] ");
+    EXPECT_NE(boxes.Seen().back().text.find("IDENTIFIED BY '***'"), std::string::npos);
+    EXPECT_EQ(boxes.Seen().back().text.find("clock"), std::string::npos) << boxes.Seen().back().text;
     EXPECT_EQ(support::Rows(root, "SELECT User FROM mysql.user WHERE User LIKE 'k_'"),
               std::vector<std::string>{"kl"})
         << "the rest is not sent";
-    wizard.accounts.txtAMCharacterPassword.Text("oclock");
+    wizard.accounts.txtAMCharacterUsername.Text("kc");
     SetFileAttributesA(kernoIni.c_str(), FILE_ATTRIBUTE_READONLY);
     expectError([&] { wizard.accounts.cmdSetupAccounts.Press(); }, "70] ");
     SetFileAttributesA(kernoIni.c_str(), FILE_ATTRIBUTE_NORMAL);

@@ -45,7 +45,7 @@ TEST_F(Copier, EveryValueArrives) {
     for (int i = 0; i < 256; ++i)
         bytes.push_back(static_cast<char>(i));
     // Letters that no single code page has together, one of them beyond 16 bits; and more rows than a block.
-    database::RowReader(root,
+    database::RowReader(root.Session(),
                         "INSERT INTO glogin.texts SELECT seq, IF(seq % 3, CONVERT(0xE697A5D0AFC3A9F09F9880 "
                         "USING utf8mb4), NULL), IF(seq % 5, REPEAT(?, seq % 200), NULL), "
                         "IF(seq = 7, REPEAT('é', 100000), '''\"\\\\%') FROM seq_0_to_2500",

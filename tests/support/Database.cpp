@@ -1,5 +1,7 @@
 #include "support/Database.h"
 
+#include "database/Query.h"
+
 #include <cstdlib>
 #include <stdexcept>
 
@@ -35,15 +37,11 @@ std::string DataFolder(const std::string& host) {
 }
 
 std::vector<std::string> Rows(database::Connection& connection, const std::string& sql) {
-    database::RowReader reader(connection, sql);
-    const std::size_t columns = reader.Columns().size();
-    database::RowStore store(columns);
-    while (reader.Read(store) > 0) {
-    }
-    std::vector<std::string> rows(store.Rows());
+    const database::Answer all = database::ReadAll(connection.Session(), sql);
+    std::vector<std::string> rows(all.Count());
     for (std::size_t row = 0; row < rows.size(); ++row) {
-        for (std::size_t column = 0; column < columns; ++column) {
-            const database::Value value = store.At(row, column).ToValue();
+        for (std::size_t column = 0; column < all.columns.size(); ++column) {
+            const database::Value value = all.At(row, column);
             rows[row] += (column == 0 ? "" : "|") + (value.IsNull() ? "NULL" : value.AsText());
         }
     }
