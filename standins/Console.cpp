@@ -135,6 +135,7 @@ Console::Console(HINSTANCE instance, int showCommand, bool quiet)
     if (kProfile.hasPlayers)
         UpdateTitle();
     Layout();
+    SetPropA(main_, kShowCommandProperty, reinterpret_cast<HANDLE>(static_cast<INT_PTR>(showCommand)));
     ShowWindow(main_, showCommand);
     if (!quiet) {
         SetTimer(main_, kMessageTimer, 250, nullptr);

@@ -27,6 +27,9 @@ inline constexpr const char* kErrorTitle = "Application Error";
 /// What the zone server writes before a text that went out to the players.
 inline constexpr const char* kBroadcastMark = "Broadcast: ";
 
+/// Property of the main window: how its starter wished it to be shown (a SW_ value).
+inline constexpr const char* kShowCommandProperty = "KernoStandinShowCommand";
+
 /// With this variable in its environment a stand-in does nothing by itself: no messages, no clock, no
 /// players.
 inline constexpr const char* kQuietVariable = "KERNO_STANDIN_QUIET";

@@ -25,7 +25,7 @@ void ServerMenu::Restart(Server server) {
 }
 
 void ServerMenu::StartKerno() {
-    // The separator is doubled, as KernoPath ends in one; the platform takes it for one.
+    // KernoPath ends in a separator already. Windows takes two in a row for one.
     const bool complete = std::ranges::all_of(kServers, [](Server server) {
         return common::FileExists(KernoPath() + "\\" + ComponentOf(server).executable);
     });

@@ -112,12 +112,12 @@ private:
     void mnuRestartZone_Click() { servers_.Restart(Server::Zone); }
     void mnuShowKerno_Click() { servers_.ShowKerno(); }
     void mnuHideKerno_Click() { servers_.HideKerno(); }
-    void mnuShowLogin_Click() { modServerControl::Show(Server::Login); }
-    void mnuShowCharacter_Click() { modServerControl::Show(Server::Character); }
-    void mnuShowZone_Click() { modServerControl::Show(Server::Zone); }
-    void mnuHideLogin_Click() { modServerControl::Hide(Server::Login); }
-    void mnuHideCharacter_Click() { modServerControl::Hide(Server::Character); }
-    void mnuHideZone_Click() { modServerControl::Hide(Server::Zone); }
+    void mnuShowLogin_Click() { modServerControl::ShowLoginServer(); }
+    void mnuShowCharacter_Click() { modServerControl::ShowCharacterServer(); }
+    void mnuShowZone_Click() { modServerControl::ShowZoneServer(); }
+    void mnuHideLogin_Click() { modServerControl::HideLoginServer(); }
+    void mnuHideCharacter_Click() { modServerControl::HideCharacterServer(); }
+    void mnuHideZone_Click() { modServerControl::HideZoneServer(); }
     void mnuServerStatus_Click() { cmdServerStatus_Click(); }
     void mnuServerConfig_Click() { cmdServerConfig_Click(); }
     void mnuServerControl_Click() { cmdServerControl_Click(); }

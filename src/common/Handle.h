@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <type_traits>
 
@@ -13,5 +14,11 @@ template <typename H, auto Release> struct HandleRelease {
 };
 template <typename H, auto Release>
 using Handle = std::unique_ptr<std::remove_pointer_t<H>, HandleRelease<H, Release>>;
+
+/// Owns what a call of the system returned. Some calls answer a failure with null and some with -1; here it
+/// is null for all of them.
+template <class Owner> Owner Own(typename Owner::pointer handle) {
+    return Owner(reinterpret_cast<std::intptr_t>(handle) == -1 ? nullptr : handle);
+}
 
 } // namespace common

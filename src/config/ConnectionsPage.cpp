@@ -1,26 +1,12 @@
 #include "config/ConnectionsPage.h"
 
-#include "common/Numbers.h"
 #include "gui/MsgBox.h"
-#include "settings/kToolsSettings.h"
 #include "supervision/IPDetection.h"
 
-namespace {
-
-supervision::DetectedAddresses DetectAddresses(const clsINI& kTools) {
-    const double method = common::Val(kTools.INIProperty(settings::key::kIPDetectionMethod));
-    if (method == 0)
-        return supervision::DetectLocalAddresses();
-    if (method == 1)
-        return supervision::DetectHostAddresses(kTools.INIProperty(settings::key::kDynamicHostname));
-    // A method that this version does not know finds nothing.
-    return {};
-}
-
-} // namespace
-
 void ConnectionsPage::cmdEnterIP_Click() {
-    const supervision::DetectedAddresses addresses = DetectAddresses(kTools_);
+    const auto [addresses, messages] = supervision::DetectAddresses(kTools_);
+    for (const std::string& message : messages)
+        gui::MsgBox(message);
     if (!Loaded())
         return;
     gui::Form& form = Panel().Parent();

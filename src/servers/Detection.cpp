@@ -52,11 +52,11 @@ bool IsYoung(HANDLE process) {
 
 /// What tells a file from every other, however its path is written; nothing when it cannot be opened.
 std::optional<std::array<DWORD, 3>> FileIdentity(const std::string& path) {
-    const common::FileHandle file(CreateFileA(path.c_str(), 0,
-                                              FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                                              OPEN_EXISTING, 0, nullptr));
+    const auto file = common::Own<common::FileHandle>(
+        CreateFileA(path.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                    OPEN_EXISTING, 0, nullptr));
     BY_HANDLE_FILE_INFORMATION information;
-    if (!GetFileInformationByHandle(file.get(), &information))
+    if (!file || !GetFileInformationByHandle(file.get(), &information))
         return {};
     return std::array{information.dwVolumeSerialNumber, information.nFileIndexHigh,
                       information.nFileIndexLow};
@@ -64,8 +64,9 @@ std::optional<std::array<DWORD, 3>> FileIdentity(const std::string& path) {
 
 /// By the file itself: the servers of another suite on this computer have the same names.
 bool Runs(HANDLE process, const std::string& executable) {
-    const std::string path = GetProcessPath(process);
-    return !path.empty() && FileIdentity(path) == FileIdentity(executable);
+    const auto running = FileIdentity(GetProcessPath(process));
+    // Two files that cannot be opened are not the same file.
+    return running && running == FileIdentity(executable);
 }
 
 bool HasWindow(DWORD process, const char* windowClass) {
@@ -117,7 +118,7 @@ bool IsRunning(Server server) {
 
 bool IsStarting(Server server) {
     const Component& component = ComponentOf(server);
-    const Handle processes(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
+    const auto processes = common::Own<Handle>(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
     PROCESSENTRY32 entry;
     entry.dwSize = sizeof entry;
     for (BOOL more = Process32First(processes.get(), &entry); more;

@@ -18,9 +18,8 @@ constexpr UINT kAnswerMilliseconds = 1000;
 Snapshot ModulesOf(DWORD process) {
     // A process that is just loading or unloading a library asks for the snapshot to be taken again.
     for (int attempt = 0; attempt < 5; ++attempt) {
-        const HANDLE snapshot = CreateToolhelp32Snapshot(TH32CS_SNAPMODULE, process);
-        if (snapshot != INVALID_HANDLE_VALUE)
-            return Snapshot(snapshot);
+        if (auto snapshot = common::Own<Snapshot>(CreateToolhelp32Snapshot(TH32CS_SNAPMODULE, process)))
+            return snapshot;
         if (GetLastError() != ERROR_BAD_LENGTH)
             break;
     }

@@ -12,17 +12,17 @@ namespace supervision {
 /// What the error detector does with the servers' error dialogs.
 struct ErrorDetectorSettings {
     bool handleDialogs = false;
-    std::optional<std::string> logFilename; ///< file below kTools\Logs for their texts; nothing keeps no log
-    bool restartAll = false;                ///< once they are closed, when the zone server runs
-    std::optional<std::string> message;     ///< told the players before that restart
+    std::optional<std::string> logFilename; ///< file below kTools\Logs for the dialogs' texts; empty: no log
+    bool restartAll = false;                ///< restarts the suite afterwards, when the zone server runs
+    std::optional<std::string> message;     ///< sent to the players before that restart; empty: none is sent
 };
 
 /// Closes the dialogs that block the servers.
 class ErrorDetector {
 public:
     /// `priorities`: the file that holds the priorities of the servers. `settings` are asked at every step,
-    /// because the operator can change them meanwhile; nothing ends the detector, save for a restart that has
-    /// begun.
+    /// because the operator can change them meanwhile. When they are no longer there, the detector stops
+    /// where it is; only a restart that has begun is finished.
     ErrorDetector(clsLog& log, const clsINI& priorities,
                   std::function<std::optional<ErrorDetectorSettings>()> settings)
         : log_(log), priorities_(priorities), settings_(std::move(settings)) {}

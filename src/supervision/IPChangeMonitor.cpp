@@ -1,36 +1,21 @@
 #include "supervision/IPChangeMonitor.h"
 
-#include "common/Numbers.h"
 #include "servers/KernoKeys.h"
 #include "servers/modServerControl.h"
-#include "settings/kToolsSettings.h"
 #include "supervision/IPDetection.h"
 #include "supervision/RestartAll.h"
 
 namespace supervision {
-
-namespace {
-
-DetectedAddresses Detect(const clsINI& kTools) {
-    const double method = common::Val(kTools.INIProperty(settings::key::kIPDetectionMethod));
-    if (method == 0)
-        return DetectLocalAddresses();
-    if (method == 1)
-        return DetectHostAddresses(kTools.INIProperty(settings::key::kDynamicHostname));
-    return {};
-}
-
-} // namespace
 
 bool IsChange(const Addresses& addresses) {
     return !addresses.detected.empty() && addresses.detected != addresses.current;
 }
 
 Addresses IPChangeMonitor::Look() const {
-    Addresses addresses;
-    addresses.detected = Detect(kTools_).back();
-    addresses.current = kernoIni_.INIProperty(suite::key::kServerAddress);
-    return addresses;
+    const Detection detection = DetectAddresses(kTools_);
+    return {.current = kernoIni_.INIProperty(suite::key::kServerAddress),
+            .detected = detection.addresses.back(),
+            .messages = detection.messages};
 }
 
 void IPChangeMonitor::Act(const Addresses& addresses, const IPChangeSettings& settings) {

@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace supervision {
 
@@ -17,15 +18,17 @@ struct IPChangeSettings {
 
 /// The two addresses that are compared.
 struct Addresses {
-    std::string current;  ///< as Kerno.ini has it
-    std::string detected; ///< "" when the detection failed
+    std::string current;               ///< as Kerno.ini has it
+    std::string detected;              ///< "" when the detection failed
+    std::vector<std::string> messages; ///< for the user, about the detection
 };
 
 /// True when the detected address is there and differs from the current one.
 bool IsChange(const Addresses& addresses);
 
-/// Keeps the address that the servers publish (the key "IP" of Kerno.ini) what it is. Holds no state: a
-/// change that is not written is a change again at the next look.
+/// Compares the computer's address with the one that the servers publish (the key "IP" of Kerno.ini), and
+/// carries a new address over. Remembers nothing: a new address that is not written into Kerno.ini is a
+/// change again at the next look.
 class IPChangeMonitor {
 public:
     /// `kTools` names the way of detection and the host; `kernoIni` has the address and the priorities.

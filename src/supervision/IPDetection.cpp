@@ -1,8 +1,11 @@
 #include "supervision/IPDetection.h"
 
-#include "gui/MsgBox.h"
+#include "common/Numbers.h"
+#include "settings/kToolsSettings.h"
 
 #include <winsock2.h>
+
+#include <optional>
 
 namespace supervision {
 
@@ -11,16 +14,14 @@ namespace {
 // Longer names exist nowhere, and resolvers have been known to copy a name before they measure it.
 constexpr std::size_t kLongestHostName = 1024;
 
-/// The own host's name; nothing, after a message, when the system does not tell it.
-bool ReadOwnHostName(std::string& name) {
+/// The own host's name; nothing, and one message more, when the system does not tell it.
+std::optional<std::string> OwnHostName(std::vector<std::string>& messages) {
     char buffer[256] = "";
-    if (gethostname(buffer, sizeof buffer) == SOCKET_ERROR) {
-        gui::MsgBox("Windows Socket function calls failed. [Winsock Error:" +
-                    std::to_string(WSAGetLastError()) + "]");
-        return false;
-    }
-    name = buffer;
-    return true;
+    if (gethostname(buffer, sizeof buffer) != SOCKET_ERROR)
+        return buffer;
+    messages.push_back(
+        "Windows Socket function calls failed. [Winsock Error:" + std::to_string(WSAGetLastError()) + "]");
+    return {};
 }
 
 void Resolve(const std::string& name, DetectedAddresses& addresses) {
@@ -34,44 +35,50 @@ void Resolve(const std::string& name, DetectedAddresses& addresses) {
         addresses[0] = DottedText(std::as_bytes(std::span<const char>(*address, length)));
 }
 
-/// Runs `find` on the list between a start and a release of the socket library.
-DetectedAddresses Detect(const auto& find) {
-    DetectedAddresses addresses;
-    if (!StartWinsock()) {
+/// Looks up the host that `nameOf` names, between a start and a release of the socket library.
+Detection Detect(const auto& nameOf) {
+    Detection detection;
+    if (!StartWinsock(detection.messages)) {
         // No runtime error lies behind this failure, so there is neither number nor description to tell.
-        gui::MsgBox("An error has occured. Error Number:0 Description:");
-        return addresses;
+        detection.messages.emplace_back("An error has occured. Error Number:0 Description:");
+        return detection;
     }
-    find(addresses);
-    StopWinsock();
-    return addresses;
+    if (const std::optional<std::string> name = nameOf(detection.messages))
+        Resolve(*name, detection.addresses);
+    StopWinsock(detection.messages);
+    return detection;
 }
 
 } // namespace
 
-DetectedAddresses DetectLocalAddresses() {
-    return Detect([](DetectedAddresses& addresses) {
-        std::string name;
-        if (ReadOwnHostName(name))
-            Resolve(name, addresses);
-    });
+Detection DetectAddresses(const clsINI& kTools) {
+    const double method = common::Val(kTools.INIProperty(settings::key::kIPDetectionMethod));
+    if (method == 0)
+        return DetectLocalAddresses();
+    if (method == 1)
+        return DetectHostAddresses(kTools.INIProperty(settings::key::kDynamicHostname));
+    return {};
 }
 
-DetectedAddresses DetectHostAddresses(const std::string& name) {
-    return Detect([&](DetectedAddresses& addresses) { Resolve(name, addresses); });
+Detection DetectLocalAddresses() {
+    return Detect(OwnHostName);
 }
 
-bool StartWinsock() {
+Detection DetectHostAddresses(const std::string& name) {
+    return Detect([&](std::vector<std::string>&) { return std::optional(name); });
+}
+
+bool StartWinsock(std::vector<std::string>& messages) {
     WSADATA data{};
     const int code = WSAStartup(MAKEWORD(1, 1), &data);
     if (code != 0)
-        gui::MsgBox(StartFailureText(code, data.wVersion));
+        messages.push_back(StartFailureText(code, data.wVersion));
     return code == 0;
 }
 
-void StopWinsock() {
+void StopWinsock(std::vector<std::string>& messages) {
     if (WSACleanup() != 0)
-        gui::MsgBox("Winsocks clean up failed. Error Number:[" + std::to_string(WSAGetLastError()));
+        messages.push_back("Winsocks clean up failed. Error Number:[" + std::to_string(WSAGetLastError()));
 }
 
 std::string StartFailureText(int code, std::uint16_t version) {

@@ -1,29 +1,44 @@
 #pragma once
 
+#include "settings/clsINI.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string>
+#include <vector>
 
 /// Finds the address by which this computer is reached. Each detection starts the socket library and releases
-/// it again; failures of the library show their message, a name that does not resolve shows none.
+/// it again.
 namespace supervision {
 
 /// One element: the last address of the host's list, dotted; "" when the detection failed.
 using DetectedAddresses = std::array<std::string, 1>;
 
+/// What a detection found.
+struct Detection {
+    DetectedAddresses addresses;
+    /// What the socket library failed with, for the user, in order; the caller shows them. A name that does
+    /// not resolve is no failure of the library and has no message.
+    std::vector<std::string> messages;
+};
+
+/// Detects by the method that kTools.ini names: this computer's own name, or the dynamic host name. Any other
+/// method finds nothing. May take as long as the system's resolver.
+Detection DetectAddresses(const clsINI& kTools);
+
 /// The addresses of this computer's own host name.
-DetectedAddresses DetectLocalAddresses();
+Detection DetectLocalAddresses();
 
-/// The addresses of the host `name`, which is looked up as it is. May take as long as the system's resolver.
-DetectedAddresses DetectHostAddresses(const std::string& name);
+/// The addresses of the host `name`, which is looked up as it is.
+Detection DetectHostAddresses(const std::string& name);
 
-/// Starts the socket library, version 1.1; false, after a message, when it does not start.
-bool StartWinsock();
+/// Starts the socket library, version 1.1; false, and one message more, when it does not start.
+bool StartWinsock(std::vector<std::string>& messages);
 
-/// Releases the socket library once for each start; shows a message when that fails.
-void StopWinsock();
+/// Releases the socket library, once for each start; adds a message when that fails.
+void StopWinsock(std::vector<std::string>& messages);
 
 /// What a failed start says: `code` is its result, `version` the version word that the library offers, its
 /// main number in the low byte.

@@ -12,9 +12,9 @@ namespace supervision {
 
 /// What differs between those who restart the suite.
 struct Restart {
-    std::optional<std::string> message; ///< sent to the players first; nothing tells them nothing
-    std::function<void()> meanwhile;    ///< runs while the servers are down; may be empty
-    bool checkExecutables = false;      ///< starts nothing unless all three executables are there
+    std::optional<std::string> message; ///< sent to the players first; empty: no message is sent
+    std::function<void()> meanwhile;    ///< work for the time that the servers are down; may be empty
+    bool checkExecutables = false; ///< where one of the three executables is missing, no server is started
 };
 
 /// Tells the players, shuts the login, character and zone server down, and starts the three again, login and

@@ -1,9 +1,12 @@
 #include "supervision/fraConnections.h"
 
+#include "gui/MsgBox.h"
 #include "supervision/frmIPDetection.h"
 
 supervision::Addresses fraConnections::ShowAddresses() {
     supervision::Addresses addresses = monitor_.Look();
+    for (const std::string& message : addresses.messages)
+        gui::MsgBox(message);
     txtCurrentIPAddress.Text(addresses.current);
     txtDetectedIPAddress.Text(addresses.detected.empty() ? "IP Detection Failed" : addresses.detected);
     return addresses;

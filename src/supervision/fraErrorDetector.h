@@ -13,7 +13,8 @@
 /// The control panel's page for the error detector and the server maintainer.
 class fraErrorDetector final : public gui::TabPage {
 public:
-    /// Entries of the panel's menu that say what choosing them would do to a check box of the page.
+    /// The entries of the panel's menu that check and clear a box of the page. Each caption says which of the
+    /// two a choice would do now ("Enable ..." or "Disable ...").
     struct Twins {
         gui::MenuItem& mnuEnableErrorDetector;
         gui::MenuItem& mnuClosePopups;

@@ -2,10 +2,10 @@
 #include "app/frmMainMenu.h"
 #include "app/frmSQLPath.h"
 
-#include "gui/modSystemTray.h"
 #include "support/ChildProcess.h"
 #include "support/MessageBoxes.h"
 #include "support/Surroundings.h"
+#include "support/Tray.h"
 
 namespace {
 
@@ -132,12 +132,15 @@ TEST_F(MainMenu, StartsRestartsShowsHidesAndShutsDown) {
 TEST_F(MainMenu, TheTrayIconTakesTheWindowAwayAndADoubleClickBringsItBack) {
     frmMainMenu form(false);
     form.Show();
+    EXPECT_FALSE(support::HasTrayIcon(form));
     form.cmdMinimizetoTray.Press();
     EXPECT_FALSE(form.Visible());
+    EXPECT_TRUE(support::HasTrayIcon(form));
     SendMessageA(form.Window(), WM_LBUTTONDOWN, 1, WM_MOUSEMOVE);
     EXPECT_FALSE(form.Visible());
     SendMessageA(form.Window(), WM_LBUTTONDOWN, 1, modSystemTray::kTrayDoubleClick);
     EXPECT_TRUE(form.Visible());
+    EXPECT_FALSE(support::HasTrayIcon(form));
 }
 
 /// The two pickers differ in their key, their file and their message only.

@@ -181,7 +181,7 @@ TEST_F(ServerSettings, ChangesThePrioritiesOfRunningServers) {
 }
 
 TEST_F(ServerSettings, OffersTheDetectedAddress) {
-    const std::string local = supervision::DetectLocalAddresses().back();
+    const std::string local = supervision::DetectLocalAddresses().addresses.back();
     ASSERT_NE(local, "");
     const std::string offer = " is detected as current IP address. Use it ?";
     const std::tuple<const char*, std::string, int, std::string> cases[] = {

@@ -1,3 +1,5 @@
+#include "FakeWindow.h"
+
 #include "gui/Application.h"
 #include "servers/modServerControl.h"
 #include "support/Servers.h"
@@ -16,26 +18,41 @@ TEST(Control, StartsMinimisedAndShutsDown) {
         EXPECT_EQ(Shutdown(server), 0);
         EXPECT_EQ(Start(server), 1);
         ASSERT_TRUE(WaitUntil([&] { return IsIconic(MainWindow(server)); }));
+        // Minimised, and with the focus.
+        EXPECT_EQ(GetPropA(MainWindow(server), standin::kShowCommandProperty),
+                  reinterpret_cast<HANDLE>(INT_PTR{SW_SHOWMINIMIZED}));
     }
     EXPECT_EQ(std::filesystem::current_path().string() + "\\", folder.Path());
     // The zone server's pause ends in its overflow, and takes the status along.
-    EXPECT_EQ(ShutdownLoginServer() * 100 + ShutdownCharacterServer() * 10 + ShutdownZoneServer(), 110);
+    EXPECT_EQ(ShutdownLoginServer(), 1);
+    EXPECT_EQ(ShutdownCharacterServer(), 1);
+    EXPECT_EQ(ShutdownZoneServer(), 0);
     EXPECT_TRUE(WaitUntil([&] {
         return std::ranges::none_of(kServers, [&](Server server) { return folder.IsRunning(server); });
     }));
     std::filesystem::remove(folder.Path() + "kLogin.exe");
     support::WriteFile(folder.Path() + "kZone.exe", "no program");
-    EXPECT_EQ(StartLoginServer() + StartZoneServer(), 0);
+    EXPECT_EQ(StartLoginServer(), 0);
+    EXPECT_EQ(StartZoneServer(), 0);
     KernoPath(folder.Path().substr(0, folder.Path().size() - 1));
     EXPECT_EQ(StartCharacterServer(), 0);
 }
 
-TEST(Control, ShowsAndHidesBothWindows) {
+TEST(Control, ShowsAndHidesTheWindows) {
     const ServerFolder folder;
     EXPECT_EQ(ShowZoneServer(), 0);
     const HWND main = folder.Launch(Server::Zone);
     const HWND app = folder.AppWindow(Server::Zone);
-    ASSERT_TRUE(main && app);
+    ASSERT_TRUE(main);
+    ASSERT_TRUE(app);
+    // Of a second instance as well, but one application window only.
+    const HWND second = folder.Launch(Server::Zone, "second.exe");
+    EXPECT_EQ(HideZoneServer(), 1);
+    EXPECT_TRUE(WaitUntil([&] { return !IsWindowVisible(main) && !IsWindowVisible(second); }));
+    EXPECT_EQ(ShowZoneServer(), 1);
+    EXPECT_TRUE(WaitUntil([&] { return IsWindowVisible(main) && IsWindowVisible(second); }));
+    ASSERT_TRUE(PostMessageA(second, WM_CLOSE, 0, 0));
+    ASSERT_TRUE(WaitUntil([&] { return !IsWindow(second); }));
     EXPECT_EQ(HideZoneServer(), 1);
     EXPECT_TRUE(WaitUntil([&] { return !IsWindowVisible(main) && !IsWindowVisible(app); }));
     EXPECT_TRUE(IsZoneRunning());
@@ -64,13 +81,58 @@ TEST(Control, OutlivesServersThatRefuseHangOrCrash) {
     EXPECT_EQ(TrayStatusText(), "Kerno Tools :: [Login(Active) Character(Active) Zone(Inactive)]");
     // Nothing here may wait for an answer that does not come in ten minutes.
     EXPECT_TRUE(WaitUntil([&] { return ReadLoginLog().empty(); }));
-    EXPECT_EQ(HideLoginServer() + ShowLoginServer() + SetLoginPriority(4) + ShutdownLoginServer(), 4);
+    EXPECT_EQ(HideLoginServer(), 1);
+    EXPECT_EQ(ShowLoginServer(), 1);
+    EXPECT_EQ(SetLoginPriority(4), 1);
+    EXPECT_EQ(ShutdownLoginServer(), 1);
     EXPECT_TRUE(IsLoginRunning());
+}
+
+TEST(Control, AShutdownClosesOneInstanceOnly) {
+    const ServerFolder folder;
+    const HWND windows[] = {folder.Launch(Server::Login), folder.Launch(Server::Login, "second.exe")};
+    for (const HWND window : windows)
+        folder.Command(window, Command::RefuseToClose);
+    EXPECT_EQ(ShutdownLoginServer(), 1);
+    std::ptrdiff_t asked = 0;
+    for (const HWND window : windows) {
+        // What it writes on demand comes after what it writes about a close.
+        folder.Command(window, Command::WriteLines);
+        const HWND memo = FindWindowExA(window, nullptr, kMessageBoxClass, nullptr);
+        ASSERT_TRUE(WaitUntil([&] { return support::TextOf(memo).ends_with("Line 1\r\n"); }));
+        asked += support::TextOf(memo).find("refused") != std::string::npos;
+    }
+    EXPECT_EQ(asked, 1);
+}
+
+WindowHandle askedMeanwhile;
+
+/// A server that asks something as soon as anybody looks for its window.
+LRESULT CALLBACK AskingServer(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_GETTEXT && !askedMeanwhile)
+        askedMeanwhile = DialogWindow("kLogin asks");
+    return DefWindowProcA(window, message, wParam, lParam);
+}
+
+TEST(Control, AShutdownSweepsDialogsAwayBeforeAndAfterTheClose) {
+    const ServerFolder folder;
+    ASSERT_TRUE(folder.Launch(Server::Login));
+    folder.Command(Server::Login, Command::RaiseDialogs);
+    ASSERT_TRUE(WaitUntil([&] { return folder.DialogCount() == 1; }));
+    EXPECT_EQ(ShutdownCharacterServer(), 0);
+    EXPECT_EQ(folder.DialogCount(), 0);
+
+    folder.KillAll();
+    const WindowHandle server = FakeWindow("TForm1", "Kerno Login Server ", AskingServer);
+    EXPECT_EQ(ShutdownLoginServer(), 1);
+    ASSERT_TRUE(askedMeanwhile);
+    EXPECT_FALSE(IsWindow(askedMeanwhile.release()));
 }
 
 TEST(Messages, AreTakenFromTheServerAndReachThePlayersThroughTwo) {
     const ServerFolder folder;
-    EXPECT_EQ(TypeZoneMessage("nobody") + ClickServerButton("Send Message"), 0);
+    EXPECT_EQ(TypeZoneMessage("nobody"), 0);
+    EXPECT_EQ(ClickServerButton("Send Message"), 0);
     EXPECT_EQ(ReadZoneLog(), "");
     ASSERT_TRUE(folder.Launch(Server::Zone));
     const HWND memo = folder.Child(Server::Zone, kMessageBoxClass);
@@ -100,7 +162,8 @@ TEST(Dialogs, AreClosedByTheirKindAndSweptAwayWhoeverRaisesThem) {
     EXPECT_EQ(CloseServerDialogs(), 1);
     folder.Command(Server::Login, Command::RaiseDialogs);
     ASSERT_TRUE(WaitUntil([&] { return folder.DialogCount() == 1; }));
-    EXPECT_EQ(HasDialogByProcess() * 10 + HasDialogByTitle(), 10);
+    EXPECT_EQ(HasDialogByProcess(), 1);
+    EXPECT_EQ(HasDialogByTitle(), 0);
     EXPECT_EQ(CloseDialogByTitle(), "");
     // All but the last character is read.
     EXPECT_EQ(CloseDialogByProcess() + ".", std::string("Error 1: ") + standin::kErrorText);
@@ -117,7 +180,9 @@ TEST(Dialogs, AreClosedByTheirKindAndSweptAwayWhoeverRaisesThem) {
     folder.Command(stranger, Command::RaiseTitledDialog);
     EXPECT_TRUE(WaitUntil([&] { return folder.DialogCount() == 9; }));
     EXPECT_EQ(CloseServerDialogs(), 1);
-    EXPECT_EQ(folder.DialogCount() + HasDialogByProcess() + HasDialogByTitle(), 0);
+    EXPECT_EQ(folder.DialogCount(), 0);
+    EXPECT_EQ(HasDialogByProcess(), 0);
+    EXPECT_EQ(HasDialogByTitle(), 0);
 }
 
 TEST(ZonePause, EndsByTheHour) {

@@ -1,4 +1,5 @@
-#include "common/Handle.h"
+#include "FakeWindow.h"
+
 #include "servers/ForeignWindows.h"
 #include "servers/modServerControl.h"
 #include "support/Servers.h"
@@ -10,16 +11,6 @@ using namespace modServerControl;
 using support::ServerFolder;
 
 namespace {
-
-/// A window of the test program with a server's class and any title.
-common::Handle<HWND, DestroyWindow> FakeWindow(const char* windowClass, const std::string& title) {
-    WNDCLASSA kind{};
-    kind.lpfnWndProc = DefWindowProcA;
-    kind.lpszClassName = windowClass;
-    RegisterClassA(&kind);
-    return common::Handle<HWND, DestroyWindow>(CreateWindowExA(0, windowClass, title.c_str(), WS_POPUP, 0, 0,
-                                                               9, 9, nullptr, nullptr, nullptr, nullptr));
-}
 
 TEST(Detection, TellsServersByTheirTitles) {
     const std::tuple<const char*, bool, bool, bool> cases[] = {
@@ -44,11 +35,19 @@ TEST(Detection, TellsServersByTheirTitles) {
     }
     const auto app = FakeWindow("TApplication", "Kerno Zone");
     const auto shortApp = FakeWindow("TApplication", "Kerno Zon");
-    EXPECT_TRUE(IsZoneAppWindow(app.get()) && !IsZoneAppWindow(shortApp.get()));
+    EXPECT_TRUE(IsZoneAppWindow(app.get()));
+    EXPECT_FALSE(IsZoneAppWindow(shortApp.get()));
+}
+
+TEST(Detection, TellsDialogsByTheirTitleWithoutItsLastCharacter) {
+    for (const auto& [title, expected] : {std::pair("Error in KZONE.", 1), {"kLogin", 0}, {"Kerno", 0}}) {
+        const WindowHandle dialog = DialogWindow(title);
+        EXPECT_EQ(HasDialogByTitle(), expected) << title;
+    }
 }
 
 TEST(Detection, VisitsEveryWindowAlthoughTheyChangePlaces) {
-    std::vector<common::Handle<HWND, DestroyWindow>> windows;
+    std::vector<WindowHandle> windows;
     for (int i = 0; i < 5; ++i)
         windows.push_back(FakeWindow("kToolsTestRaised", ""));
     for (const HWND raised : {HWND{}, windows.front().get(), windows.back().get()}) {
@@ -113,7 +112,13 @@ TEST(Priority, PairsIndexesWithClasses) {
     }
     EXPECT_EQ(SetProcessPriority(window, ABOVE_NORMAL_PRIORITY_CLASS), 1);
     EXPECT_EQ(GetLoginPriority(), 0);
-    EXPECT_EQ(SetCharacterPriority(3) + GetCharacterPriority(), 0);
+    EXPECT_EQ(SetCharacterPriority(3), 0);
+    EXPECT_EQ(GetCharacterPriority(), 0);
+    // A second instance is given the priority too.
+    const HWND second = folder.Launch(Server::Login, "second.exe");
+    EXPECT_EQ(SetLoginPriority(5), 1);
+    for (const HWND each : {window, second})
+        EXPECT_EQ(GetProcessPriority(each), DWORD{IDLE_PRIORITY_CLASS});
 }
 
 } // namespace

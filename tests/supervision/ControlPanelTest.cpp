@@ -1,6 +1,7 @@
 #include "Panel.h"
 
 #include "supervision/frmIPDetection.h"
+#include "support/Tray.h"
 
 namespace {
 
@@ -118,6 +119,29 @@ TEST_F(Panel, ShowsBothAddressesAndLetsNobodyTypeOverThem) {
         EXPECT_EQ(page.txtCurrentIPAddress.Text(), "10.1.2.3");
         panel.Unload();
     }
+}
+
+TEST_F(Panel, MinimisedItWorksOnBehindItsIcon) {
+    frmServerControl panel;
+    panel.Show();
+    panel.backup.txtBackupMinutes.Text("60");
+    panel.cmdMinimizetoTray.Press();
+    EXPECT_FALSE(panel.Visible());
+    EXPECT_TRUE(support::HasTrayIcon(panel));
+    kTools.INIProperty(kDynamicHostname, "10.9.8.7");
+    kerno.INIProperty("IP", "10.4.4.4");
+    panel.connections.tmrMonitorIP.Tick();
+    panel.backup.tmrBackup.Tick();
+    EXPECT_EQ(panel.connections.txtDetectedIPAddress.Text(), "10.9.8.7");
+    EXPECT_EQ(panel.connections.txtCurrentIPAddress.Text(), "10.4.4.4");
+    EXPECT_EQ(panel.backup.txtTimeLeft.Text(), "59");
+    // The position of the press is the icon's message; the icon stays, for the next time.
+    SendMessageA(panel.Window(), WM_LBUTTONDOWN, 1, modSystemTray::kTrayDoubleClick);
+    EXPECT_TRUE(panel.Visible());
+    EXPECT_EQ(panel.State(), gui::WindowState::Normal);
+    panel.Unload();
+    panel.Load();
+    EXPECT_FALSE(support::HasTrayIcon(panel));
 }
 
 TEST(CheckInterval, IsWhatATimerCanWait) {

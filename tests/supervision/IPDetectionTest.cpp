@@ -8,12 +8,12 @@ namespace {
 using namespace supervision;
 
 TEST(IPDetection, FindsTheLastAddressOfANameThatResolves) {
-    EXPECT_EQ(DetectHostAddresses("localhost")[0], "127.0.0.1");
-    EXPECT_EQ(DetectHostAddresses("10.1.2.255")[0], "10.1.2.255");
+    EXPECT_EQ(DetectHostAddresses("localhost").addresses[0], "127.0.0.1");
+    EXPECT_EQ(DetectHostAddresses("10.1.2.255").addresses[0], "10.1.2.255");
     // The top-level name "invalid" is reserved for never existing.
     for (const std::string& name : {std::string("nobody.invalid"), std::string(10'000, 'x')})
-        EXPECT_EQ(DetectHostAddresses(name)[0], "") << name;
-    const std::string own = DetectLocalAddresses()[0];
+        EXPECT_EQ(DetectHostAddresses(name).addresses[0], "") << name;
+    const std::string own = DetectLocalAddresses().addresses[0];
     EXPECT_TRUE(std::regex_match(own, std::regex(R"(\d+\.\d+\.\d+\.\d+)"))) << own;
 }
 

@@ -162,12 +162,23 @@ TEST_F(Panel, TheMonitorActsOnAChangedAddress) {
 
 TEST_F(Panel, AChangeThatIsNotWrittenIsFoundAgain) {
     kTools.INIProperty(kDynamicHostname, "10.7.7.7");
-    ASSERT_TRUE(servers.Launch(Server::Zone));
+    const HWND zone = servers.Launch(Server::Zone);
+    ASSERT_TRUE(zone);
+    // The character server has the button that sends what was typed at the zone server, which stays, so that
+    // what it sent to the players can be read afterwards.
+    ASSERT_TRUE(servers.Launch(Server::Character));
+    servers.Command(Server::Zone, Command::RefuseToClose);
     frmServerControl panel;
     panel.Load();
     panel.connections.chkOnIPChanges.Value(1);
     panel.connections.chkRestartServer.Value(1);
+    panel.connections.chkSendMessageIPChange.Value(1);
+    panel.connections.txtMessageIPChange.Text("We are moving");
     panel.connections.tmrMonitorIP.Tick();
+    const HWND zoneLog = FindWindowExA(zone, nullptr, modServerControl::kMessageBoxClass, nullptr);
+    EXPECT_TRUE(WaitUntil([&] {
+        return support::TextOf(zoneLog).find("Broadcast: We are moving\r\n") != std::string::npos;
+    })) << support::TextOf(zoneLog);
     for (const Server server : kServers)
         EXPECT_TRUE(WaitUntil([&] { return servers.MainWindow(server) != nullptr; }));
     EXPECT_EQ(kerno.INIProperty("IP"), "10.1.2.3");
