@@ -95,7 +95,7 @@ void frmAccountEditor::TellProgress(std::size_t accountsRead) {
 
 /// A message of the editor; false when the editor was closed meanwhile.
 bool frmAccountEditor::Tell(const std::string& text) {
-    MsgBox(text, MB_OK, kTitle);
+    MsgBoxNow(text, MB_OK, kTitle);
     return Loaded();
 }
 
@@ -372,7 +372,7 @@ void frmAccountEditor::cmdDeleteAccount_Click() {
         Tell("There is no account '" + name + "' to delete. Please choose one from the list");
         return;
     }
-    if (MsgBox("Are you sure you want to delete account '" + name + "' ?", MB_YESNO, kTitle) != IDYES ||
+    if (MsgBoxNow("Are you sure you want to delete account '" + name + "' ?", MB_YESNO, kTitle) != IDYES ||
         !Loaded())
         return;
     const bool ofSelected = name == selected_.stored.name;

@@ -30,7 +30,7 @@ void ServerMenu::StartKerno() {
         return common::FileExists(KernoPath() + "\\" + ComponentOf(server).executable);
     });
     if (!complete) {
-        form_.MsgBox("Can't find Kerno executables in current directory");
+        form_.MsgBoxNow("Can't find Kerno executables in current directory");
         return;
     }
     if (std::ranges::all_of(kServers, [this](Server server) { return AskAndStart(server); }))
@@ -56,7 +56,7 @@ void ServerMenu::HideKerno() {
 }
 
 bool ServerMenu::AskAndStart(Server server) {
-    if (IsRunning(server) && form_.MsgBox(SecondInstanceQuestion(server), MB_YESNO) != IDYES)
+    if (IsRunning(server) && form_.MsgBoxNow(SecondInstanceQuestion(server), MB_YESNO) != IDYES)
         return false;
     StartWithPriority(server);
     return true;

@@ -10,7 +10,7 @@
 
 void frmMainMenu::Form_Load() {
     if (previousInstance_ &&
-        MsgBox("It is not advisable to run few instances of this tool. Close this instance ?", MB_YESNO) ==
+        MsgBoxNow("It is not advisable to run few instances of this tool. Close this instance ?", MB_YESNO) ==
             IDYES) {
         gui::End();
         throw gui::Leaving{};
@@ -71,9 +71,10 @@ void frmMainMenu::Form_TaskbarCreated() {
 }
 
 void frmMainMenu::Form_Error(const RuntimeError& error) {
-    MsgBox("Kerno Tools has to close: error " + std::to_string(error.Number()) + ", " + error.Description() +
-               "\n\nPut this right and start Kerno Tools again. The servers keep running.",
-           MB_ICONERROR);
+    MsgBoxNow("Kerno Tools has to close: error " + std::to_string(error.Number()) + ", " +
+                  error.Description() +
+                  "\n\nPut this right and start Kerno Tools again. The servers keep running.",
+              MB_ICONERROR);
     modSystemTray::TrayDeleteIcon(*this);
     gui::End(1);
 }
@@ -108,13 +109,13 @@ void frmMainMenu::cmdMinimizetoTray_Click() {
 }
 
 void frmMainMenu::mnuSetPath_Click() {
-    frmBrowse().ShowModal(*this);
+    frmBrowse().ShowModalNow(*this);
 }
 void frmMainMenu::mnuSetSQLPath_Click() {
-    frmSQLPath().ShowModal(*this);
+    frmSQLPath().ShowModalNow(*this);
 }
 void frmMainMenu::mnuAbout_Click() {
-    frmAbout().ShowModal(*this);
+    frmAbout().ShowModalNow(*this);
 }
 
 void frmMainMenu::mnuMenuMain_Click() {

@@ -6,13 +6,13 @@
 void ConnectionsPage::cmdEnterIP_Click() {
     const auto [addresses, messages] = supervision::DetectAddresses(kTools_);
     for (const std::string& message : messages)
-        gui::MsgBox(message);
+        gui::MsgBoxNow(message);
     if (!Loaded())
         return;
     gui::Form& form = Panel().Parent();
     if (addresses.front().empty())
-        form.MsgBox("IP Detection Failed", MB_OK, gui::kApplicationTitle);
-    else if (form.MsgBox(addresses.back() + " is detected as current IP address. Use it ?", MB_YESNO,
-                         gui::kApplicationTitle) == IDYES)
+        form.MsgBoxNow("IP Detection Failed", MB_OK, gui::kApplicationTitle);
+    else if (form.MsgBoxNow(addresses.back() + " is detected as current IP address. Use it ?", MB_YESNO,
+                            gui::kApplicationTitle) == IDYES)
         txtServerIP.Text(addresses.back());
 }

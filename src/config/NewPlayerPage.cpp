@@ -8,5 +8,5 @@ void NewPlayerPage::cmdMapPicker_Click() {
     picker.Load(&form, true);
     picker.ImportLocationData(txtMapName.Text(), config::CoordinateOf(txtStartingX.Text()),
                               config::CoordinateOf(txtStartingY.Text()));
-    picker.ShowModal(form);
+    picker.ShowModalNow(form);
 }

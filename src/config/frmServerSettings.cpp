@@ -60,7 +60,7 @@ void frmServerSettings::Form_Load() {
     const std::string kernoIni = settings::KernoIniPath(modServerControl::KernoPath());
     if (!common::FileExists(kernoIni)) {
         // Of no window here: this one is not seen yet, and the one that it was opened from should wait.
-        gui::MsgBox("Can't find 'Kerno.ini' in current directory. The server configurator will now close");
+        gui::MsgBoxNow("Can't find 'Kerno.ini' in current directory. The server configurator will now close");
         Unload();
         return;
     }
@@ -85,14 +85,14 @@ void frmServerSettings::SaveSettings() {
 
 void frmServerSettings::cmdSaveSettings_Click() {
     SaveSettings();
-    MsgBox("Server settings saved", MB_OK, kApplicationTitle);
+    MsgBoxNow("Server settings saved", MB_OK, kApplicationTitle);
     for (const modServerControl::Server server : modServerControl::kServers) {
         // A shutdown lets the user go on meanwhile, closing this window included; the restart that was asked
         // for is finished all the same, but nothing more is asked.
         if (!Loaded())
             return;
         if (!modServerControl::IsRunning(server) ||
-            MsgBox(modServerControl::RestartQuestion(server), MB_YESNO, kApplicationTitle) != IDYES)
+            MsgBoxNow(modServerControl::RestartQuestion(server), MB_YESNO, kApplicationTitle) != IDYES)
             continue;
         modServerControl::Shutdown(server);
         modServerControl::StartWithPriority(server, kTools_);

@@ -30,5 +30,5 @@ void AccountsPage::cmdSetupAccounts_Click() {
         for (const auto& login : logins)
             dbsetup::WriteLogin(kerno_, login);
     }
-    MsgBox("Kerno SQL accounts setup successful", MB_ICONINFORMATION, dbsetup::kTitle);
+    MsgBoxNow("Kerno SQL accounts setup successful", MB_ICONINFORMATION, dbsetup::kTitle);
 }

@@ -13,22 +13,22 @@ void RepairPage::cmdRepairDatabase_Click() {
             server_, [this](const database::Error& rejection) { return AllowEngineForm(rejection); });
     }
     if (repaired)
-        MsgBox("Database Repaired", MB_ICONINFORMATION, dbsetup::kTitle);
+        MsgBoxNow("Database Repaired", MB_ICONINFORMATION, dbsetup::kTitle);
 }
 
 bool RepairPage::AllowEngineForm(const database::Error& rejection) {
-    const int answer = MsgBox(dbsetup::ErrorMessage(rejection) +
-                                  "\n\nServers of today no longer know the clause TYPE=MyISAM. Create the "
-                                  "missing tables with ENGINE=MyISAM instead ?\n\nNo leaves the databases "
-                                  "as they are now.",
-                              MB_YESNO | MB_ICONQUESTION, dbsetup::kErrorTitle);
+    const int answer = MsgBoxNow(dbsetup::ErrorMessage(rejection) +
+                                     "\n\nServers of today no longer know the clause TYPE=MyISAM. Create the "
+                                     "missing tables with ENGINE=MyISAM instead ?\n\nNo leaves the databases "
+                                     "as they are now.",
+                                 MB_YESNO | MB_ICONQUESTION, dbsetup::kErrorTitle);
     // A wizard that was closed meanwhile has no connection any more.
     return answer == IDYES && Loaded();
 }
 
 void RepairPage::cmdDeleteDatabase_Click() {
-    if (MsgBox("This action will destroy all data currently in your Kerno database. Continue ?",
-               MB_YESNO | MB_ICONEXCLAMATION | MB_DEFBUTTON2, dbsetup::kTitle) != IDYES ||
+    if (MsgBoxNow("This action will destroy all data currently in your Kerno database. Continue ?",
+                  MB_YESNO | MB_ICONEXCLAMATION | MB_DEFBUTTON2, dbsetup::kTitle) != IDYES ||
         !Loaded())
         return;
     const gui::WaitCursor waiting;

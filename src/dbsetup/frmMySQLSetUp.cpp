@@ -3,7 +3,7 @@
 #include "dbsetup/SetUpMessages.h"
 
 void frmMySQLSetUp::Form_Error(const RuntimeError& error) {
-    MsgBox(dbsetup::ErrorMessage(error), MB_ICONERROR, dbsetup::kErrorTitle);
+    MsgBoxNow(dbsetup::ErrorMessage(error), MB_ICONERROR, dbsetup::kErrorTitle);
 }
 
 void frmMySQLSetUp::mstMySQL_Click() {

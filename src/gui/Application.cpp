@@ -1,5 +1,7 @@
 #include "gui/Application.h"
 
+#include "gui/BoxWindow.h"
+#include "gui/Form.h"
 #include "gui/FormSlot.h"
 
 #include <windows.h>
@@ -12,7 +14,7 @@ bool ending = false;
 int exitCodeOfEnd = 0;
 
 void Dispatch(MSG& message) {
-    if (!Form::TranslateKey(message)) {
+    if (!Form::TranslateKey(message) && !BoxWindow::TranslateKey(message)) {
         TranslateMessage(&message);
         DispatchMessageA(&message);
     }
@@ -45,11 +47,17 @@ void RunUntil(const std::function<bool()>& done) {
         throw Leaving{};
 }
 
+Tasks& ToolTasks() {
+    static Tasks tasks;
+    return tasks;
+}
+
 int Run() {
     try {
         RunUntil([] { return false; });
     } catch (const Leaving&) {
     }
+    ToolTasks().Cancel();
     return exitCodeOfEnd;
 }
 

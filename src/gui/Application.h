@@ -1,5 +1,7 @@
 #pragma once
 
+#include "gui/Task.h"
+
 #include <functional>
 
 namespace gui {
@@ -29,6 +31,9 @@ public:
 private:
     static inline int count_ = 0;
 };
+
+/// The tasks that belong to no window. They end when the tool is left.
+Tasks& ToolTasks();
 
 /// Dispatches messages until the tool is left; returns the exit code given to End.
 int Run();

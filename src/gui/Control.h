@@ -98,8 +98,8 @@ private:
 
 class CommandButton : public Control {
 public:
-    template <class F, class C = F>
-    CommandButton(F& form, int id, void (C::*click)() = nullptr)
+    template <class F, class R = void, class C = F>
+    CommandButton(F& form, int id, R (C::*click)() = nullptr)
         : Control(form, id), click_(Bind(form, click)) {}
     std::string Caption() const { return WindowText(); }
     void Caption(const std::string& caption) { WindowText(caption); }
@@ -115,8 +115,8 @@ private:
 /// A box that is checked (1) or not (0).
 class CheckBox : public Control {
 public:
-    template <class F, class C = F>
-    CheckBox(F& form, int id, void (C::*click)() = nullptr) : Control(form, id), click_(Bind(form, click)) {}
+    template <class F, class R = void, class C = F>
+    CheckBox(F& form, int id, R (C::*click)() = nullptr) : Control(form, id), click_(Bind(form, click)) {}
     int Value() const;
     /// Any value but 0 checks the box. Runs the Click handler, whether or not the value is new.
     void Value(int value);
@@ -131,9 +131,8 @@ private:
 /// One of a group of choices; the group starts at the control that has the WS_GROUP style.
 class OptionButton : public Control {
 public:
-    template <class F, class C = F>
-    OptionButton(F& form, int id, void (C::*click)() = nullptr)
-        : Control(form, id), click_(Bind(form, click)) {}
+    template <class F, class R = void, class C = F>
+    OptionButton(F& form, int id, R (C::*click)() = nullptr) : Control(form, id), click_(Bind(form, click)) {}
     bool Value() const;
     /// True selects this choice, clears the others of its group and runs the Click handler; false only
     /// clears.

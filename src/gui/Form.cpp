@@ -49,10 +49,12 @@ std::vector<Form*>& Form::LoadedForms() {
 
 Form::Form(int templateId) : templateId_(templateId) {}
 
+Form::Form(int templateId, Form& parent) : templateId_(templateId), parent_(&parent) {}
+
 Form::~Form() {
     // Whoever destroys the form knows that it is gone.
     Unloaded = nullptr;
-    Destroy();
+    Discard();
 }
 
 // ---- Life
@@ -73,16 +75,17 @@ void Form::Load(Form* over, bool owned) {
     loading_ = false;
     // Half-loaded settings must never be written back, so there is no Form_Unload here.
     if (!complete)
-        Destroy();
+        Discard();
 }
 
 void Form::MakeWindow(HWND owner) {
     LoadControlClasses();
     const HINSTANCE module = GetModuleHandleA(nullptr);
+    gone_ = std::make_unique<Event>();
     const HWND window = CreateDialogParamA(module, MAKEINTRESOURCEA(templateId_), owner, Procedure,
                                            reinterpret_cast<LPARAM>(this));
     if (attachError_) {
-        Destroy();
+        Discard();
         std::rethrow_exception(std::exchange(attachError_, nullptr));
     }
     if (!window)
@@ -125,32 +128,12 @@ void Form::Show(Form* over) {
     BringToFront();
 }
 
-void Form::ShowModal(Form& owner) {
-    Load(&owner, true);
-    if (!Loaded())
-        return;
-    disabledOwner_ = owner.Window();
-    EnableWindow(disabledOwner_, FALSE);
-    ShowWindow(window_, SW_SHOW);
-    RunUntil([this] { return !Loaded(); });
-}
-
-void Form::Unload() {
-    if (!Loaded() || unloading_)
-        return;
-    unloading_ = true;
-    if (!loading_)
-        Raise([this] { Form_Unload(); });
-    Destroy();
-    unloading_ = false;
-}
-
-void Form::Destroy() {
+void Form::Discard() {
     if (!window_)
         return;
+    Raise([this] { Form_Going(); });
     // Before the window goes, or the system would activate some other program's window.
-    if (disabledOwner_)
-        EnableWindow(std::exchange(disabledOwner_, nullptr), TRUE);
+    disabledOwner_.reset();
     DestroyWindow(window_);
 }
 
@@ -161,6 +144,10 @@ void Form::Forget() {
         control->window_ = nullptr;
     for (PopupMenu* menu : popupMenus_)
         menu->Detach();
+    disabledOwner_.reset();
+    tasks_.Cancel();
+    told_.clear();
+    gone_->Set();
     if (Unloaded)
         Unloaded();
 }
@@ -207,10 +194,6 @@ void Form::State(WindowState state) {
 void Form::BringToFront() {
     SetForegroundWindow(window_);
     BringWindowToTop(window_);
-}
-
-int Form::MsgBox(const std::string& text, unsigned style, const std::string& title) {
-    return gui::MsgBox(text, style, title.empty() ? Caption() : title, window_);
 }
 
 } // namespace gui

@@ -19,14 +19,8 @@ UINT TaskbarCreatedMessage() {
 
 void Form::Raise(const std::function<void()>& handler) {
     struct OnStack {
-        explicit OnStack(Form* innermost) : form(innermost) {
-            for (Form* each = form; each; each = each->parent_)
-                ++each->busy_;
-        }
-        ~OnStack() {
-            for (Form* each = form; each; each = each->parent_)
-                --each->busy_;
-        }
+        explicit OnStack(Form* innermost) : form(innermost) { form->Occupy(1); }
+        ~OnStack() { form->Occupy(-1); }
         Form* form;
     } onStack(this);
 
@@ -53,12 +47,9 @@ void Form::Report(const RuntimeError& error) {
 }
 
 void Form::Form_Error(const RuntimeError& error) {
-    Form* top = this;
-    while (top->parent_)
-        top = top->parent_;
-    if (top != this)
-        return top->Form_Error(error);
-    MsgBox("Error " + std::to_string(error.Number()) + ": " + error.Description(), MB_ICONEXCLAMATION);
+    if (&Top() != this)
+        return Top().Form_Error(error);
+    Tell("Error " + std::to_string(error.Number()) + ": " + error.Description(), MB_ICONEXCLAMATION);
 }
 
 INT_PTR CALLBACK Form::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {

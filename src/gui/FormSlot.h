@@ -3,6 +3,7 @@
 #include "gui/Form.h"
 
 #include <memory>
+#include <utility>
 
 namespace gui {
 
@@ -11,11 +12,32 @@ void Retire(std::unique_ptr<Form> form);
 /// Deletes the retired forms that can go; the message loop calls it between messages.
 void ReleaseRetired();
 
+/// Holds a form that lives in a task or on the stack; its window goes before its members do.
+template <class F> class Local {
+public:
+    template <class... A> explicit Local(A&&... arguments) : form_(std::forward<A>(arguments)...) {}
+    ~Local() { form_.Discard(); }
+    Local(const Local&) = delete;
+    Local& operator=(const Local&) = delete;
+
+    F& operator*() { return form_; }
+    F* operator->() { return &form_; }
+
+private:
+    F form_;
+};
+
 /// Holds a modeless form: makes it when it is asked for, and lets it go once it has been unloaded.
 template <class F> class FormSlot {
 public:
     explicit FormSlot(std::function<std::unique_ptr<F>()> make = [] { return std::make_unique<F>(); })
         : make_(std::move(make)) {}
+    ~FormSlot() {
+        if (form_) {
+            form_->Unloaded = nullptr;
+            form_->Discard();
+        }
+    }
     FormSlot(const FormSlot&) = delete;
     FormSlot& operator=(const FormSlot&) = delete;
 

@@ -37,8 +37,8 @@ private:
 
 class ListBox : public ListControl {
 public:
-    template <class F, class C = F>
-    ListBox(F& form, int id, void (C::*click)() = nullptr, void (C::*dblClick)() = nullptr)
+    template <class F, class R = void, class C = F, class D = void>
+    ListBox(F& form, int id, R (C::*click)() = nullptr, D (C::*dblClick)() = nullptr)
         : ListControl(form, id, kMessages, Bind(form, click)), dblClick_(Bind(form, dblClick)) {}
 
 private:
@@ -51,8 +51,8 @@ private:
 /// A list that drops down, with or without a text field (the template's style says which).
 class ComboBox : public ListControl {
 public:
-    template <class F, class C = F>
-    ComboBox(F& form, int id, void (C::*click)() = nullptr, void (C::*change)() = nullptr,
+    template <class F, class R = void, class C = F>
+    ComboBox(F& form, int id, R (C::*click)() = nullptr, void (C::*change)() = nullptr,
              void (C::*keyPress)(int&) = nullptr)
         : ListControl(form, id, kMessages, Bind(form, click)), change_(Bind(form, change)),
           keyPress_(Bind(form, keyPress)) {}

@@ -7,8 +7,8 @@ namespace gui {
 /// An entry of the form's menu bar or of one of its pop-up menus.
 class MenuItem {
 public:
-    template <class F, class C = F>
-    MenuItem(F& form, int id, void (C::*click)() = nullptr) : MenuItem(form, id, Bind(form, click)) {}
+    template <class F, class R = void, class C = F>
+    MenuItem(F& form, int id, R (C::*click)() = nullptr) : MenuItem(form, id, Bind(form, click)) {}
     ~MenuItem();
     MenuItem(const MenuItem&) = delete;
     MenuItem& operator=(const MenuItem&) = delete;

@@ -43,8 +43,8 @@ private:
 class RichTextBox : public TextControl {
 public:
     /// `click`: a press and release of the left button that selects nothing.
-    template <class F, class C = F>
-    RichTextBox(F& form, int id, void (C::*click)() = nullptr)
+    template <class F, class R = void, class C = F>
+    RichTextBox(F& form, int id, R (C::*click)() = nullptr)
         : TextControl(form, id, {}), click_(Bind(form, click)) {}
     using TextControl::Text;
     void Text(const std::string& text) { WindowText(text); }

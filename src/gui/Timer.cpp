@@ -4,7 +4,7 @@
 
 namespace gui {
 
-Timer::Timer(Form& form, std::chrono::milliseconds interval, std::function<void()> tick, bool enabled)
+Timer::Timer(Form& form, std::chrono::milliseconds interval, TickUntilOver tick, bool enabled)
     : form_(form), interval_(interval), tick_(std::move(tick)), enabled_(enabled) {
     form.timers_.push_back(this);
 }
@@ -43,8 +43,7 @@ void Timer::Tick() {
     if (running_)
         return;
     running_ = true;
-    form_.Raise(tick_);
-    running_ = false;
+    tick_([this] { running_ = false; });
 }
 
 } // namespace gui

@@ -6,13 +6,25 @@
 
 namespace gui {
 
-/// Fires while its form is loaded and it is enabled. A tick that comes due while the handler still runs is
-/// dropped; other timers go on firing while a handler yields. An interval of 0 or less never fires.
+/// Fires while its form is loaded and it is enabled. A tick that comes due while the handler still runs, or
+/// its task is not over, is dropped. An interval of 0 or less never fires.
 class Timer {
 public:
     template <class F, class C = F>
     Timer(F& form, std::chrono::milliseconds interval, void (C::*tick)(), bool enabled = true)
-        : Timer(form, interval, Bind(form, tick), enabled) {}
+        : Timer(
+              form, interval,
+              [&form, tick](const std::function<void()>& over) {
+                  form.Raise([&] { (form.*tick)(); });
+                  over();
+              },
+              enabled) {}
+    template <class F, class C = F>
+    Timer(F& form, std::chrono::milliseconds interval, Task<> (C::*tick)(), bool enabled = true)
+        : Timer(
+              form, interval,
+              [&form, tick](const std::function<void()>& over) { form.Start((form.*tick)(), over); },
+              enabled) {}
     ~Timer();
     Timer(const Timer&) = delete;
     Timer& operator=(const Timer&) = delete;
@@ -27,13 +39,14 @@ public:
 
 private:
     friend class Form;
-    Timer(Form& form, std::chrono::milliseconds interval, std::function<void()> tick, bool enabled);
+    using TickUntilOver = std::function<void(const std::function<void()>& over)>;
+    Timer(Form& form, std::chrono::milliseconds interval, TickUntilOver tick, bool enabled);
     UINT_PTR Id() const { return reinterpret_cast<UINT_PTR>(this); }
     void Apply();
 
     Form& form_;
     std::chrono::milliseconds interval_;
-    std::function<void()> tick_;
+    TickUntilOver tick_;
     bool enabled_;
     bool running_ = false;
 };

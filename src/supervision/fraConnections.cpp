@@ -6,7 +6,7 @@
 supervision::Addresses fraConnections::ShowAddresses() {
     supervision::Addresses addresses = monitor_.Look();
     for (const std::string& message : addresses.messages)
-        gui::MsgBox(message);
+        gui::MsgBoxNow(message);
     txtCurrentIPAddress.Text(addresses.current);
     txtDetectedIPAddress.Text(addresses.detected.empty() ? "IP Detection Failed" : addresses.detected);
     return addresses;
@@ -45,5 +45,5 @@ void fraConnections::chkSendMessageIPChange_Click() {
 }
 
 void fraConnections::cmdIPDetectionSettings_Click() {
-    frmIPDetection().ShowModal(Panel().Parent());
+    frmIPDetection().ShowModalNow(Panel().Parent());
 }

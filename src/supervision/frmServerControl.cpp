@@ -14,12 +14,6 @@ std::string ErrorMessage(const RuntimeError& error) {
 
 } // namespace
 
-frmServerControl::~frmServerControl() {
-    // When the tool is left the panel goes without being unloaded.
-    if (inTray_ && Loaded())
-        modSystemTray::TrayDeleteIcon(*this);
-}
-
 void frmServerControl::Form_Load() {
     state.kTools.INIPath(settings::kToolsIniPath());
     state.kerno.INIPath(settings::KernoIniPath(modServerControl::KernoPath()));
@@ -28,16 +22,13 @@ void frmServerControl::Form_Load() {
 }
 
 void frmServerControl::Form_Unload() {
-    // Also when the tool is left while the box of a failed save is open.
-    const struct IconRemoval {
-        ~IconRemoval() {
-            modSystemTray::TrayDeleteIcon(panel);
-            panel.inTray_ = false;
-        }
-        frmServerControl& panel;
-    } iconRemoval{*this};
     while (!SaveSettings()) {
     }
+}
+
+void frmServerControl::Form_Going() {
+    modSystemTray::TrayDeleteIcon(*this);
+    inTray_ = false;
 }
 
 /// False when it failed and is to be tried again.
@@ -47,9 +38,9 @@ bool frmServerControl::SaveSettings() {
         return true;
     } catch (const RuntimeError& error) {
         // The file may be open elsewhere; what was typed is lost only when the operator says so.
-        return MsgBox(ErrorMessage(error) + "\n\nThe settings could not be written to " +
-                          state.kTools.INIPath() + ". Cancel closes the window without them.",
-                      MB_RETRYCANCEL | MB_ICONEXCLAMATION) != IDRETRY;
+        return MsgBoxNow(ErrorMessage(error) + "\n\nThe settings could not be written to " +
+                             state.kTools.INIPath() + ". Cancel closes the window without them.",
+                         MB_RETRYCANCEL | MB_ICONEXCLAMATION) != IDRETRY;
     }
 }
 
@@ -80,5 +71,5 @@ void frmServerControl::Form_Error(const RuntimeError& error) {
     if (gui::Uninterrupted::Any())
         backup.ShowLater(error);
     else
-        MsgBox(ErrorMessage(error));
+        MsgBoxNow(ErrorMessage(error));
 }

@@ -8,7 +8,6 @@
 class frmServerControl final : public gui::Form {
 public:
     frmServerControl() : Form(IDD_frmServerControl) {}
-    ~frmServerControl() override;
 
     gui::PopupMenu mnuPopup{*this, IDR_frmServerControl_mnuPopup};
     gui::MenuItem mnuBackupFiles{*this, IDM_frmServerControl_mnuBackupFiles,
@@ -44,6 +43,7 @@ public:
 private:
     void Form_Load() override;
     void Form_Unload() override;
+    void Form_Going() override;
     void Form_Resize() override;
     void Form_MouseDown(gui::MouseButton button, int x, int y) override;
     void Form_TaskbarCreated() override;

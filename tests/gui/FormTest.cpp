@@ -188,7 +188,7 @@ TEST(Form, AModalFormDisablesItsOwnerUntilItIsUnloaded) {
         modal.Unload();
     };
     modal.tmrTick.Enabled(true);
-    modal.ShowModal(owner);
+    modal.ShowModalNow(owner);
     EXPECT_TRUE(disabled);
     EXPECT_TRUE(IsWindowEnabled(owner.Window()));
     EXPECT_EQ(modal.Count(frmSample::kUnload), 1);
@@ -203,7 +203,7 @@ const support::ChildEntry leaveInTheMiddle("LeaveInTheMiddle", [](const std::str
     owner.whenPressed = [&] {
         owner.tmrTick.Enabled(true);
         try {
-            modal.ShowModal(owner);
+            modal.ShowModalNow(owner);
         } catch (const gui::Leaving&) {
             log << "modal ended\n";
             throw;

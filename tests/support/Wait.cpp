@@ -40,4 +40,8 @@ bool WaitUntil(const std::function<bool()>& condition, std::chrono::milliseconds
     return true;
 }
 
+bool Settle(std::chrono::milliseconds limit) {
+    return WaitUntil([] { return gui::TasksUnderWay() == 0; }, limit);
+}
+
 } // namespace support

@@ -1,0 +1,116 @@
+#pragma once
+
+#include "gui/Task.h"
+
+#include <windows.h>
+
+#include <atomic>
+#include <exception>
+#include <memory>
+#include <optional>
+#include <type_traits>
+#include <utility>
+
+namespace gui {
+
+namespace detail {
+
+/// A call that is made aside: shared by the task that awaits it and the thread that makes it. Whoever is the
+/// last to let go of it destroys what the call holds.
+class AsideCall {
+public:
+    AsideCall();
+    virtual ~AsideCall();
+    AsideCall(const AsideCall&) = delete;
+    AsideCall& operator=(const AsideCall&) = delete;
+
+    /// On the thread aside: makes the call.
+    void Make() noexcept;
+    /// On the thread aside: tells the task that the call is over.
+    void Tell() noexcept;
+    /// True when the call is over within the time.
+    bool OverWithin(std::chrono::milliseconds time) const;
+    /// The wait is to be waked when the call is over, at once where it is already.
+    void WakeWhenOver(WaitId id);
+
+protected:
+    virtual void Call() = 0;
+    std::exception_ptr error_;
+
+private:
+    HANDLE over_;
+    std::atomic<WaitId> waiting_ = 0;
+    std::atomic<bool> told_ = false;
+};
+
+template <class F> class AsideCallOf final : public AsideCall {
+public:
+    using Result = std::invoke_result_t<F&>;
+    explicit AsideCallOf(F call) : call_(std::move(call)) {}
+
+    Result Take() {
+        if (error_)
+            std::rethrow_exception(error_);
+        if constexpr (!std::is_void_v<Result>)
+            return std::move(*result_);
+    }
+
+private:
+    void Call() override {
+        if constexpr (std::is_void_v<Result>)
+            call_();
+        else
+            result_.emplace(call_());
+    }
+
+    F call_;
+    std::optional<std::conditional_t<std::is_void_v<Result>, char, Result>> result_;
+};
+
+/// Hands the call to a thread that is idle, or to a new one.
+void MakeAside(std::shared_ptr<AsideCall> call);
+
+class AsideOver : public Wait<AsideOver> {
+public:
+    explicit AsideOver(std::shared_ptr<AsideCall> call) : call_(std::move(call)) {}
+    bool await_ready() const;
+    void Begin(WaitId id) const { call_->WakeWhenOver(id); }
+
+private:
+    std::shared_ptr<AsideCall> call_;
+};
+
+} // namespace detail
+
+/// For as long as this a call aside is simply waited for: most calls are over by then, cost no more than when
+/// they were made directly, and let nothing else run in between.
+inline constexpr std::chrono::milliseconds kPlainWait{200};
+
+namespace detail {
+
+template <class F> Task<typename AsideCallOf<F>::Result> TakeOver(std::shared_ptr<AsideCallOf<F>> call) {
+    AsideOver over(call);
+    co_await over;
+    co_return call->Take();
+}
+
+} // namespace detail
+
+/// Makes one call that may block on a thread that does nothing else, and returns what it returns or raises
+/// what it raises:
+///
+///     auto call = [connection] { return connection->Open(); };
+///     const int answer = co_await Aside(call);
+///
+/// A task that ends meanwhile abandons the call, which goes on: the call must own all that it uses (by value,
+/// or shared); it is moved away from. It touches no window and no object of the tool's own. It has a name,
+/// because this compiler destroys a closure twice that is a temporary of a co_await.
+template <class F> Task<typename detail::AsideCallOf<F>::Result> Aside(F& call) {
+    return detail::TakeOver(std::make_shared<detail::AsideCallOf<F>>(std::move(call)));
+}
+
+/// True while a call aside has not come back: the program cannot end in the ordinary way then, because the
+/// libraries that such a call is in would be taken down around it.
+bool CallsAreAside();
+
+} // namespace gui
