@@ -3,6 +3,7 @@
 #include "common/Text.h"
 
 void AccountNameBox::Attached() {
+    ComboBox::Attached();
     COMBOBOXINFO info{};
     info.cbSize = sizeof info;
     GetComboBoxInfo(Window(), &info);

@@ -1,5 +1,7 @@
 #include "gui/Control.h"
 
+#include "gui/Focus.h"
+
 #include <commctrl.h>
 
 namespace gui {
@@ -10,14 +12,16 @@ Control::Control(Form& form, int id) : form_(form), id_(id) {
 
 Control::~Control() {
     std::erase(form_.controls_, this);
-    if (watched_)
-        RemoveWindowSubclass(watched_, WatchProcedure, 1);
+    for (const HWND window : watched_)
+        RemoveWindowSubclass(window, WatchProcedure, 1);
 }
 
 bool Control::Enabled() const {
     return window_ && IsWindowEnabled(window_);
 }
 void Control::Enabled(bool enabled) {
+    if (!enabled)
+        LeaveFocus(window_);
     EnableWindow(window_, enabled);
 }
 
@@ -26,6 +30,8 @@ bool Control::Visible() const {
     return window_ && (GetWindowLongPtrA(window_, GWL_STYLE) & WS_VISIBLE);
 }
 void Control::Visible(bool visible) {
+    if (!visible)
+        LeaveFocus(window_);
     ShowWindow(window_, visible ? SW_SHOW : SW_HIDE);
 }
 
@@ -67,7 +73,7 @@ LRESULT Control::SendText(UINT message, WPARAM wParam, const std::string& text) 
 
 void Control::Watch(HWND window) {
     if (SetWindowSubclass(window, WatchProcedure, 1, reinterpret_cast<DWORD_PTR>(this)))
-        watched_ = window;
+        watched_.push_back(window);
 }
 
 LRESULT CALLBACK Control::WatchProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
@@ -76,7 +82,7 @@ LRESULT CALLBACK Control::WatchProcedure(HWND window, UINT message, WPARAM wPara
     bool used = false;
     if (message == WM_NCDESTROY) {
         RemoveWindowSubclass(window, WatchProcedure, id);
-        self.watched_ = nullptr;
+        std::erase(self.watched_, window);
     } else {
         self.form_.Raise([&] { used = self.Message(window, message, wParam, lParam); });
     }

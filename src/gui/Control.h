@@ -21,6 +21,7 @@ public:
     Form& Parent() const { return form_; }
 
     bool Enabled() const;
+    /// Disabling or hiding the control that has the keyboard focus moves that on to the next one.
     void Enabled(bool enabled);
     bool Visible() const;
     void Visible(bool visible);
@@ -35,7 +36,7 @@ protected:
     void WindowText(const std::string& text);
     LRESULT Send(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const;
     LRESULT SendText(UINT message, WPARAM wParam, const std::string& text) const;
-    /// Lets Message see everything that `window` (the control or a part of it) receives.
+    /// Lets Message see everything that `window` (the control or a part of it) receives; once is enough.
     void Watch(HWND window);
     void Raise(const std::function<void()>& event) {
         if (event)
@@ -70,7 +71,7 @@ private:
     Form& form_;
     int id_;
     HWND window_ = nullptr;
-    HWND watched_ = nullptr;
+    std::vector<HWND> watched_;
     bool drawingFailed_ = false;
 };
 

@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <map>
 #include <memory>
 #include <typeinfo>
 
@@ -26,6 +27,18 @@ std::string TypeName(const std::type_info& type) {
     const std::unique_ptr<char, void (*)(void*)> name(
         abi::__cxa_demangle(type.name(), nullptr, nullptr, &status), std::free);
     return name ? name.get() : type.name();
+}
+
+/// The program's icon as drawn for SM_CXICON or SM_CXSMICON, which grow with the screen's resolution. Lives
+/// to the end of the program.
+HICON IconOfSize(int metric) {
+    static std::map<int, HICON> icons;
+    HICON& icon = icons[metric];
+    const int size = GetSystemMetrics(metric);
+    if (!icon)
+        icon = static_cast<HICON>(LoadImageA(GetModuleHandleA(nullptr), MAKEINTRESOURCEA(kApplicationIcon),
+                                             IMAGE_ICON, size, size, 0));
+    return icon ? icon : LoadIconA(nullptr, IDI_APPLICATION);
 }
 
 /// Loads the window classes that dialog templates name, once; they stay to the end of the program.
@@ -64,6 +77,10 @@ void Form::Load(Form* over, bool owned) {
         return;
     MakeWindow(owned && over ? over->Window() : nullptr);
     PlaceWindow(window_, over ? over->Window() : nullptr);
+    // Above a window that is not seen, it would have no button in the task bar either, and be lost behind
+    // others.
+    if (owned && over && !over->Visible())
+        SetWindowLongPtrA(window_, GWL_EXSTYLE, GetWindowLongPtrA(window_, GWL_EXSTYLE) | WS_EX_APPWINDOW);
     bool complete = false;
     loading_ = true;
     Raise([&] {
@@ -115,7 +132,7 @@ void Form::Attach() {
         timer->Apply();
     if (!parent_) {
         LoadedForms().push_back(this);
-        SendMessageA(window_, WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(Icon()));
+        SendMessageA(window_, WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(IconOfSize(SM_CXICON)));
         SendMessageA(window_, WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(Icon()));
     }
 }
@@ -155,8 +172,7 @@ void Form::Forget() {
 // ---- Properties
 
 HICON Form::Icon() const {
-    const HICON own = LoadIconA(GetModuleHandleA(nullptr), MAKEINTRESOURCEA(kApplicationIcon));
-    return own ? own : LoadIconA(nullptr, IDI_APPLICATION);
+    return IconOfSize(SM_CXSMICON);
 }
 
 std::string Form::Caption() const {
@@ -192,8 +208,10 @@ void Form::State(WindowState state) {
 }
 
 void Form::BringToFront() {
-    SetForegroundWindow(window_);
-    BringWindowToTop(window_);
+    // While a box or a modal form is open over it, that one has the keyboard.
+    const HWND front = IsWindowEnabled(window_) ? window_ : GetLastActivePopup(window_);
+    SetForegroundWindow(front);
+    BringWindowToTop(front);
 }
 
 } // namespace gui

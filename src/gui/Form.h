@@ -79,6 +79,7 @@ public:
     std::function<void()> Unloaded;
 
     HWND Window() const { return window_; }
+    /// At the size of title bar and tray.
     HICON Icon() const;
     std::string Caption() const;
     void Caption(const std::string& caption);
@@ -86,7 +87,8 @@ public:
     void Visible(bool visible);
     WindowState State() const;
     void State(WindowState state);
-    /// In front of the other windows, with the keyboard focus.
+    /// In front of the other windows, with the keyboard focus; while a box or a modal form is open over it,
+    /// that one gets both.
     void BringToFront();
 
     /// A message box of this form, titled with its caption unless `title` says otherwise; the result is the

@@ -1,4 +1,5 @@
 #include "gui/Control.h"
+#include "gui/Focus.h"
 #include "gui/Form.h"
 #include "gui/Menu.h"
 #include "gui/Timer.h"
@@ -14,6 +15,9 @@ UINT TaskbarCreatedMessage() {
     static const UINT message = RegisterWindowMessageA("TaskbarCreated");
     return message;
 }
+
+/// Posted by a form to itself when it has come to the front.
+constexpr UINT kRegainFocus = WM_APP + 1;
 
 } // namespace
 
@@ -111,6 +115,15 @@ bool Form::Handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
         return true;
     case WM_MBUTTONDOWN:
         MouseDown(MouseButton::Middle, x, y);
+        return true;
+    case WM_ACTIVATE:
+        // The dialog manager gives the focus back to the control that had it, which may be disabled by now.
+        if (LOWORD(wParam) != WA_INACTIVE)
+            PostMessageA(window_, kRegainFocus, 0, 0);
+        return false;
+    case kRegainFocus:
+        if (GetActiveWindow() == window_ && !IsIconic(window_))
+            RegainFocus(window_);
         return true;
     case WM_SIZE:
         Raise([this] { Form_Resize(); });

@@ -77,13 +77,14 @@ const ListControl::Messages ComboBox::kMessages{
 };
 
 void ComboBox::Attached() {
+    Watch(Window());
     if (!keyPress_)
         return;
     COMBOBOXINFO info{};
     info.cbSize = sizeof info;
     // A list without a field names itself or nothing here, as the system's version has it.
-    const bool hasField = GetComboBoxInfo(Window(), &info) && info.hwndItem;
-    Watch(hasField ? info.hwndItem : Window());
+    if (GetComboBoxInfo(Window(), &info) && info.hwndItem && info.hwndItem != Window())
+        Watch(info.hwndItem);
 }
 
 void ComboBox::Command(int code) {
@@ -94,7 +95,10 @@ void ComboBox::Command(int code) {
 }
 
 bool ComboBox::Message(HWND /*window*/, UINT message, WPARAM& wParam, LPARAM /*lParam*/) {
-    if (message != WM_CHAR)
+    // Whoever turns the wheel over a closed list wants to see more of the window, not to choose in passing.
+    if (message == WM_MOUSEWHEEL)
+        return !Send(CB_GETDROPPEDSTATE);
+    if (message != WM_CHAR || !keyPress_)
         return false;
     int key = static_cast<int>(wParam);
     Raise([&] { keyPress_(key); });

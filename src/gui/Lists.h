@@ -48,7 +48,8 @@ private:
     std::function<void()> dblClick_;
 };
 
-/// A list that drops down, with or without a text field (the template's style says which).
+/// A list that drops down, with or without a text field (the template's style says which). The mouse wheel
+/// turns it only while it is open.
 class ComboBox : public ListControl {
 public:
     template <class F, class R = void, class C = F>
@@ -64,8 +65,10 @@ public:
     /// Text of the field; does not run Change.
     void Text(const std::string& text) { WindowText(text); }
 
-private:
+protected:
     void Attached() override;
+
+private:
     void Command(int code) override;
     bool Message(HWND window, UINT message, WPARAM& wParam, LPARAM lParam) override;
 

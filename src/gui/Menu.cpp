@@ -101,6 +101,10 @@ void PopupMenu::Detach() {
 void PopupMenu::Show() {
     POINT at;
     GetCursorPos(&at);
+    Show(at);
+}
+
+void PopupMenu::Show(POINT at) {
     // A menu of a window that is not in front would stay open when the user clicks elsewhere; the empty
     // message after it makes the system notice the click.
     SetForegroundWindow(form_.Window());

@@ -33,7 +33,7 @@ private:
     std::function<void()> click_;
 };
 
-/// A menu that opens under the mouse. Its entries are MenuItems of the same form.
+/// A menu that opens under the mouse, or where it is told. Its entries are MenuItems of the same form.
 class PopupMenu {
 public:
     PopupMenu(Form& form, int menuId);
@@ -43,6 +43,8 @@ public:
 
     /// Opens at the mouse pointer and returns when it has closed; the chosen entry's Click runs after that.
     void Show();
+    /// The same with its corner at a point of the screen: where the keyboard asked for it.
+    void Show(POINT at);
     HMENU Handle() const { return popup_; }
 
 private:

@@ -91,8 +91,12 @@ bool Picture::Message(HWND /*window*/, UINT message, WPARAM& /*wParam*/, LPARAM 
     const int y = static_cast<short>(HIWORD(lParam));
     if (message == WM_MOUSEMOVE && mouseMove_)
         Raise([&] { mouseMove_(x, y); });
-    if ((message == WM_LBUTTONDOWN || message == WM_RBUTTONDOWN) && mouseDown_)
-        Raise([&] { mouseDown_(message == WM_LBUTTONDOWN ? MouseButton::Left : MouseButton::Right, x, y); });
+    constexpr std::pair<UINT, MouseButton> kPresses[] = {{WM_LBUTTONDOWN, MouseButton::Left},
+                                                         {WM_RBUTTONDOWN, MouseButton::Right},
+                                                         {WM_MBUTTONDOWN, MouseButton::Middle}};
+    for (const auto& [press, button] : kPresses)
+        if (message == press && mouseDown_)
+            Raise([&] { mouseDown_(button, x, y); });
     return false;
 }
 

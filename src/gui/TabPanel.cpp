@@ -1,5 +1,7 @@
 #include "gui/TabPanel.h"
 
+#include "gui/Focus.h"
+
 #include <commctrl.h>
 #include <uxtheme.h>
 
@@ -59,12 +61,15 @@ bool TabPanel::Notify(const NMHDR& header, LRESULT& /*result*/) {
 void TabPanel::ShowPage() {
     // The new page first, so that the keyboard focus of a hidden one has somewhere to go.
     const auto front = static_cast<std::size_t>(Tab());
-    for (std::size_t i = 0; i < pages_.size(); ++i)
+    if (front < pages_.size())
+        pages_[front]->Visible(true);
+    for (std::size_t i = 0; i < pages_.size(); ++i) {
         if (i == front)
-            pages_[i]->Visible(true);
-    for (std::size_t i = 0; i < pages_.size(); ++i)
-        if (i != front)
-            pages_[i]->Visible(false);
+            continue;
+        if (HasFocus(pages_[i]->Window()) && !(front < pages_.size() && EnterFocus(pages_[front]->Window())))
+            LeaveFocus(pages_[i]->Window());
+        pages_[i]->Visible(false);
+    }
 }
 
 } // namespace gui

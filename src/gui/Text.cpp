@@ -37,7 +37,31 @@ void TextBox::Command(int code) {
 void RichTextBox::Attached() {
     // Without this the box takes 64 KB.
     Send(EM_EXLIMITTEXT, 0, 0x7FFFFFFE);
+    MeasureLines();
     Watch(Window());
+    const RECT bounds = Bounds();
+    Move(bounds.left, bounds.top, bounds.right - bounds.left, bounds.bottom - bounds.top);
+}
+
+void RichTextBox::MeasureLines() {
+    // The box knows best how high it makes a line.
+    WindowText("1\r\n2");
+    POINTL first{};
+    POINTL second{};
+    Send(EM_POSFROMCHAR, reinterpret_cast<WPARAM>(&first), 0);
+    Send(EM_POSFROMCHAR, reinterpret_cast<WPARAM>(&second), Send(EM_LINEINDEX, 1));
+    WindowText("");
+    RECT text{};
+    Send(EM_GETRECT, 0, reinterpret_cast<LPARAM>(&text));
+    const RECT bounds = Bounds();
+    lineHeight_ = second.y - first.y;
+    frameHeight_ = bounds.bottom - bounds.top - (text.bottom - text.top);
+}
+
+int RichTextBox::WholeLines(int height) const {
+    if (lineHeight_ <= 0 || height < frameHeight_ + lineHeight_)
+        return height;
+    return height - (height - frameHeight_) % lineHeight_;
 }
 
 void RichTextBox::Append(const std::string& text) {
@@ -73,9 +97,31 @@ bool RichTextBox::Message(HWND window, UINT message, WPARAM& wParam, LPARAM lPar
         if (!SelectsText())
             Raise(click_);
         return true;
+    case WM_WINDOWPOSCHANGING: {
+        auto& place = *reinterpret_cast<WINDOWPOS*>(lParam);
+        place.cy = WholeLines(place.cy);
+        return false;
+    }
+    case WM_RBUTTONUP: {
+        POINT at{static_cast<short>(LOWORD(lParam)), static_cast<short>(HIWORD(lParam))};
+        ClientToScreen(window, &at);
+        return OpenMenu(at);
+    }
+    case WM_CONTEXTMENU: {
+        POINT corner{};
+        ClientToScreen(window, &corner);
+        return OpenMenu(corner);
+    }
     default:
         return false;
     }
+}
+
+bool RichTextBox::OpenMenu(POINT at) {
+    if (!contextMenu_)
+        return false;
+    Raise([&] { contextMenu_(at); });
+    return true;
 }
 
 } // namespace gui

@@ -39,13 +39,14 @@ private:
 };
 
 /// A read-only box for text that grows without a limit. Text in it can be selected with the mouse and copied;
-/// every other key press is swallowed.
+/// every other key press is swallowed. Its height is cut to whole lines, so that none is seen in halves.
 class RichTextBox : public TextControl {
 public:
-    /// `click`: a press and release of the left button that selects nothing.
+    /// `click`: a press and release of the left button that selects nothing. `contextMenu`: the right button,
+    /// Shift+F10 or the menu key; it is told where on the screen its menu belongs.
     template <class F, class R = void, class C = F>
-    RichTextBox(F& form, int id, R (C::*click)() = nullptr)
-        : TextControl(form, id, {}), click_(Bind(form, click)) {}
+    RichTextBox(F& form, int id, R (C::*click)() = nullptr, void (C::*contextMenu)(POINT) = nullptr)
+        : TextControl(form, id, {}), click_(Bind(form, click)), contextMenu_(Bind(form, contextMenu)) {}
     using TextControl::Text;
     void Text(const std::string& text) { WindowText(text); }
     /// Puts text behind what is there and shows its end, with the caret there; costs what the new text costs.
@@ -55,8 +56,14 @@ private:
     void Attached() override;
     bool Message(HWND window, UINT message, WPARAM& wParam, LPARAM lParam) override;
     bool SelectsText() const;
+    bool OpenMenu(POINT at);
+    void MeasureLines();
+    int WholeLines(int height) const;
 
     std::function<void()> click_;
+    std::function<void(POINT)> contextMenu_;
+    int lineHeight_ = 0;
+    int frameHeight_ = 0;
 };
 
 } // namespace gui

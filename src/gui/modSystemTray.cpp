@@ -40,6 +40,16 @@ void TrayDeleteIcon(const gui::Form& form) {
     Shell_NotifyIconA(NIM_DELETE, &record);
 }
 
+int EventOf(const gui::Form& form, int x, int y) {
+    // A real press lies where the mouse is. The mouse of a tray event is over the icon.
+    POINT pressed{x, y};
+    ClientToScreen(form.Window(), &pressed);
+    const DWORD mouse = GetMessagePos();
+    const bool real = form.Visible() && pressed.x == static_cast<short>(LOWORD(mouse)) &&
+                      pressed.y == static_cast<short>(HIWORD(mouse));
+    return y == 0 && !real ? x : 0;
+}
+
 void TrayShowMenu(const gui::Form& form, gui::PopupMenu& menu) {
     // The menu's entries would work behind the box's back, and ask their questions over its.
     if (IsWindowEnabled(form.Window()))

@@ -8,7 +8,8 @@
 /// A form's icon in the task bar's notification area.
 ///
 /// The icon's callback message is the left-button-down message: every tray event reaches the form as
-/// Form_MouseDown whose X is the mouse message (kTrayDoubleClick, kTrayRightDown, ...).
+/// Form_MouseDown whose X is the mouse message (kTrayDoubleClick, kTrayRightDown, ...). EventOf tells it from
+/// a real press at those coordinates.
 namespace modSystemTray {
 
 inline constexpr int kTrayDoubleClick = WM_LBUTTONDBLCLK;
@@ -25,6 +26,9 @@ void TrayAddIcon(const gui::Form& form, const std::string& tip);
 void TrayModifyIcon(const gui::Form& form, const std::string& tip);
 /// Nothing happens when the form has no icon there.
 void TrayDeleteIcon(const gui::Form& form);
+
+/// The mouse message of the tray event that reached the form as a press at (x, y); 0 for a real press.
+int EventOf(const gui::Form& form, int x, int y);
 
 /// Shows the icon's menu; while a box or dialog of the form is open, that one comes to the front instead.
 void TrayShowMenu(const gui::Form& form, gui::PopupMenu& menu);

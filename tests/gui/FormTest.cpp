@@ -3,6 +3,7 @@
 #include "gui/FormSlot.h"
 #include "gui/Placement.h"
 #include "support/ChildProcess.h"
+#include "support/Keyboard.h"
 #include "support/Test.h"
 
 #include <fstream>

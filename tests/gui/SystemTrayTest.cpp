@@ -22,4 +22,24 @@ TEST(SystemTray, TheTipIsTheTextAndAZeroCutOrFilledUpWithBlanks) {
     }
 }
 
+TEST(SystemTray, ARealPressAtTheCoordinatesOfATrayEventIsNone) {
+    frmSample form;
+    form.Show();
+    SetWindowPos(form.Window(), nullptr, 100, 100, 900, 300, SWP_NOZORDER);
+    POINT place{modSystemTray::kTrayDoubleClick, 0};
+    ClientToScreen(form.Window(), &place);
+    const auto eventWithMouseAt = [&](int x, int y) {
+        SetCursorPos(x, y);
+        PostMessageA(form.Window(), WM_USER, 0, 0);
+        MSG message;
+        GetMessageA(&message, form.Window(), WM_USER, WM_USER);
+        return modSystemTray::EventOf(form, modSystemTray::kTrayDoubleClick, 0);
+    };
+    EXPECT_EQ(eventWithMouseAt(place.x, place.y), 0);
+    EXPECT_EQ(eventWithMouseAt(20, 700), modSystemTray::kTrayDoubleClick);
+    EXPECT_EQ(modSystemTray::EventOf(form, modSystemTray::kTrayDoubleClick, 7), 0) << "never so far down";
+    form.Visible(false);
+    EXPECT_EQ(eventWithMouseAt(place.x, place.y), modSystemTray::kTrayDoubleClick);
+}
+
 } // namespace

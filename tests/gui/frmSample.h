@@ -5,12 +5,21 @@
 #include "gui/Lists.h"
 #include "gui/Menu.h"
 #include "gui/Picture.h"
+#include "gui/TabPanel.h"
 #include "gui/Text.h"
 #include "gui/Timer.h"
 
 #include <algorithm>
 #include <functional>
 #include <vector>
+
+class SamplePage final : public gui::TabPage {
+public:
+    explicit SamplePage(gui::TabPanel& panel) : TabPage(panel, IDD_SamplePage) {}
+
+    gui::TextBox txtFirst{*this, IDC_SamplePage_txtFirst};
+    gui::CommandButton cmdSecond{*this, IDC_SamplePage_cmdSecond};
+};
 
 /// A form that writes down every event, and runs what a test plugs in.
 class frmSample final : public gui::Form {
@@ -23,6 +32,7 @@ public:
     std::function<void()> whenPressed = [] {}, whenTicking = [] {}, whenLoading = [] {}, whenCalled = [] {};
     long errorNumber = 0;
     int errors = 0;
+    std::vector<POINT> menusAt;
 
     /// A control in whose own code the test plugs in.
     class Plug : public gui::Control {
@@ -52,6 +62,11 @@ public:
     gui::Picture picMap{*this, IDC_frmSample_picMap, &frmSample::NoteMouse<IDC_frmSample_picMap>};
     gui::Shape shpMark{*this, IDC_frmSample_shpMark};
     Plug stcPlug{*this, IDC_frmSample_stcPlug};
+    gui::TabPanel tabPages{*this, IDC_frmSample_tabPages};
+    SamplePage firstPage{tabPages};
+    SamplePage secondPage{tabPages};
+    gui::RichTextBox txtLog{*this, IDC_frmSample_txtLog, &frmSample::Note<IDC_frmSample_txtLog>,
+                            &frmSample::txtLog_ContextMenu};
     gui::MenuItem mnuInBar{*this, IDM_frmSample_mnuInBar, &frmSample::Note<IDM_frmSample_mnuInBar>};
     gui::Timer tmrTick{*this, std::chrono::milliseconds(10), &frmSample::tmrTick_Timer, false};
     gui::Timer tmrOther{*this, std::chrono::milliseconds(10), &frmSample::Note<kOther>, false};
@@ -77,6 +92,7 @@ private:
         Note<IDC_frmSample_cmdPress>();
         whenPressed();
     }
+    void txtLog_ContextMenu(POINT at) { menusAt.push_back(at); }
     void txtText_KeyPress(int& key) { key = key == 'x' ? 0 : key; }
     void tmrTick_Timer() {
         Note<kTick>();
