@@ -66,8 +66,8 @@ void FolderPicker::DriveChanged() {
         folders_.Path(drives_.List(chosen) + "\\");
         lastGoodDrive_ = chosen;
     } catch (const RuntimeError& error) {
-        form_.MsgBoxNow(error.Number() == common::kDeviceUnavailable ? "Drive is unavailable"
-                                                                     : "Drive is inaccessible");
+        form_.Tell(error.Number() == common::kDeviceUnavailable ? "Drive is unavailable"
+                                                                : "Drive is inaccessible");
         drives_.ListIndex(lastGoodDrive_);
     }
 }
@@ -77,7 +77,7 @@ void FolderPicker::Accept() {
     if (!folder.ends_with('\\'))
         folder += '\\';
     if (!common::FileExists(folder + wanted_.requiredFile)) {
-        form_.MsgBoxNow(wanted_.messageWithoutIt);
+        form_.Tell(wanted_.messageWithoutIt);
         return;
     }
     // The file first: a folder that could not be kept is not used either.

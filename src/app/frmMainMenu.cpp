@@ -6,37 +6,54 @@
 #include "common/Files.h"
 #include "common/Numbers.h"
 #include "gui/modSystemTray.h"
+#include "gui/MsgBox.h"
 #include "settings/kToolsSettings.h"
 
+namespace {
+
+gui::Task<> EndAfter(std::string message, std::string title) {
+    co_await gui::MsgBox(message, MB_ICONERROR, title);
+    gui::End(1);
+}
+
+} // namespace
+
 void frmMainMenu::Form_Load() {
-    if (previousInstance_ &&
-        MsgBoxNow("It is not advisable to run few instances of this tool. Close this instance ?", MB_YESNO) ==
-            IDYES) {
-        gui::End();
-        throw gui::Leaving{};
+    Start(StartUp());
+}
+
+gui::Task<> frmMainMenu::StartUp() {
+    if (previousInstance_) {
+        const int answer = co_await MsgBox(
+            "It is not advisable to run few instances of this tool. Close this instance ?", MB_YESNO);
+        if (answer == IDYES) {
+            gui::End();
+            co_return;
+        }
     }
     kTools_.INIPath(settings::kToolsIniPath());
     if (!common::FileExists(kTools_.INIPath()))
         settings::CreateDefaultSettings(kTools_.INIPath());
-    LoadSharedSettings();
+    co_await LoadSharedSettings();
     MakeDataFolders();
+    Started.Set();
 }
 
-void frmMainMenu::LoadSharedSettings() {
+gui::Task<> frmMainMenu::LoadSharedSettings() {
     const std::string kernoPath = kTools_.INIProperty(settings::key::kKernoPath);
     if (!kernoPath.empty()) {
         modServerControl::KernoPath(kernoPath);
         const std::string method = kTools_.INIProperty(settings::key::kServerDetectionMethod);
         modServerControl::ServerDetectionMethod(common::CInt(common::Val(method)));
     } else {
-        mnuSetPath_Click();
+        co_await mnuSetPath_Click();
         kTools_.INIProperty(settings::key::kServerDetectionMethod, "0");
     }
     const std::string mySQLPath = kTools_.INIProperty(settings::key::kMySQLPath);
     if (!mySQLPath.empty())
         modServerControl::MySQLPath(mySQLPath);
     else
-        mnuSetSQLPath_Click();
+        co_await mnuSetSQLPath_Click();
 }
 
 void frmMainMenu::MakeDataFolders() {
@@ -52,6 +69,10 @@ void frmMainMenu::MakeDataFolders() {
 
 void frmMainMenu::Form_Unload() {
     mnuExit_Click();
+}
+
+void frmMainMenu::Form_Going() {
+    modSystemTray::TrayDeleteIcon(*this);
 }
 
 void frmMainMenu::Form_MouseDown(gui::MouseButton /*button*/, int x, int /*y*/) {
@@ -71,12 +92,10 @@ void frmMainMenu::Form_TaskbarCreated() {
 }
 
 void frmMainMenu::Form_Error(const RuntimeError& error) {
-    MsgBoxNow("Kerno Tools has to close: error " + std::to_string(error.Number()) + ", " +
-                  error.Description() +
-                  "\n\nPut this right and start Kerno Tools again. The servers keep running.",
-              MB_ICONERROR);
-    modSystemTray::TrayDeleteIcon(*this);
-    gui::End(1);
+    gui::ToolTasks().Start(EndAfter(
+        "Kerno Tools has to close: error " + std::to_string(error.Number()) + ", " + error.Description() +
+            "\n\nPut this right and start Kerno Tools again. The servers keep running.",
+        Caption()));
 }
 
 void frmMainMenu::cmdServerStatus_Click() {
@@ -108,14 +127,17 @@ void frmMainMenu::cmdMinimizetoTray_Click() {
     Visible(false);
 }
 
-void frmMainMenu::mnuSetPath_Click() {
-    frmBrowse().ShowModalNow(*this);
+gui::Task<> frmMainMenu::mnuSetPath_Click() {
+    gui::Local<frmBrowse> picker;
+    co_await picker->ShowModal(*this);
 }
-void frmMainMenu::mnuSetSQLPath_Click() {
-    frmSQLPath().ShowModalNow(*this);
+gui::Task<> frmMainMenu::mnuSetSQLPath_Click() {
+    gui::Local<frmSQLPath> picker;
+    co_await picker->ShowModal(*this);
 }
-void frmMainMenu::mnuAbout_Click() {
-    frmAbout().ShowModalNow(*this);
+gui::Task<> frmMainMenu::mnuAbout_Click() {
+    gui::Local<frmAbout> about;
+    co_await about->ShowModal(*this);
 }
 
 void frmMainMenu::mnuMenuMain_Click() {

@@ -78,11 +78,15 @@ public:
     gui::MenuItem mnuMenuMain{*this, IDM_frmMainMenu_mnuMenuMain, &frmMainMenu::mnuMenuMain_Click};
     gui::MenuItem mnuExit{*this, IDM_frmMainMenu_mnuExit, &frmMainMenu::mnuExit_Click};
 
+    /// The questions of the start are answered and the settings read: the window may be shown.
+    gui::Event Started;
+
 private:
     using Server = modServerControl::Server;
 
     void Form_Load() override;
     void Form_Unload() override;
+    void Form_Going() override;
     void Form_MouseDown(gui::MouseButton button, int x, int y) override;
     void Form_TaskbarCreated() override;
     void Form_Error(const RuntimeError& error) override;
@@ -93,10 +97,10 @@ private:
     void cmdServerConfig_Click();
     void cmdServerStatus_Click();
 
-    void mnuSetPath_Click();
-    void mnuSetSQLPath_Click();
+    gui::Task<> mnuSetPath_Click();
+    gui::Task<> mnuSetSQLPath_Click();
     void mnuSetUpMySQL_Click();
-    void mnuAbout_Click();
+    gui::Task<> mnuAbout_Click();
 
     void mnuStartKerno_Click() { servers_.StartKerno(); }
     void mnuShutdownKerno_Click() { servers_.ShutdownKerno(); }
@@ -125,7 +129,8 @@ private:
     void mnuMenuMain_Click();
     void mnuExit_Click();
 
-    void LoadSharedSettings();
+    gui::Task<> StartUp();
+    gui::Task<> LoadSharedSettings();
     void MakeDataFolders();
     void Restore();
 

@@ -1,12 +1,13 @@
 #include "config/NewPlayerPage.h"
 
 #include "config/frmStartingLocationPicker.h"
+#include "gui/FormSlot.h"
 
-void NewPlayerPage::cmdMapPicker_Click() {
+gui::Task<> NewPlayerPage::cmdMapPicker_Click() {
     gui::Form& form = Panel().Parent();
-    frmStartingLocationPicker picker(txtMapName, txtStartingX, txtStartingY);
-    picker.Load(&form, true);
-    picker.ImportLocationData(txtMapName.Text(), config::CoordinateOf(txtStartingX.Text()),
-                              config::CoordinateOf(txtStartingY.Text()));
-    picker.ShowModalNow(form);
+    gui::Local<frmStartingLocationPicker> picker(txtMapName, txtStartingX, txtStartingY);
+    picker->Load(&form, true);
+    picker->ImportLocationData(txtMapName.Text(), config::CoordinateOf(txtStartingX.Text()),
+                               config::CoordinateOf(txtStartingY.Text()));
+    co_await picker->ShowModal(form);
 }

@@ -17,5 +17,5 @@ public:
                                     &NewPlayerPage::cmdMapPicker_Click};
 
 private:
-    void cmdMapPicker_Click();
+    gui::Task<> cmdMapPicker_Click();
 };

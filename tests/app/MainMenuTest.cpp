@@ -30,6 +30,8 @@ TEST_F(MainMenu, LoadsTheSharedSettingsAlsoBesideAPreviousInstance) {
     boxes.Answer(IDNO);
     frmMainMenu form(true);
     form.Load();
+    EXPECT_TRUE(support::Settle());
+    EXPECT_TRUE(form.Started.IsSet());
     EXPECT_EQ(KernoPath(), servers.Path());
     EXPECT_EQ(MySQLPath(), program.Path() + "\\");
     EXPECT_EQ(ServerDetectionMethod(), 1);
@@ -53,6 +55,7 @@ std::vector<std::string> CancelPickersDuring(const std::function<void()>& load) 
         SendMessageA(picker, WM_CLOSE, 0, 0);
     });
     load();
+    EXPECT_TRUE(support::Settle());
     return captions;
 }
 
@@ -75,6 +78,10 @@ const support::ChildEntry startsOnBrokenSettings("StartsOnBrokenSettings", [](co
     support::MessageBoxes boxes;
     frmMainMenu form(false);
     form.Load();
+    try {
+        support::Settle();
+    } catch (const gui::Leaving&) {
+    }
     support::WriteFile(folder + "\\seen.txt",
                        (gui::Ending() ? "ended: " : "goes on: ") + boxes.Texts().at(0));
 });
@@ -93,6 +100,7 @@ TEST_F(MainMenu, StartsNothingWhenAnExecutableIsMissing) {
     form.Load();
     std::filesystem::remove(servers.Path() + "kCharacter.exe");
     form.mnuStartKerno.Choose();
+    EXPECT_TRUE(support::Settle());
     EXPECT_EQ(boxes.Texts(), std::vector<std::string>{kNoExecutables});
     EXPECT_FALSE(servers.IsRunning(Server::Login));
     EXPECT_FALSE(servers.IsRunning(Server::Zone));
@@ -120,6 +128,7 @@ TEST_F(MainMenu, StartsRestartsShowsHidesAndShutsDown) {
     // A second instance is asked about; after No at the second server the third is not asked about.
     boxes.Answer(IDYES).Answer(IDNO);
     form.mnuStartKerno.Choose();
+    EXPECT_TRUE(support::Settle());
     ASSERT_EQ(boxes.Seen().size(), 2u);
     EXPECT_EQ(boxes.Texts()[1],
               "An instance of Kerno Character Server is already running. Running 2 instance of "
@@ -154,6 +163,7 @@ void PickAFolder(const char* key, const char* requiredFile, const char* message,
     form.dirCharacter.Path(folder);
     EXPECT_EQ(form.dirCharacter.Path(), folder);
     form.cmdOK.Press();
+    EXPECT_TRUE(support::Settle());
     EXPECT_EQ(boxes.Texts(), std::vector<std::string>{message});
     EXPECT_TRUE(form.Loaded());
     EXPECT_EQ(kTools.INIProperty(key), "before\\");
@@ -186,6 +196,7 @@ TEST_F(MainMenu, ADriveThatCannotBeReadIsRefusedAndTheLastGoodOneComesBack) {
         form.drvCharacter.AddItem(drive);
         form.drvCharacter.ListIndex(form.drvCharacter.ListCount() - 1);
         EXPECT_EQ(form.drvCharacter.ListIndex(), good);
+        EXPECT_TRUE(support::Settle());
     }
     EXPECT_EQ(boxes.Texts(), (std::vector<std::string>{"Drive is unavailable", "Drive is inaccessible"}));
 }

@@ -1,10 +1,16 @@
 #include "app/frmMainMenu.h"
 
 #include "common/Handle.h"
+#include "gui/Aside.h"
 
 namespace {
 
 using MutexHandle = common::Handle<HANDLE, CloseHandle>;
+
+gui::Task<> ShowWhenStarted(frmMainMenu& mainMenu) {
+    co_await mainMenu.Started.Happened();
+    mainMenu.Show();
+}
 
 } // namespace
 
@@ -13,9 +19,12 @@ int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int) {
     const MutexHandle instance(CreateMutexA(nullptr, FALSE, "kTools.Instance"));
     // It is also taken when a copy with more rights keeps it from us.
     const bool previousInstance = !instance || GetLastError() == ERROR_ALREADY_EXISTS;
-    frmMainMenu mainMenu(previousInstance);
-    mainMenu.Load();
-    if (!gui::Ending())
-        mainMenu.Show();
-    return gui::Run();
+    gui::Local<frmMainMenu> mainMenu(previousInstance);
+    mainMenu->Load();
+    gui::ToolTasks().Start(ShowWhenStarted(*mainMenu));
+    const int exitCode = gui::Run();
+    // A library that a call is still in cannot be taken down around it.
+    if (gui::CallsAreAside())
+        TerminateProcess(GetCurrentProcess(), static_cast<UINT>(exitCode));
+    return exitCode;
 }
