@@ -1,6 +1,6 @@
 #include "config/PriorityPage.h"
 
-#include "config/SettingRow.h"
+#include "config/SettingNumbers.h"
 #include "servers/modServerControl.h"
 
 void PriorityPage::Form_Load() {
@@ -25,8 +25,8 @@ void PriorityPage::ShowCurrentPriorities() {
 }
 
 void PriorityPage::cboZonePriority_KeyPress(int& key) {
-    // A letter would choose the next entry that begins with it, "Realtime" perhaps, in passing; here that
-    // takes a choice from the list.
+    // Otherwise a typed letter would choose the next entry that begins with it, perhaps "Realtime". In this
+    // list an entry is only chosen by mouse or arrow key.
     key = 0;
 }
 

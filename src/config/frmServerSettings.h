@@ -1,5 +1,6 @@
 #pragma once
 
+#include "binding/Setting.h"
 #include "config/ConnectionsPage.h"
 #include "config/DatabasePage.h"
 #include "config/ExperiencesPage.h"
@@ -7,7 +8,6 @@
 #include "config/MiscPage.h"
 #include "config/NewPlayerPage.h"
 #include "config/PriorityPage.h"
-#include "config/SettingRow.h"
 
 #include <vector>
 
@@ -33,8 +33,8 @@ public:
     /// Fills every control from the two files, then shows the priorities of the running servers. Raises the
     /// file error with the controls as they were.
     void LoadSettings();
-    /// Writes every control back, one setting after the other. Raises the file error of the first that fails.
-    void SaveSettings();
+    /// Writes every control back: Kerno.ini first, then kTools.ini, each in one step. Raises the file error.
+    void SaveSettings() { binding::Save({&settings_}); }
 
 private:
     void Form_Load() override;
@@ -46,5 +46,5 @@ private:
 
     clsINI kerno_;
     clsINI kTools_;
-    std::vector<config::SettingRow> rows_;
+    std::vector<binding::Setting> settings_;
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -18,6 +19,15 @@ std::optional<std::string> FindValue(std::string_view text, std::string_view key
 /// The text with every line of the key given the new value; a key without a line becomes the last line.
 /// The last line is always ended.
 std::string TextWithValue(std::string_view text, std::string_view key, std::string_view value);
+
+/// A key and its value.
+struct Entry {
+    std::string key;
+    std::string value;
+};
+
+/// The same for several keys in turn, in one walk through the text. A value is a single line.
+std::string TextWithValues(std::string_view text, std::span<const Entry> entries);
 
 /// The text with "[name]" as a last line between two blank ones, whether or not it has such a section
 /// already; a first section has no blank line above it.

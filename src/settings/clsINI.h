@@ -1,5 +1,8 @@
 #pragma once
 
+#include "settings/IniText.h"
+
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -24,12 +27,15 @@ public:
     /// missing file is made with this one line.
     void INIProperty(std::string_view key, std::string_view value);
 
+    /// All values at once, one after the other: one rewrite of the file as it is now.
+    void Change(std::span<const settings::Entry> entries);
+
+    /// The whole text; "" when the file is missing.
+    std::string Text() const;
+
     /// Appends a section header between blank lines, also when there is one of that name. Always false.
     bool AddSection(std::string_view name);
 
 private:
-    std::string Text() const;
-    std::string TextToRewrite() const;
-
     std::string path_;
 };

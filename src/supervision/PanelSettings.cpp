@@ -6,55 +6,43 @@ namespace supervision {
 
 using namespace settings::key;
 
-PanelSettings::PanelSettings(fraBackup& backup, fraErrorDetector& errorDetector,
+PanelSettings::PanelSettings(clsINI& kTools, fraBackup& backup, fraErrorDetector& errorDetector,
                              fraConnections& connections) {
-    settings_[kBackup] = {
-        {kBackupDuration, &backup.txtBackupDuration},
-        {kBackupPeriod, &backup.txtBackupMinutes},
-        {kMaxArchivedBackups, &backup.txtNumOfBackup},
-        {kBackupMessage, &backup.txtBackupMessage},
-        {kBackupMessageInterval, &backup.txtBackupMessageInterval},
-        {kBackupMessageRepeats, &backup.txtBackupMessageTimes},
-        {kSendMessageBeforeBackup, &backup.chkBackupMessage},
-        {kShutdownOnBackup, &backup.chkShutdownServers},
-        {kEnableErrorDetector, &errorDetector.chkErrorDetector},
+    backup_ = {
+        {kTools, kBackupDuration, backup.txtBackupDuration},
+        {kTools, kBackupPeriod, backup.txtBackupMinutes},
+        {kTools, kMaxArchivedBackups, backup.txtNumOfBackup},
+        {kTools, kBackupMessage, backup.txtBackupMessage},
+        {kTools, kBackupMessageInterval, backup.txtBackupMessageInterval},
+        {kTools, kBackupMessageRepeats, backup.txtBackupMessageTimes},
+        {kTools, kSendMessageBeforeBackup, backup.chkBackupMessage},
+        {kTools, kShutdownOnBackup, backup.chkShutdownServers},
+        {kTools, kEnableErrorDetector, errorDetector.chkErrorDetector},
     };
-    settings_[kMaintainer] = {
-        {kMaintainServer, &errorDetector.chkCheckServerProcesses},
-        {kMaintainLoginServer, &errorDetector.chkLoginServer},
-        {kMaintainCharacterServer, &errorDetector.chkCharacterServer},
-        {kMaintainZoneServer, &errorDetector.chkZoneServer},
-        {kHandleDialogs, &errorDetector.chkHandlePopups},
-        {kDialogsOptions,
-         Choices{.options = {&errorDetector.optIgnorePopup, &errorDetector.optRestartAllPopup},
-                 .otherwise = 1}},
+    maintainer_ = {
+        {kTools, kMaintainServer, errorDetector.chkCheckServerProcesses},
+        {kTools, kMaintainLoginServer, errorDetector.chkLoginServer},
+        {kTools, kMaintainCharacterServer, errorDetector.chkCharacterServer},
+        {kTools, kMaintainZoneServer, errorDetector.chkZoneServer},
+        {kTools, kHandleDialogs, errorDetector.chkHandlePopups},
+        {kTools, kDialogsOptions,
+         binding::Choices{.options = {&errorDetector.optIgnorePopup, &errorDetector.optRestartAllPopup},
+                          .otherwise = 1}},
     };
-    settings_[kDetector] = {
-        {kErrorCheckingInterval, &errorDetector.txtErrorCheckInterval},
-        {kSendErrorMessagetoPlayers, &errorDetector.chkSendMessage},
-        {kErrorMessage, &errorDetector.txtErrorMessage},
-        {kLogErrorPopups, &errorDetector.chkLogError},
-        {kLogFilename, &errorDetector.txtLogFilename},
+    detector_ = {
+        {kTools, kErrorCheckingInterval, errorDetector.txtErrorCheckInterval},
+        {kTools, kSendErrorMessagetoPlayers, errorDetector.chkSendMessage},
+        {kTools, kErrorMessage, errorDetector.txtErrorMessage},
+        {kTools, kLogErrorPopups, errorDetector.chkLogError},
+        {kTools, kLogFilename, errorDetector.txtLogFilename},
     };
-    settings_[kIPChange] = {
-        {kCheckIPChanges, &connections.chkOnIPChanges},
-        {kModifyINIonIPChange, &connections.chkModifyAshMelder},
-        {kRestartOnIPChange, &connections.chkRestartServer},
-        {kSendMessageOnIPChange, &connections.chkSendMessageIPChange},
-        {kMessageOnIPChange, &connections.txtMessageIPChange},
+    ipChange_ = {
+        {kTools, kCheckIPChanges, connections.chkOnIPChanges},
+        {kTools, kModifyINIonIPChange, connections.chkModifyAshMelder},
+        {kTools, kRestartOnIPChange, connections.chkRestartServer},
+        {kTools, kSendMessageOnIPChange, connections.chkSendMessageIPChange},
+        {kTools, kMessageOnIPChange, connections.txtMessageIPChange},
     };
-}
-
-void PanelSettings::Load(const clsINI& ini) const {
-    for (const Run run : {kBackup, kMaintainer, kDetector, kIPChange})
-        for (const BoundSetting& setting : settings_[run])
-            setting.Load(ini);
-}
-
-void PanelSettings::Save(clsINI& ini) const {
-    for (const Run run : {kBackup, kDetector, kMaintainer, kIPChange})
-        for (const BoundSetting& setting : settings_[run])
-            setting.Save(ini);
 }
 
 } // namespace supervision

@@ -2,28 +2,29 @@
 
 #include "settings/kToolsSettings.h"
 
+using binding::Choices;
 using namespace settings::key;
-using supervision::Choices;
 
-std::vector<supervision::BoundSetting> frmIPDetection::Settings() {
-    return {
-        {kIPDetectionMethod, Choices{.options = {&optLocalhost, &optDynamicHostname}, .otherwise = {}}},
-        {kDynamicHostname, &txtDynamicHost},
-        {kServerDetectionMethod,
-         Choices{.options = {&optServerWindowTitle, &optServerProcessName}, .otherwise = {}}},
-        {kBackupOption,
-         Choices{.options = {&optBackupFilesOnly, &optBackupDatabaseOnly, &optBackupDatabaseFileAndRemoteSQL},
-                 .otherwise = 2}},
-        {kBackupHostname, &txtBackupHostname},
-        {kBackupUsername, &txtBackupUsername},
-        {kBackupPassword, &txtBackupPassword},
-    };
-}
+frmIPDetection::frmIPDetection()
+    : Form(IDD_frmIPDetection),
+      settings_{
+          {kTools_, kIPDetectionMethod,
+           Choices{.options = {&optLocalhost, &optDynamicHostname}, .otherwise = {}}},
+          {kTools_, kDynamicHostname, txtDynamicHost},
+          {kTools_, kServerDetectionMethod,
+           Choices{.options = {&optServerWindowTitle, &optServerProcessName}, .otherwise = {}}},
+          {kTools_, kBackupOption,
+           Choices{
+               .options = {&optBackupFilesOnly, &optBackupDatabaseOnly, &optBackupDatabaseFileAndRemoteSQL},
+               .otherwise = 2}},
+          {kTools_, kBackupHostname, txtBackupHostname},
+          {kTools_, kBackupUsername, txtBackupUsername},
+          {kTools_, kBackupPassword, txtBackupPassword},
+      } {}
 
 void frmIPDetection::Form_Load() {
     kTools_.INIPath(settings::kToolsIniPath());
-    for (const auto& setting : settings_)
-        setting.Load(kTools_);
+    binding::Load({&settings_});
 }
 
 void frmIPDetection::EnableHost(bool enabled) {
@@ -33,7 +34,6 @@ void frmIPDetection::EnableHost(bool enabled) {
 
 void frmIPDetection::cmdOK_Click() {
     // An error of the file leaves the dialog open, with everything that was typed.
-    for (const auto& setting : settings_)
-        setting.Save(kTools_);
+    binding::Save({&settings_});
     Unload();
 }

@@ -1,17 +1,15 @@
 #pragma once
 
+#include "binding/Setting.h"
 #include "gui/Control.h"
 #include "gui/Text.h"
-#include "supervision/BoundSetting.h"
 #include "supervision/frmIPDetection.ids.h"
-
-#include <vector>
 
 /// The supervision settings that have no place on the control panel: how addresses and servers are found, and
 /// what a backup covers.
 class frmIPDetection final : public gui::Form {
 public:
-    frmIPDetection() : Form(IDD_frmIPDetection) {}
+    frmIPDetection();
 
     gui::Frame fraIPDetectionMethods{*this, IDC_frmIPDetection_fraIPDetectionMethods};
     gui::OptionButton optLocalhost{*this, IDC_frmIPDetection_optLocalhost,
@@ -53,6 +51,5 @@ private:
     void EnableHost(bool enabled);
 
     clsINI kTools_;
-    const std::vector<supervision::BoundSetting> settings_ = Settings();
-    std::vector<supervision::BoundSetting> Settings();
+    std::vector<binding::Setting> settings_;
 };

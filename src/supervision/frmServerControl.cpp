@@ -18,7 +18,7 @@ void frmServerControl::Form_Load() {
     state.kTools.INIPath(settings::kToolsIniPath());
     state.kerno.INIPath(settings::KernoIniPath(modServerControl::KernoPath()));
     connections.ShowAddresses();
-    settings_.Load(state.kTools);
+    settings_.Load();
 }
 
 void frmServerControl::Form_Unload() {
@@ -34,7 +34,7 @@ void frmServerControl::Form_Going() {
 /// False when it failed and is to be tried again.
 bool frmServerControl::SaveSettings() {
     try {
-        settings_.Save(state.kTools);
+        settings_.Save();
         return true;
     } catch (const RuntimeError& error) {
         // The file may be open elsewhere; what was typed is lost only when the operator says so.

@@ -66,5 +66,5 @@ private:
     bool SaveSettings();
 
     bool inTray_ = false;
-    supervision::PanelSettings settings_{backup, errorDetector, connections};
+    supervision::PanelSettings settings_{state.kTools, backup, errorDetector, connections};
 };

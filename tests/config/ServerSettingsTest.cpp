@@ -87,6 +87,21 @@ TEST_F(ServerSettings, SavesBackWhatItLoadedAndLeavesTheRestOfBothFilesAlone) {
     EXPECT_EQ(Tool(), common::ReplaceAll(tool, "LoginPriority=1", "LoginPriority=2"));
 }
 
+TEST_F(ServerSettings, AppendsWhatAFileLacksInItsOrder) {
+    Open("Other=1\r\n", "Other=2\r\n");
+    Save();
+    std::string keys;
+    for (const std::string_view line : common::Lines(Kerno()))
+        keys += " " + std::string(line.substr(0, line.find('=')));
+    EXPECT_EQ(keys, " Other Name IP sv1port sv2port sv3port BaseExpMultiplier JobExpMultiplier DeathBaseLoss "
+                    "DeathJobLoss DefaultMap DefaultPoint_X DefaultPoint_Y DefaultZeny AutoStart WarpDebug "
+                    "EnableMonsterKnockBack DisableMonsterActive DisableEquipLimit DisableSkillLimit "
+                    "DisableFleeDown MonsterMob SummonMonsterMob SummonMonsterName SummonMonsterAgo "
+                    "SummonMonsterExp DropMultiplier GlobalGMsg MapGMsg Priority gloginname gloginpass "
+                    "amcharactername amcharacterpass amglobalname amglobalpass");
+    EXPECT_EQ(Tool(), "Other=2\r\nLoginPriority=0\r\nCharacterPriority=0\r\n");
+}
+
 TEST_F(ServerSettings, ShowsBadValuesAsWhatSaveThenWrites) {
     const std::tuple<std::string, int, int> cases[] = {{"", 0, 0},      {"2", 1, 2},   {"-1", 1, 3},
                                                        {"1x", 0, 1},    {" 1 ", 1, 1}, {"3.5", 1, 4},

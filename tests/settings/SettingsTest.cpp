@@ -43,6 +43,17 @@ TEST(Settings, WritingAKeyChangesItsLinesAndNoOther) {
     EXPECT_EQ(settings::TextWithValue("b=1", "k", "a\r\n"), "b=1\r\nk=a\r\n");
 }
 
+TEST(Settings, SeveralKeysAtOnceGiveWhatOneAfterTheOtherGives) {
+    const std::vector<settings::Entry> entries{{"b", "1"}, {"k", "="}, {"", "x"}, {"b", "2"}, {"new", ""}};
+    for (const std::string& before :
+         {""s, "a=1"s, "b=0\nk=0\r\n[s]\r\nb=9\r\n"s, "=none\r\n B=b\r\n\r\n"s, "new=1\rk=2"s}) {
+        std::string after = before;
+        for (const auto& [key, value] : entries)
+            after = settings::TextWithValue(after, key, value);
+        EXPECT_EQ(settings::TextWithValues(before, entries), after) << before;
+    }
+}
+
 TEST(Settings, SectionsAreAppendedAlways) {
     const support::TempFolder folder;
     clsINI ini(folder / "new.ini");
