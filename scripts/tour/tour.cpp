@@ -8,10 +8,10 @@
 #include "accounts/frmAccountEditor.ids.h"
 #include "accounts/frmFindAccount.ids.h"
 #include "app/frmMainMenu.ids.h"
+#include "config/fraNewPlayer.ids.h"
 #include "config/frmServerStatus.ids.h"
-#include "config/NewPlayerPage.ids.h"
-#include "dbsetup/DatabaseCheckPage.ids.h"
-#include "dbsetup/ServerTestPage.ids.h"
+#include "dbsetup/fraDatabaseCheck.ids.h"
+#include "dbsetup/fraServerTest.ids.h"
 #include "supervision/fraConnections.ids.h"
 
 // clang-format off
@@ -202,11 +202,11 @@ void ShowWholeName(HWND window) {
 
 /// Logs in as the administrator of the playground's database server, and runs the test and the check.
 void TestAndCheck(HWND window) {
-    SendMessageA(ControlOf(window, IDC_DatabaseCheckPage_txtRootUsername), WM_SETTEXT, 0,
+    SendMessageA(ControlOf(window, IDC_fraDatabaseCheck_txtRootUsername), WM_SETTEXT, 0,
                  reinterpret_cast<LPARAM>("root"));
     for (const auto& [button, result] :
-         {std::pair{IDC_ServerTestPage_cmdTestMySQL, IDC_ServerTestPage_lblRunningMySQL},
-          std::pair{IDC_DatabaseCheckPage_cmdCheckDB, IDC_DatabaseCheckPage_lblAMGlobalTables}}) {
+         {std::pair{IDC_fraServerTest_cmdTestMySQL, IDC_fraServerTest_lblRunningMySQL},
+          std::pair{IDC_fraDatabaseCheck_cmdCheckDB, IDC_fraDatabaseCheck_lblAMGlobalTables}}) {
         const std::string before = TextOf(ControlOf(window, result));
         Press(button)(window);
         Expect(window, "no result came",
@@ -229,7 +229,7 @@ const std::vector<Stop> kStops = {
      AwaitMessages},
     {"configurator",
      Press(IDC_frmMainMenu_cmdServerConfig),
-     {{"starting-location", Press(IDC_NewPlayerPage_cmdMapPicker)}}},
+     {{"starting-location", Press(IDC_fraNewPlayer_cmdMapPicker)}}},
     {"control-panel",
      Press(IDC_frmMainMenu_cmdServerControl),
      {{"ip-detection", Press(IDC_fraConnections_cmdIPDetectionSettings)},

@@ -1,13 +1,13 @@
 #pragma once
 
 #include "binding/Setting.h"
-#include "config/ConnectionsPage.h"
-#include "config/DatabasePage.h"
-#include "config/ExperiencesPage.h"
+#include "config/fraDatabaseLogins.h"
+#include "config/fraExperiences.h"
+#include "config/fraMisc.h"
+#include "config/fraNewPlayer.h"
+#include "config/fraPriority.h"
+#include "config/fraServerConnections.h"
 #include "config/frmServerSettings.ids.h"
-#include "config/MiscPage.h"
-#include "config/NewPlayerPage.h"
-#include "config/PriorityPage.h"
 
 #include <vector>
 
@@ -19,12 +19,12 @@ public:
     frmServerSettings();
 
     gui::TabPanel mstServerConfigurator{*this, IDC_frmServerSettings_mstServerConfigurator};
-    ConnectionsPage connections{mstServerConfigurator, kTools_};
-    ExperiencesPage experiences{mstServerConfigurator};
-    DatabasePage database{mstServerConfigurator};
-    PriorityPage priority{mstServerConfigurator};
-    NewPlayerPage newPlayer{mstServerConfigurator};
-    MiscPage misc{mstServerConfigurator};
+    fraServerConnections connections{mstServerConfigurator, kTools_};
+    fraExperiences experiences{mstServerConfigurator};
+    fraDatabaseLogins database{mstServerConfigurator};
+    fraPriority priority{mstServerConfigurator};
+    fraNewPlayer newPlayer{mstServerConfigurator};
+    fraMisc misc{mstServerConfigurator};
     gui::CommandButton cmdSaveSettings{*this, IDC_frmServerSettings_cmdSaveSettings,
                                        &frmServerSettings::cmdSaveSettings_Click};
     gui::CommandButton cmdReload{*this, IDC_frmServerSettings_cmdReload, &frmServerSettings::cmdReload_Click};

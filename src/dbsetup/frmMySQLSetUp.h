@@ -1,12 +1,12 @@
 #pragma once
 
-#include "dbsetup/AccountsPage.h"
-#include "dbsetup/DatabaseCheckPage.h"
-#include "dbsetup/FinishPage.h"
+#include "dbsetup/fraAccounts.h"
+#include "dbsetup/fraDatabaseCheck.h"
+#include "dbsetup/fraFinish.h"
+#include "dbsetup/fraIntroduction.h"
+#include "dbsetup/fraRepair.h"
+#include "dbsetup/fraServerTest.h"
 #include "dbsetup/frmMySQLSetUp.ids.h"
-#include "dbsetup/IntroductionPage.h"
-#include "dbsetup/RepairPage.h"
-#include "dbsetup/ServerTestPage.h"
 #include "dbsetup/SetUpServer.h"
 
 /// The set-up wizard: prepares MySQL for the servers in four steps, each on a page that can be taken alone.
@@ -19,12 +19,12 @@ private:
 
 public:
     gui::TabPanel mstMySQL{*this, IDC_frmMySQLSetUp_mstMySQL, &frmMySQLSetUp::mstMySQL_Click};
-    IntroductionPage introduction{mstMySQL};
-    ServerTestPage serverTest{mstMySQL, server_};
-    DatabaseCheckPage databaseCheck{mstMySQL, server_};
-    RepairPage repair{mstMySQL, server_};
-    AccountsPage accounts{mstMySQL, server_};
-    FinishPage finish{mstMySQL};
+    fraIntroduction introduction{mstMySQL};
+    fraServerTest serverTest{mstMySQL, server_};
+    fraDatabaseCheck databaseCheck{mstMySQL, server_};
+    fraRepair repair{mstMySQL, server_};
+    fraAccounts accounts{mstMySQL, server_};
+    fraFinish finish{mstMySQL};
     gui::CommandButton cmdPrevious{*this, IDC_frmMySQLSetUp_cmdPrevious, &frmMySQLSetUp::cmdPrevious_Click};
     gui::CommandButton cmdNext{*this, IDC_frmMySQLSetUp_cmdNext, &frmMySQLSetUp::cmdNext_Click};
     gui::CommandButton cmdClose{*this, IDC_frmMySQLSetUp_cmdClose, &frmMySQLSetUp::cmdClose_Click};

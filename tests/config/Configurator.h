@@ -17,5 +17,5 @@ protected:
 
     support::MessageBoxes boxes;
     frmServerSettings form;
-    NewPlayerPage& newPlayer = form.newPlayer;
+    fraNewPlayer& newPlayer = form.newPlayer;
 };

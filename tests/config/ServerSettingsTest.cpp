@@ -58,7 +58,7 @@ TEST_F(ServerSettings, SavesBackWhatItLoadedAndLeavesTheRestOfBothFilesAlone) {
     ASSERT_EQ(checks.size(), kChecks.size());
     for (std::size_t i = 0; i < texts.size(); ++i)
         EXPECT_EQ(support::TextOf(texts[i]), ValueOf(kTexts[i]));
-    PriorityPage& page = form.priority;
+    fraPriority& page = form.priority;
     EXPECT_EQ(page.cboZonePrioritySettings.Text() + page.cboLoginPrioritySettings.Text() +
                   page.cboCharacterPrioritySettings.Text(),
               "LowHighBelow Normal");
@@ -171,7 +171,7 @@ TEST_F(ServerSettings, ChangesThePrioritiesOfRunningServers) {
     Open("Priority=2\r\n");
     form.Visible(true);
     form.mstServerConfigurator.Tab(3);
-    PriorityPage& page = form.priority;
+    fraPriority& page = form.priority;
     EXPECT_TRUE(IsWindowVisible(page.Window()) && !IsWindowVisible(form.connections.Window()));
     EXPECT_TRUE(page.lblNotRunning1.Visible() && !page.cboLoginPriority.Visible());
     const HWND login = servers.Launch(Server::Login);

@@ -33,7 +33,7 @@ const Opening kOpenings[] = {
     {typeid(frmSQLPath), typeid(frmMainMenu), IDM_frmMainMenu_mnuSetSQLPath},
     {typeid(frmServerStatus), typeid(frmMainMenu), IDC_frmMainMenu_cmdServerStatus},
     {typeid(frmServerSettings), typeid(frmMainMenu), IDC_frmMainMenu_cmdServerConfig},
-    {typeid(frmStartingLocationPicker), typeid(frmServerSettings), IDC_NewPlayerPage_cmdMapPicker},
+    {typeid(frmStartingLocationPicker), typeid(frmServerSettings), IDC_fraNewPlayer_cmdMapPicker},
     {typeid(frmServerControl), typeid(frmMainMenu), IDC_frmMainMenu_cmdServerControl},
     {typeid(frmIPDetection), typeid(frmServerControl), IDC_fraConnections_cmdIPDetectionSettings},
     {typeid(frmAccountEditor), typeid(frmMainMenu), IDC_frmMainMenu_cmdAccountEditor},

@@ -1,9 +1,0 @@
-#pragma once
-
-#define IDD_ConnectionsPage 1510
-#define IDC_ConnectionsPage_txtServerName 1511
-#define IDC_ConnectionsPage_txtServerIP 1512
-#define IDC_ConnectionsPage_cmdEnterIP 1513
-#define IDC_ConnectionsPage_txtLoginPort 1514
-#define IDC_ConnectionsPage_txtCharaPort 1515
-#define IDC_ConnectionsPage_txtGamePort 1516

@@ -1,9 +1,0 @@
-#pragma once
-
-#define IDD_DatabasePage 1540
-#define IDC_DatabasePage_txtLoginName 1541
-#define IDC_DatabasePage_txtLoginPassword 1542
-#define IDC_DatabasePage_txtCharacterName 1543
-#define IDC_DatabasePage_txtCharacterPassword 1544
-#define IDC_DatabasePage_txtGlobalName 1545
-#define IDC_DatabasePage_txtGlobalPassword 1546

@@ -1,8 +1,0 @@
-#pragma once
-
-#define IDD_ExperiencesPage 1530
-#define IDC_ExperiencesPage_txtBaseXPMultiplier 1531
-#define IDC_ExperiencesPage_txtJobXPMultiplier 1532
-#define IDC_ExperiencesPage_txtBaseXPLoss 1533
-#define IDC_ExperiencesPage_txtJobXPLoss 1534
-#define IDC_ExperiencesPage_txtItemDrop 1535

@@ -1,3 +1,0 @@
-#include "config/MiscPage.h"
-
-MiscPage::MiscPage(gui::TabPanel& panel) : TabPage(panel, IDD_MiscPage) {}

@@ -1,0 +1,9 @@
+#pragma once
+
+#define IDD_fraDatabaseLogins 1540
+#define IDC_fraDatabaseLogins_txtLoginName 1541
+#define IDC_fraDatabaseLogins_txtLoginPassword 1542
+#define IDC_fraDatabaseLogins_txtCharacterName 1543
+#define IDC_fraDatabaseLogins_txtCharacterPassword 1544
+#define IDC_fraDatabaseLogins_txtGlobalName 1545
+#define IDC_fraDatabaseLogins_txtGlobalPassword 1546

@@ -1,0 +1,8 @@
+#pragma once
+
+#define IDD_fraExperiences 1530
+#define IDC_fraExperiences_txtBaseXPMultiplier 1531
+#define IDC_fraExperiences_txtJobXPMultiplier 1532
+#define IDC_fraExperiences_txtBaseXPLoss 1533
+#define IDC_fraExperiences_txtJobXPLoss 1534
+#define IDC_fraExperiences_txtItemDrop 1535

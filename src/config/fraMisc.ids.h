@@ -1,0 +1,18 @@
+#pragma once
+
+#define IDD_fraMisc 1600
+#define IDC_fraMisc_chkAutoStart 1601
+#define IDC_fraMisc_chkWarpDebug 1602
+#define IDC_fraMisc_chkDisableEquipLimit 1603
+#define IDC_fraMisc_chkDisableSkillLimit 1604
+#define IDC_fraMisc_chkDisableLevelLimit 1605
+#define IDC_fraMisc_chkDisableFleedown 1606
+#define IDC_fraMisc_chkEnableMonsterKnockback 1607
+#define IDC_fraMisc_chkDisableMonsterActive 1608
+#define IDC_fraMisc_chkMonsterMob 1609
+#define IDC_fraMisc_chkSummonMonsterMob 1610
+#define IDC_fraMisc_chkSummonMonsterName 1611
+#define IDC_fraMisc_chkSummonMonsterAgo 1612
+#define IDC_fraMisc_chkSummonMonsterExp 1613
+#define IDC_fraMisc_txtGlobalMessage 1614
+#define IDC_fraMisc_txtMapMessage 1615

@@ -1,0 +1,13 @@
+#pragma once
+
+#define IDD_fraPriority 1560
+#define IDC_fraPriority_cboLoginPrioritySettings 1561
+#define IDC_fraPriority_cboCharacterPrioritySettings 1562
+#define IDC_fraPriority_cboZonePrioritySettings 1563
+#define IDC_fraPriority_cboLoginPriority 1564
+#define IDC_fraPriority_cboCharacterPriority 1565
+#define IDC_fraPriority_cboZonePriority 1566
+#define IDC_fraPriority_lblNotRunning1 1567
+#define IDC_fraPriority_lblNotRunning2 1568
+#define IDC_fraPriority_lblNotRunning3 1569
+#define IDC_fraPriority_cmdApplyPriorityChanges 1570

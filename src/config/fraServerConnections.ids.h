@@ -1,0 +1,9 @@
+#pragma once
+
+#define IDD_fraServerConnections 1510
+#define IDC_fraServerConnections_txtServerName 1511
+#define IDC_fraServerConnections_txtServerIP 1512
+#define IDC_fraServerConnections_cmdEnterIP 1513
+#define IDC_fraServerConnections_txtLoginPort 1514
+#define IDC_fraServerConnections_txtCharaPort 1515
+#define IDC_fraServerConnections_txtGamePort 1516

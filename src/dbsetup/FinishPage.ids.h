@@ -1,3 +1,0 @@
-#pragma once
-
-#define IDD_FinishPage 2180

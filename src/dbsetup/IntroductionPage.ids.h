@@ -1,3 +1,0 @@
-#pragma once
-
-#define IDD_IntroductionPage 2110

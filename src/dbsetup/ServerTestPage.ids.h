@@ -1,7 +1,0 @@
-#pragma once
-
-#define IDD_ServerTestPage 2120
-#define IDC_ServerTestPage_cmdTestMySQL 2121
-#define IDC_ServerTestPage_fraConnectionTest 2122
-#define IDC_ServerTestPage_lblConnectionTest 2123
-#define IDC_ServerTestPage_lblRunningMySQL 2124

@@ -1,0 +1,13 @@
+#pragma once
+
+#define IDD_fraAccounts 2160
+#define IDC_fraAccounts_fraGLogin 2161
+#define IDC_fraAccounts_txtGloginUsername 2162
+#define IDC_fraAccounts_txtGloginPassword 2163
+#define IDC_fraAccounts_fraAMCharacter 2164
+#define IDC_fraAccounts_txtAMCharacterUsername 2165
+#define IDC_fraAccounts_txtAMCharacterPassword 2166
+#define IDC_fraAccounts_fraAMGlobal 2167
+#define IDC_fraAccounts_txtAMGlobalUsername 2168
+#define IDC_fraAccounts_txtAMGlobalPassword 2169
+#define IDC_fraAccounts_cmdSetupAccounts 2170

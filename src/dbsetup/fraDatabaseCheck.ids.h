@@ -1,0 +1,14 @@
+#pragma once
+
+#define IDD_fraDatabaseCheck 2130
+#define IDC_fraDatabaseCheck_txtRootHostname 2131
+#define IDC_fraDatabaseCheck_txtRootUsername 2132
+#define IDC_fraDatabaseCheck_txtRootPassword 2133
+#define IDC_fraDatabaseCheck_cmdCheckDB 2134
+#define IDC_fraDatabaseCheck_fraDatabases 2135
+#define IDC_fraDatabaseCheck_lblGlogin 2136
+#define IDC_fraDatabaseCheck_lblGloginTables 2137
+#define IDC_fraDatabaseCheck_lblAMCharacter 2138
+#define IDC_fraDatabaseCheck_lblAMCharacterTables 2139
+#define IDC_fraDatabaseCheck_lblAMGlobal 2140
+#define IDC_fraDatabaseCheck_lblAMGlobalTables 2141

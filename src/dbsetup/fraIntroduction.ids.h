@@ -1,0 +1,3 @@
+#pragma once
+
+#define IDD_fraIntroduction 2110

@@ -1,0 +1,5 @@
+#pragma once
+
+#define IDD_fraRepair 2150
+#define IDC_fraRepair_cmdRepairDatabase 2151
+#define IDC_fraRepair_cmdDeleteDatabase 2152

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "dbsetup/fraServerTest.ids.h"
+#include "dbsetup/SetUpServer.h"
+#include "gui/TabPanel.h"
+
+/// Tests whether MySQL answers on this computer.
+class fraServerTest final : public gui::TabPage {
+public:
+    fraServerTest(gui::TabPanel& panel, dbsetup::SetUpServer& server)
+        : TabPage(panel, IDD_fraServerTest), server_(server) {}
+
+    gui::CommandButton cmdTestMySQL{*this, IDC_fraServerTest_cmdTestMySQL,
+                                    &fraServerTest::cmdTestMySQL_Click};
+    gui::Frame fraConnectionTest{*this, IDC_fraServerTest_fraConnectionTest};
+    gui::Label lblConnectionTest{*this, IDC_fraServerTest_lblConnectionTest};
+    gui::Label lblRunningMySQL{*this, IDC_fraServerTest_lblRunningMySQL};
+
+private:
+    void cmdTestMySQL_Click();
+
+    dbsetup::SetUpServer& server_;
+};
