@@ -91,7 +91,8 @@ TEST_F(ServerSettings, AppendsWhatAFileLacksInItsOrder) {
     Open("Other=1\r\n", "Other=2\r\n");
     Save();
     std::string keys;
-    for (const std::string_view line : common::Lines(Kerno()))
+    const std::string text = Kerno();
+    for (const std::string_view line : common::Lines(text))
         keys += " " + std::string(line.substr(0, line.find('=')));
     EXPECT_EQ(keys, " Other Name IP sv1port sv2port sv3port BaseExpMultiplier JobExpMultiplier DeathBaseLoss "
                     "DeathJobLoss DefaultMap DefaultPoint_X DefaultPoint_Y DefaultZeny AutoStart WarpDebug "
