@@ -7,7 +7,8 @@ target_precompile_headers(ktools_precompiled PRIVATE
 target_link_libraries(ktools_precompiled PRIVATE ktools_warnings)
 
 # A folder of src/ is one library. Its headers are included as "folder/Header.h", and that path exists only
-# for targets that name the folder in DEPENDS: including upwards or sideways is a compile error.
+# for targets that name the folder in DEPENDS, or name one that does: including upwards or sideways is a compile
+# error.
 #
 #   ktools_layer(NAME [DEPENDS layer...] [LIBRARIES systemlib...])
 #

@@ -131,6 +131,8 @@ start_display() {
 # start_wine FOLDER: makes it a Wine prefix when it is none yet, and keeps Wine's server running in it.
 start_wine() {
     export WINEPREFIX=$1 WINEARCH=win64 WINEDEBUG=-all WINEDLLOVERRIDES=mscoree,mshtml=
+    # Dates, decimal signs and AM and PM in the programs follow it; with C they are those of the United States.
+    export LC_ALL=C.UTF-8
     # What a killed run left behind would go on living in its old network namespace and on its old display.
     [[ ! -d $WINEPREFIX ]] || unlocked wineserver -k 2>/dev/null || true
     if [[ ! -f $WINEPREFIX/.complete ]]; then

@@ -33,14 +33,26 @@ TEST(IpHelper, DecodesARow) {
     EXPECT_EQ(decoded.AdapterAddress(), "00-05-AB-FF-10-0A");
     EXPECT_EQ(decoded.OutputQueueLength(), -1);
     // 128 places of the name come first; the address and its length take three after the speed.
-    for (const auto& [number, place] : {std::pair{decoded.InterfaceIndex(), 128},
-                                        {decoded.Speed(), 131},
-                                        {decoded.AdminStatus(), 135},
-                                        {decoded.OctetsReceived(), 138},
-                                        {decoded.IncomingErrors(), 142},
-                                        {decoded.OctetsSent(), 144},
-                                        {decoded.OutgoingErrors(), 148}})
-        EXPECT_EQ(number, place);
+    const std::int32_t beforeTheAddress[] = {decoded.InterfaceIndex(), decoded.InterfaceType(),
+                                             decoded.MaximumTransmissionUnit(), decoded.Speed()};
+    for (std::int32_t place = 128; const std::int32_t number : beforeTheAddress)
+        EXPECT_EQ(number, place++);
+    const std::int32_t behindIt[] = {decoded.AdminStatus(),
+                                     decoded.OperationalStatus(),
+                                     decoded.LastChange(),
+                                     decoded.OctetsReceived(),
+                                     decoded.UnicastPacketsReceived(),
+                                     decoded.NonunicastPacketsReceived(),
+                                     decoded.DiscardedIncomingPackets(),
+                                     decoded.IncomingErrors(),
+                                     decoded.UnknownProtocolPackets(),
+                                     decoded.OctetsSent(),
+                                     decoded.UnicastPacketsSent(),
+                                     decoded.NonunicastPacketsSent(),
+                                     decoded.DiscardedOutgoingPackets(),
+                                     decoded.OutgoingErrors()};
+    for (std::int32_t place = 135; const std::int32_t number : behindIt)
+        EXPECT_EQ(number, place++);
     row.dwPhysAddrLen = 0;
     row.wszName[0] = 0;
     decoded = config::InterfaceOfRow(row);
