@@ -5,28 +5,18 @@
 #include "config/ZoneTitle.h"
 #include "gui/modGUI.h"
 #include "servers/modServerControl.h"
-#include "settings/kToolsSettings.h"
-
-namespace key = settings::key;
 
 void frmServerStatus::Form_Load() {
     kTools_.INIPath(settings::kToolsIniPath());
-    PrepareLogs();
-    traffic_ = config::TrafficMeter(totals_());
-    const auto logs = [this](std::string_view name) { return common::Val(kTools_.INIProperty(name)) != 0; };
-    mnuLogLogin.Checked(logs(key::kLogLogin));
-    mnuLogCharacter.Checked(logs(key::kLogCharacter));
-    mnuLogZone.Checked(logs(key::kLogZone));
-    AnchorControls();
-}
-
-void frmServerStatus::PrepareLogs() {
-    loginLog_.LogFilename("LoginServer.log");
-    characterLog_.LogFilename("CharacterServer.log");
-    zoneLog_.LogFilename("ZoneServer.log");
     const std::string folder = common::LogFolder();
-    for (clsLog* log : {&loginLog_, &characterLog_, &zoneLog_})
-        log->LogPath(folder);
+    for (Channel& channel : channels_) {
+        channel.log.LogFilename(channel.logFile);
+        channel.log.LogPath(folder);
+    }
+    traffic_ = config::TrafficMeter(totals_());
+    for (const Channel& channel : channels_)
+        channel.mnuLog.Checked(common::Val(kTools_.INIProperty(channel.key)) != 0);
+    AnchorControls();
 }
 
 void frmServerStatus::AnchorControls() {
@@ -56,19 +46,10 @@ void frmServerStatus::mnuAlwaysOnTop_Click() {
     modGUI::SetFormOnTop(*this, mnuAlwaysOnTop.Checked());
 }
 
-void frmServerStatus::SwitchLog(gui::MenuItem& item, std::string_view key) {
-    item.Checked(!item.Checked());
-    kTools_.INIProperty(key, item.Checked() ? "-1" : "0");
-}
-
-void frmServerStatus::mnuLogLogin_Click() {
-    SwitchLog(mnuLogLogin, key::kLogLogin);
-}
-void frmServerStatus::mnuLogCharacter_Click() {
-    SwitchLog(mnuLogCharacter, key::kLogCharacter);
-}
-void frmServerStatus::mnuLogZone_Click() {
-    SwitchLog(mnuLogZone, key::kLogZone);
+void frmServerStatus::SwitchLog(modServerControl::Server server) {
+    const Channel& channel = channels_[static_cast<std::size_t>(server)];
+    channel.mnuLog.Checked(!channel.mnuLog.Checked());
+    kTools_.INIProperty(channel.key, channel.mnuLog.Checked() ? "-1" : "0");
 }
 
 // ---- Every second
@@ -105,24 +86,12 @@ void frmServerStatus::UpdateTraffic() {
 // ---- Every five seconds
 
 void frmServerStatus::tmrUpdateMessages_Timer() {
-    using modServerControl::Server;
-    // The login server's messages go to no log, whatever its check mark says: operators know that window as
-    // it is, and the mark is kept for them.
-    const struct {
-        Server server;
-        gui::RichTextBox& box;
-        const clsLog* log;
-    } channels[] = {
-        {Server::Login, txtLoginStatus, nullptr},
-        {Server::Character, txtCharacterStatus, mnuLogCharacter.Checked() ? &characterLog_ : nullptr},
-        {Server::Zone, txtZoneStatus, mnuLogZone.Checked() ? &zoneLog_ : nullptr},
-    };
-    for (const auto& [server, box, log] : channels) {
-        const std::string text = modServerControl::ReadLog(server);
+    for (const Channel& channel : channels_) {
+        const std::string text = modServerControl::ReadLog(channel.server);
         if (text.empty())
             continue;
-        if (log)
-            log->WriteLog(text, false);
-        box.Append(std::string(common::kLineEnd) + text);
+        if (channel.logged && channel.mnuLog.Checked())
+            channel.log.WriteLog(text, false);
+        channel.box.Append(std::string(common::kLineEnd) + text);
     }
 }

@@ -10,8 +10,11 @@
 #include "gui/Menu.h"
 #include "gui/Text.h"
 #include "gui/Timer.h"
+#include "servers/Servers.h"
 #include "settings/clsINI.h"
+#include "settings/kToolsSettings.h"
 
+#include <array>
 #include <functional>
 
 /// Shows what the three servers write into their message boxes, which it empties, and logs it on request;
@@ -79,24 +82,41 @@ private:
     void mnuClearLogin_Click() { txtLoginStatus.Text(""); }
     void mnuClearCharacter_Click() { txtCharacterStatus.Text(""); }
     void mnuClearZone_Click() { txtZoneStatus.Text(""); }
-    void mnuLogLogin_Click();
-    void mnuLogCharacter_Click();
-    void mnuLogZone_Click();
+    void mnuLogLogin_Click() { SwitchLog(modServerControl::Server::Login); }
+    void mnuLogCharacter_Click() { SwitchLog(modServerControl::Server::Character); }
+    void mnuLogZone_Click() { SwitchLog(modServerControl::Server::Zone); }
 
     void tmrUpdate_Timer();
     void tmrUpdateMessages_Timer();
 
+    /// What belongs to the messages of one server.
+    struct Channel {
+        modServerControl::Server server;
+        gui::RichTextBox& box;
+        gui::MenuItem& mnuLog;
+        std::string_view key;
+        const char* logFile;
+        /// Whether the check mark is heeded.
+        bool logged;
+        clsLog log{};
+    };
+
     void AnchorControls();
-    void PrepareLogs();
-    void SwitchLog(gui::MenuItem& item, std::string_view key);
+    void SwitchLog(modServerControl::Server server);
     void UpdateZone();
     void UpdateTraffic();
     config::Traffic MachineTotals();
 
     clsINI kTools_;
-    clsLog loginLog_;
-    clsLog characterLog_;
-    clsLog zoneLog_;
+    /// In the order of the servers. The login server's messages go to no log, whatever its check mark says:
+    /// operators know that window as it is, and the mark is kept for them.
+    std::array<Channel, 3> channels_{
+        {{modServerControl::Server::Login, txtLoginStatus, mnuLogLogin, settings::key::kLogLogin,
+          "LoginServer.log", false},
+         {modServerControl::Server::Character, txtCharacterStatus, mnuLogCharacter,
+          settings::key::kLogCharacter, "CharacterServer.log", true},
+         {modServerControl::Server::Zone, txtZoneStatus, mnuLogZone, settings::key::kLogZone,
+          "ZoneServer.log", true}}};
     CIpHelper ipHelper_;
     TotalsReader totals_ = [this] { return MachineTotals(); };
     config::TrafficMeter traffic_;

@@ -59,9 +59,9 @@ TEST_F(ServerSettings, SavesBackWhatItLoadedAndLeavesTheRestOfBothFilesAlone) {
     for (std::size_t i = 0; i < texts.size(); ++i)
         EXPECT_EQ(support::TextOf(texts[i]), ValueOf(kTexts[i]));
     fraPriority& page = form.priority;
-    EXPECT_EQ(page.cboZonePrioritySettings.Text() + page.cboLoginPrioritySettings.Text() +
-                  page.cboCharacterPrioritySettings.Text(),
-              "LowHighBelow Normal");
+    EXPECT_EQ(page.cboZonePrioritySettings.Text(), "Low");
+    EXPECT_EQ(page.cboLoginPrioritySettings.Text(), "High");
+    EXPECT_EQ(page.cboCharacterPrioritySettings.Text(), "Below Normal");
     Save();
     EXPECT_EQ(boxes.Seen(), (std::vector<SeenBox>{{"kTools", "Server settings saved", MB_OK}}));
     EXPECT_EQ(Kerno(), text);
@@ -183,12 +183,14 @@ TEST_F(ServerSettings, ChangesThePrioritiesOfRunningServers) {
     page.cmdApplyPriorityChanges.Press();
     EXPECT_EQ(modServerControl::GetProcessPriority(login), DWORD{NORMAL_PRIORITY_CLASS});
     form.cmdReload.Press();
-    EXPECT_EQ(page.cboLoginPriority.Text() + page.cboZonePriority.Text(), "NormalLow");
+    EXPECT_EQ(page.cboLoginPriority.Text(), "Normal");
+    EXPECT_EQ(page.cboZonePriority.Text(), "Low");
     EXPECT_TRUE(page.cboLoginPriority.Visible() && !page.lblNotRunning1.Visible());
     // Typing chooses in each list but the zone server's own.
     SendMessageA(page.cboLoginPriority.Window(), WM_CHAR, 'B', 0);
     SendMessageA(page.cboZonePriority.Window(), WM_CHAR, 'R', 0);
-    EXPECT_EQ(page.cboLoginPriority.Text() + page.cboZonePriority.Text(), "Below NormalLow");
+    EXPECT_EQ(page.cboLoginPriority.Text(), "Below Normal");
+    EXPECT_EQ(page.cboZonePriority.Text(), "Low");
     page.cboZonePriority.ListIndex(1);
     page.cmdApplyPriorityChanges.Press();
     EXPECT_EQ(modServerControl::GetProcessPriority(login), DWORD{BELOW_NORMAL_PRIORITY_CLASS});

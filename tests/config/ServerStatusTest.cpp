@@ -131,7 +131,8 @@ TEST_F(ServerStatus, FirstTicksShowZoneAndTraffic) {
     form_.mnuResetTraffic.Choose();
     form_.tmrUpdate.Tick();
     EXPECT_EQ(form_.lblReceived.Caption(), "1,239");
-    EXPECT_EQ(form_.lblDownload.Caption() + form_.lblUpload.Caption(), "50");
+    EXPECT_EQ(form_.lblDownload.Caption(), "5");
+    EXPECT_EQ(form_.lblUpload.Caption(), "0");
 
     ASSERT_TRUE(support::SetTextOf(zone, "Kerno Zone Server 00:01:02:03, no players"));
     form_.tmrUpdate.Tick();
