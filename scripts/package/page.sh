@@ -20,6 +20,18 @@ make_page() {
     done < <(grep -o '!\[[^]]*\]([^):]*)' "$page" | sed 's/.*(\(.*\))/\1/' | LC_ALL=C sort -u)
 }
 
+# make_help PAGE.md FOLDER: a small page for each heading, help/NAME.html, which leads on to that heading. The
+# program opens these: Windows drops what stands behind "#" when it opens a file.
+make_help() {
+    local page=$1 folder=$2 target name
+    target=../$(basename "$page" .md).html
+    mkdir -p "$folder/help" || return 1
+    while read -r name; do
+        printf '<!DOCTYPE html>\n<meta charset="utf-8">\n<title>Kerno Tools</title>\n<meta http-equiv="refresh" content="0; url=%s">\n<a href="%s">%s</a>\n' \
+            "$target#$name" "$target#$name" "$name" >"$folder/help/$name.html" || return 1
+    done < <(cmark-gfm --extension table "$page" | add_anchors | sed -n 's/^<h[2-6] id="\([^"]*\)".*/\1/p')
+}
+
 # Headings get the names by which a page's own links reach them: small letters, hyphens for blanks.
 add_anchors() {
     perl -pe 's{^<h([1-6])>(.*)</h\1>$}{

@@ -139,6 +139,10 @@ gui::Task<> frmMainMenu::mnuAbout_Click() {
     gui::Local<frmAbout> about;
     co_await about->ShowModal(*this);
 }
+void frmMainMenu::mnuHelp_Click() {
+    // As F1 in this window.
+    SendMessageA(Window(), WM_HELP, 0, 0);
+}
 
 void frmMainMenu::mnuMenuMain_Click() {
     Restore();

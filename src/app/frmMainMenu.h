@@ -37,6 +37,7 @@ public:
     gui::MenuItem mnuSetSQLPath{*this, IDM_frmMainMenu_mnuSetSQLPath, &frmMainMenu::mnuSetSQLPath_Click};
     gui::MenuItem mnuSetUpMySQL{*this, IDM_frmMainMenu_mnuSetUpMySQL, &frmMainMenu::mnuSetUpMySQL_Click};
     gui::MenuItem mnuAbout{*this, IDM_frmMainMenu_mnuAbout, &frmMainMenu::mnuAbout_Click};
+    gui::MenuItem mnuHelp{*this, IDM_frmMainMenu_mnuHelp, &frmMainMenu::mnuHelp_Click};
     gui::MenuItem mnuStartKerno{*this, IDM_frmMainMenu_mnuStartKerno, &frmMainMenu::mnuStartKerno_Click};
     gui::MenuItem mnuShutdownKerno{*this, IDM_frmMainMenu_mnuShutdownKerno,
                                    &frmMainMenu::mnuShutdownKerno_Click};
@@ -101,6 +102,7 @@ private:
     gui::Task<> mnuSetSQLPath_Click();
     void mnuSetUpMySQL_Click();
     gui::Task<> mnuAbout_Click();
+    void mnuHelp_Click();
 
     void mnuStartKerno_Click() { servers_.StartKerno(); }
     void mnuShutdownKerno_Click() { servers_.ShutdownKerno(); }

@@ -40,3 +40,4 @@
 #define IDM_frmMainMenu_mnuAccountEditor 1047
 #define IDM_frmMainMenu_mnuMenuMain 1048
 #define IDM_frmMainMenu_mnuExit 1049
+#define IDM_frmMainMenu_mnuHelp 1050

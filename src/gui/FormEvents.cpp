@@ -1,6 +1,7 @@
 #include "gui/Control.h"
 #include "gui/Focus.h"
 #include "gui/Form.h"
+#include "gui/Help.h"
 #include "gui/Menu.h"
 #include "gui/Timer.h"
 
@@ -128,6 +129,15 @@ bool Form::Handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
     case WM_SIZE:
         Raise([this] { Form_Resize(); });
         return true;
+    case WM_HELP: {
+        // F1 in any control. A page without a chapter of its own leaves it to its form.
+        const auto chapter = HelpChapter(templateId_);
+        if (!chapter)
+            return false;
+        if (const std::string problem = ShowHelp(*chapter); !problem.empty())
+            Tell(problem, MB_ICONINFORMATION);
+        return true;
+    }
     case WM_GETMINMAXINFO:
         reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = smallest_;
         return true;

@@ -8,6 +8,69 @@ namespace {
 
 constexpr std::size_t kLongestToolTip = 1024;
 constexpr LPARAM kWidestToolTip = 400;
+constexpr UINT_PTR kRelay = 1;
+
+bool LoadToolTip(UINT_PTR id, char (&text)[kLongestToolTip]) {
+    return LoadStringA(GetModuleHandleA(nullptr), static_cast<UINT>(id), text, sizeof text) > 0;
+}
+
+TTTOOLINFOA Tool(HWND form, UINT flags, UINT_PTR id) {
+    TTTOOLINFOA info{};
+    // The size without the last member is the one that every version of the control takes.
+    info.cbSize = TTTOOLINFOA_V1_SIZE;
+    info.uFlags = flags;
+    info.hwnd = form;
+    info.uId = id;
+    return info;
+}
+
+void Add(HWND toolTips, TTTOOLINFOA tool, const char* text) {
+    tool.lpszText = const_cast<char*>(text);
+    SendMessageA(toolTips, TTM_ADDTOOLA, 0, reinterpret_cast<LPARAM>(&tool));
+}
+
+/// A control that is disabled gets no mouse messages; its form gets them in its stead. So each control has a
+/// second tool, the place of the control on the form.
+TTTOOLINFOA PlaceOf(HWND form, UINT_PTR id) {
+    TTTOOLINFOA tool = Tool(form, TTF_SUBCLASS, id);
+    GetWindowRect(GetDlgItem(form, static_cast<int>(id)), &tool.rect);
+    MapWindowPoints(nullptr, form, reinterpret_cast<POINT*>(&tool.rect), 2);
+    return tool;
+}
+
+void FollowTheControls(HWND form, HWND toolTips) {
+    for (HWND control = GetWindow(form, GW_CHILD); control; control = GetWindow(control, GW_HWNDNEXT)) {
+        TTTOOLINFOA place = PlaceOf(form, static_cast<UINT_PTR>(GetDlgCtrlID(control)));
+        SendMessageA(toolTips, TTM_NEWTOOLRECTA, 0, reinterpret_cast<LPARAM>(&place));
+    }
+}
+
+/// Tells a place's text when the tooltip is about to be shown, and none where the control is hidden.
+void Answer(HWND form, NMTTDISPINFOA& asked) {
+    static char text[kLongestToolTip];
+    const HWND control = GetDlgItem(form, static_cast<int>(asked.hdr.idFrom));
+    if (!IsWindowVisible(control) || !LoadToolTip(asked.hdr.idFrom, text))
+        text[0] = '\0';
+    asked.lpszText = text;
+}
+
+LRESULT CALLBACK RelayProcedure(HWND form, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR /*id*/,
+                                DWORD_PTR toolTips) {
+    const auto tips = reinterpret_cast<HWND>(toolTips);
+    if (message == WM_NOTIFY) {
+        auto* asked = reinterpret_cast<NMTTDISPINFOA*>(lParam);
+        if (asked->hdr.hwndFrom == tips && asked->hdr.code == static_cast<UINT>(TTN_GETDISPINFOA)) {
+            Answer(form, *asked);
+            return 0;
+        }
+    }
+    if (message == WM_NCDESTROY)
+        RemoveWindowSubclass(form, RelayProcedure, kRelay);
+    const LRESULT result = DefSubclassProc(form, message, wParam, lParam);
+    if (message == WM_SIZE)
+        FollowTheControls(form, tips);
+    return result;
+}
 
 } // namespace
 
@@ -15,24 +78,20 @@ void AddToolTips(HWND form, const std::vector<HWND>& controls) {
     HWND toolTips = nullptr;
     for (const HWND control : controls) {
         char text[kLongestToolTip];
-        const auto id = static_cast<UINT>(GetDlgCtrlID(control));
-        if (!LoadStringA(GetModuleHandleA(nullptr), id, text, sizeof text))
+        const auto id = static_cast<UINT_PTR>(GetDlgCtrlID(control));
+        if (!LoadToolTip(id, text))
             continue;
         if (!toolTips)
             toolTips = CreateWindowExA(WS_EX_TOPMOST, TOOLTIPS_CLASSA, nullptr, WS_POPUP | TTS_ALWAYSTIP,
                                        CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, form,
                                        nullptr, nullptr, nullptr);
-        TTTOOLINFOA info{};
-        // The size without the last member is the one that every version of the control takes.
-        info.cbSize = TTTOOLINFOA_V1_SIZE;
-        info.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
-        info.hwnd = form;
-        info.uId = reinterpret_cast<UINT_PTR>(control);
-        info.lpszText = text;
-        SendMessageA(toolTips, TTM_ADDTOOLA, 0, reinterpret_cast<LPARAM>(&info));
+        Add(toolTips, Tool(form, TTF_IDISHWND | TTF_SUBCLASS, reinterpret_cast<UINT_PTR>(control)), text);
+        Add(toolTips, PlaceOf(form, id), LPSTR_TEXTCALLBACKA);
     }
-    if (toolTips)
-        SendMessageA(toolTips, TTM_SETMAXTIPWIDTH, 0, kWidestToolTip);
+    if (!toolTips)
+        return;
+    SendMessageA(toolTips, TTM_SETMAXTIPWIDTH, 0, kWidestToolTip);
+    SetWindowSubclass(form, RelayProcedure, kRelay, reinterpret_cast<DWORD_PTR>(toolTips));
 }
 
 } // namespace gui

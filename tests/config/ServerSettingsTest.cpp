@@ -137,7 +137,7 @@ TEST_F(ServerSettings, FilesThatCannotBeUsed) {
     Save();
     SetFileAttributesA(kerno.INIPath().c_str(), FILE_ATTRIBUTE_NORMAL);
     EXPECT_EQ(Kerno(), text);
-    ASSERT_EQ(boxes.Seen().size(), 2u);
+    ASSERT_TRUE(support::WaitUntil([&] { return boxes.Seen().size() == 2; }));
     EXPECT_EQ(boxes.Texts()[0].substr(0, 8) + boxes.Texts()[1].substr(0, 8), "Error 62Error 70");
 }
 
