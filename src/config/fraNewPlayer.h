@@ -13,8 +13,7 @@ public:
     gui::TextBox txtStartingX{*this, IDC_fraNewPlayer_txtStartingX};
     gui::TextBox txtStartingY{*this, IDC_fraNewPlayer_txtStartingY};
     gui::TextBox txtStartingZeny{*this, IDC_fraNewPlayer_txtStartingZeny};
-    gui::CommandButton cmdMapPicker{*this, IDC_fraNewPlayer_cmdMapPicker,
-                                    &fraNewPlayer::cmdMapPicker_Click};
+    gui::CommandButton cmdMapPicker{*this, IDC_fraNewPlayer_cmdMapPicker, &fraNewPlayer::cmdMapPicker_Click};
 
 private:
     gui::Task<> cmdMapPicker_Click();

@@ -20,7 +20,8 @@ std::string ShowHelp(const std::string& chapter) {
     const std::string page = common::ProgramFolder() + "\\docs\\help\\" + chapter + ".html";
     if (!common::FileExists(page))
         return "The guide is not there: " + page +
-               "\n\nIt comes with Kerno Tools, in the folder docs. Install Kerno Tools again over this folder.";
+               "\n\nIt comes with Kerno Tools, in the folder docs. Install Kerno Tools again over this "
+               "folder.";
     const auto result = reinterpret_cast<INT_PTR>(
         ShellExecuteA(nullptr, "open", page.c_str(), nullptr, nullptr, SW_SHOWNORMAL));
     // The values up to 32 are errors.
