@@ -16,23 +16,25 @@ std::string Padding(int lines) {
     return text;
 }
 
-/// Prints the time of `save`, which changes nothing of what it needs, beside that of as many writes of the
-/// same bytes without looking for a setting; one after the other, so that both meet the same load of the
-/// machine.
-void MeasureSave(const std::string& name, const bench::Size& size, int writes, const std::string& path,
+/// Prints the time of `save`, which changes nothing of what it needs, beside that of one rewrite of the same
+/// bytes of each file without looking for a setting; one after the other, so that both meet the same load of
+/// the machine.
+void MeasureSave(const std::string& name, const bench::Size& size, const std::vector<std::string>& paths,
                  const std::function<double()>& save) {
     save();
-    const std::string text = common::ReadFileText(path);
+    std::vector<std::string> texts;
+    for (const std::string& path : paths)
+        texts.push_back(common::ReadFileText(path));
     std::vector<double> own, plain;
     for (int run = 0; run < kRuns; ++run) {
         own.push_back(save());
         plain.push_back(bench::Milliseconds([&] {
-            for (int i = 0; i < writes; ++i)
-                common::ReplaceFileText(path, text);
+            for (std::size_t i = 0; i < paths.size(); ++i)
+                common::ReplaceFileText(paths[i], texts[i]);
         }));
     }
-    bench::Row(name + ", " + std::to_string(writes) + " settings", size, bench::Median(own), "ms",
-               {bench::Median(plain), "plain writes"});
+    bench::Row(name, size, bench::Median(own), "ms",
+               {bench::Median(plain), paths.size() == 1 ? "one rewrite" : "one rewrite of each file"});
 }
 
 const bench::Area settingsArea("settings", [] {
@@ -45,12 +47,12 @@ const bench::Area settingsArea("settings", [] {
         support::WriteFile(kernoIni, Padding(lines - 35));
         frmServerSettings form;
         form.Load();
-        MeasureSave("configurator's Save", size, 37, kernoIni,
+        MeasureSave("configurator's Save, 37 settings", size, {kernoIni, kToolsIni},
                     [&] { return bench::Milliseconds([&] { form.SaveSettings(); }); });
         form.Unload();
         support::WriteFile(kToolsIni, defaults + Padding(lines - 50));
         frmServerControl panel;
-        MeasureSave("control panel's close", size, 25, kToolsIni, [&] {
+        MeasureSave("control panel's close, 25 settings", size, {kToolsIni}, [&] {
             panel.Load();
             return bench::Milliseconds([&] { panel.Unload(); });
         });

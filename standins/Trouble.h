@@ -2,13 +2,13 @@
 
 #include "StandinCommands.h"
 
-/// The bad ways that a server can take, on demand.
+/// What makes a stand-in misbehave, when a test asks for it: error dialogs and a crash.
 namespace standin {
 
-/// Raises error dialogs over `owner`, which cannot be used before they have all ended, and returns at once.
+/// Opens error dialogs over `owner` and returns at once. `owner` is disabled until all of them are closed.
 void RaiseDialogs(HWND owner, Command kind, int count);
 
-/// True when the message was for one of the dialogs, and has been dealt with.
+/// Handles a message of one of the dialogs; false when it belongs to none.
 bool HandleDialogMessage(MSG& message);
 
 /// True while one of its dialogs waits for an answer.

@@ -22,6 +22,20 @@ double SecondsLeft(long second, const BackupSettings& settings) {
     return InSeconds(settings.periodMinutes) - static_cast<double>(second);
 }
 
+std::string DateAndTimeText(const SYSTEMTIME& time) {
+    char date[100] = "";
+    char clock[100] = "";
+    GetDateFormatA(LOCALE_USER_DEFAULT, DATE_SHORTDATE, &time, nullptr, date, sizeof date);
+    GetTimeFormatA(LOCALE_USER_DEFAULT, 0, &time, nullptr, clock, sizeof clock);
+    return std::string(date) + " " + clock;
+}
+
+std::string MinutesText(double minutes) {
+    return common::NumberText(minutes) + " minutes";
+}
+
+} // namespace
+
 SYSTEMTIME After(const SYSTEMTIME& now, double seconds) {
     constexpr double kTicks = 1e7;
     // The last time that the system has a text for, at the end of the year 30827.
@@ -37,20 +51,6 @@ SYSTEMTIME After(const SYSTEMTIME& now, double seconds) {
     FileTimeToSystemTime(&file, &time);
     return time;
 }
-
-std::string DateAndTimeText(const SYSTEMTIME& time) {
-    char date[100] = "";
-    char clock[100] = "";
-    GetDateFormatA(LOCALE_USER_DEFAULT, DATE_SHORTDATE, &time, nullptr, date, sizeof date);
-    GetTimeFormatA(LOCALE_USER_DEFAULT, 0, &time, nullptr, clock, sizeof clock);
-    return std::string(date) + " " + clock;
-}
-
-std::string MinutesText(double minutes) {
-    return common::NumberText(minutes) + " minutes";
-}
-
-} // namespace
 
 double MinutesLeft(long second, const BackupSettings& settings) {
     return std::floor(SecondsLeft(second, settings) / 60);

@@ -28,6 +28,9 @@ BackupAction ActionAt(long second, const BackupSettings& settings);
 /// Whole minutes until the backup, rounded down; below zero once it is due.
 double MinutesLeft(long second, const BackupSettings& settings);
 
+/// The time so many seconds after `now`, at most the last one that the system has a text for.
+SYSTEMTIME After(const SYSTEMTIME& now, double seconds);
+
 /// The message at `second` with its placeholders replaced. `now` is local time.
 std::string Announcement(long second, const BackupSettings& settings, const SYSTEMTIME& now);
 

@@ -124,7 +124,7 @@ void fraBackup::TimedBackup(bool shutdownServers) {
         FileBackup();
     if (option == "1" || option == "2")
         RemoteBackup();
-    // An empty box of a page that has gone is no number of backups to keep.
+    // The panel was closed during the backup: its box reads empty, which must not count as "keep no backups".
     if (!Loaded())
         return;
     supervision::PruneBackups(txtNumOfBackup.Text());

@@ -1,6 +1,8 @@
 #include "supervision/frmIPDetection.h"
 
+#include "servers/Servers.h"
 #include "settings/kToolsSettings.h"
+#include "supervision/NextBackup.h"
 
 using binding::Choices;
 using namespace settings::key;
@@ -25,6 +27,8 @@ frmIPDetection::frmIPDetection()
 void frmIPDetection::Form_Load() {
     kTools_.INIPath(settings::kToolsIniPath());
     binding::Load({&settings_});
+    const clsINI kerno(settings::KernoIniPath(modServerControl::KernoPath()));
+    lblTimedBackups.Caption("Timed backups ask Kerno.ini instead. " + supervision::BackupOptionText(kerno));
 }
 
 void frmIPDetection::EnableHost(bool enabled) {

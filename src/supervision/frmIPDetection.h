@@ -28,6 +28,8 @@ public:
     gui::OptionButton optBackupDatabaseOnly{*this, IDC_frmIPDetection_optBackupDatabaseOnly};
     gui::OptionButton optBackupDatabaseFileAndRemoteSQL{*this,
                                                         IDC_frmIPDetection_optBackupDatabaseFileAndRemoteSQL};
+    /// Timed backups ask Kerno.ini and not this window.
+    gui::Label lblTimedBackups{*this, IDC_frmIPDetection_lblTimedBackups};
     gui::Label lblRemoteSQLServer{*this, IDC_frmIPDetection_lblRemoteSQLServer};
     gui::Label lblBackupHostname{*this, IDC_frmIPDetection_lblBackupHostname};
     gui::TextBox txtBackupHostname{*this, IDC_frmIPDetection_txtBackupHostname};

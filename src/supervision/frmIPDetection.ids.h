@@ -22,3 +22,4 @@
 #define IDC_frmIPDetection_txtDynamicHost 2019
 #define IDC_frmIPDetection_cmdOK 2020
 #define IDC_frmIPDetection_cmdCancel 2021
+#define IDC_frmIPDetection_lblTimedBackups 2022
