@@ -1,5 +1,6 @@
 #pragma once
 
+#include "database/Error.h"
 #include "database/TableWriter.h"
 
 #include <cstddef>
@@ -18,6 +19,13 @@ class Recordset {
 public:
     /// Told the number of rows read so far after every block of them.
     using Progress = std::function<void(std::size_t rows)>;
+    /// Told the row and the fields of a change that is about to be sent.
+    using Check = std::function<void(std::size_t row, const Fields& set)>;
+    /// A change that was not made, and why.
+    struct Refusal {
+        std::size_t row;
+        Error error;
+    };
 
     /// Runs the query and reads all its rows; the first becomes current. The connection must outlive the
     /// set, but may be closed and opened again meanwhile. Raises Error; the set is then closed.
@@ -31,6 +39,10 @@ public:
     std::size_t RecordCount() const;
     /// The position of the field, letter case aside. Raises kItemNotFound.
     std::size_t FieldIndex(std::string_view name) const;
+
+    /// Columns that beside the key tell which row it is, such as a name: when somebody else has put another
+    /// row under a key, UpdateBatch leaves that one alone (kRowChanged). Good until Close.
+    void Identity(std::vector<std::size_t> columns) { identity_ = std::move(columns); }
 
     /// True before the first row and after the last; both in a set without rows. After Delete neither is
     /// until the next move, not even when that was the last row that was left.
@@ -69,11 +81,38 @@ public:
     /// sent stays sent. A change that the server or a change of somebody else prevents (kRowChanged) stays
     /// here and the ones behind it are tried; when one of these is of the same row, both are tried as one
     /// there. The first error is raised at the end. When the connection is lost the rest stays here at once.
-    /// Either way UpdateBatch can be tried again.
-    void UpdateBatch();
+    /// Either way UpdateBatch can be tried again. `check` is asked before each change; an Error that it
+    /// raises prevents the change.
+    void UpdateBatch(const Check& check = {});
+    /// What the last UpdateBatch met, in the order of the changes.
+    const std::vector<Refusal>& Refusals() const { return refusals_; }
 
     /// Changes that are not sent yet.
     std::size_t PendingChanges() const { return changes_.size(); }
+
+    // The rows and what waits for them, by their bookmarks.
+
+    enum class State { Unchanged, Added, Changed, Deleted };
+    /// All rows of the set, first to last.
+    std::vector<std::size_t> Rows() const;
+    /// The rows with changes that are not sent yet, each once, in the order of their first change.
+    std::vector<std::size_t> PendingRows() const;
+    State StateOf(std::size_t row) const;
+    /// A field as this side has it, also of a deleted row.
+    Value At(std::size_t row, std::size_t column) const;
+    /// A field as the server has it, as far as this side knows; none when it does not, as for a new row.
+    std::optional<Value> ServerValue(std::size_t row, std::size_t column) const;
+    /// True when the field is shown with other characters than the server holds.
+    bool IsLossy(std::size_t row, std::size_t column) const;
+    /// Forgets the changes of a row: a new one disappears, a deleted one comes back. False, and nothing
+    /// happens, when one of them may have arrived at the server already.
+    bool TakeBack(std::size_t row);
+    /// The same for one field of a changed row.
+    bool TakeBack(std::size_t row, std::size_t column);
+    /// Takes a row's fields over as the server has them by now; changes that wait for the row stay.
+    void ServerHas(std::size_t row, const Fields& fields) { Merge(sent_, row, fields); }
+    /// Forgets a deleted row that the server does not have any more.
+    void Forget(std::size_t row);
 
 private:
     enum class Kind { Add, Update, Delete };
@@ -87,7 +126,7 @@ private:
         bool adding = false;
         Fields set;
     };
-    using Rows = std::unordered_map<std::size_t, Fields>;
+    using FieldsOfRows = std::unordered_map<std::size_t, Fields>;
 
     void CheckOpen() const;
     void CheckCurrent() const;
@@ -96,8 +135,8 @@ private:
     void Load(const Progress& progress);
     void Move(std::ptrdiff_t from, std::ptrdiff_t step);
     std::ptrdiff_t End() const { return static_cast<std::ptrdiff_t>(deleted_.size()); }
-    std::optional<Value> ServerValue(std::size_t row, std::size_t column) const;
-    void Merge(Rows& into, std::size_t row, const Fields& set) const;
+    bool InDoubt(std::size_t row) const;
+    void Merge(FieldsOfRows& into, std::size_t row, const Fields& set) const;
 
     std::size_t AddsFrom(std::size_t first, const TableWriter& writer) const;
     void SendAdds(std::size_t first, std::size_t count, const TableWriter& writer, std::vector<bool>& done);
@@ -113,9 +152,11 @@ private:
     std::vector<bool> deleted_;
     std::size_t count_ = 0;
     /// What the server holds of a row that differs from what was read, and what this side does.
-    Rows sent_;
-    Rows local_;
+    FieldsOfRows sent_;
+    FieldsOfRows local_;
     std::vector<Change> changes_;
+    std::vector<Refusal> refusals_;
+    std::vector<std::size_t> identity_;
     std::optional<Edit> edit_;
     /// -1 before the first row.
     std::ptrdiff_t row_ = -1;

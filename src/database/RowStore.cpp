@@ -75,6 +75,7 @@ void RowStore::AppendWide(std::wstring_view text) {
     cell.kind = Cell::Kind::Text;
     cell.characters = narrow.data();
     cell.length = static_cast<std::uint32_t>(narrow.size());
+    cell.lossy = std::ranges::count(narrow, '?') > std::ranges::count(text, L'?');
     Append(cell);
 }
 

@@ -21,6 +21,8 @@ struct Cell {
     };
     std::uint32_t length = 0;
     Kind kind = Kind::Null;
+    /// Text that lost characters because the ANSI code page lacks them.
+    bool lossy = false;
 
     static Cell Of(const Value& value);
     Value ToValue() const;

@@ -15,8 +15,9 @@ bool SameValue(const Value& a, const Value& b) {
     return a.AsText() == b.AsText();
 }
 
-TableWriter::TableWriter(SessionPtr session, const std::vector<Column>& columns)
-    : session_(std::move(session)), columns_(columns) {
+TableWriter::TableWriter(SessionPtr session, const std::vector<Column>& columns,
+                         std::vector<std::size_t> identity)
+    : session_(std::move(session)), columns_(columns), identity_(std::move(identity)) {
     if (columns.empty() || columns.front().baseTable.empty())
         Raise(kReadOnly);
     const Column& first = columns.front();
@@ -68,6 +69,17 @@ void TableWriter::AddTest(Clause& clause, std::size_t column, const Value& value
     clause.values.push_back(value);
 }
 
+void TableWriter::AddIdentity(Clause& clause, const Before& before) const {
+    for (const std::size_t column : identity_) {
+        const auto value = before(column);
+        if (!value)
+            continue;
+        // The server's own comparison takes "Bob " for "bob".
+        clause.sql += " AND HEX(CONVERT(" + Name(column) + " USING utf8)) <=> HEX(CONVERT(? USING utf8))";
+        clause.values.push_back(*value);
+    }
+}
+
 TableWriter::Clause TableWriter::Address(const Before& before) const {
     Clause clause;
     for (const std::size_t column : key_) {
@@ -89,6 +101,17 @@ std::optional<Answer> TableWriter::Find(const Clause& where) const {
     if (rows.Count() == 0)
         return std::nullopt;
     return rows;
+}
+
+/// The row that has the key and identity of `before`.
+std::optional<Answer> TableWriter::FindSame(const Before& before) const {
+    auto row = Find(Address(before));
+    for (const std::size_t column : identity_) {
+        const auto value = before(column);
+        if (row && value && !SameValue(row->At(0, column), *value))
+            row.reset();
+    }
+    return row;
 }
 
 std::int64_t TableWriter::Send(const std::string& sql, const std::vector<Value>& values) const {
@@ -151,8 +174,10 @@ Value TableWriter::Insert(const Fields& set, bool inDoubt) {
 void TableWriter::Update(const Before& before, const Fields& set, bool inDoubt) {
     const Clause address = Address(before);
     Clause unchanged = address;
+    AddIdentity(unchanged, before);
     for (std::size_t i = 0; i < set.size(); ++i) {
-        const bool addressed = std::ranges::find(key_, i) != key_.end();
+        const bool addressed =
+            std::ranges::find(key_, i) != key_.end() || std::ranges::find(identity_, i) != identity_.end();
         if (const auto value = set[i] && !addressed ? before(i) : std::nullopt)
             AddTest(unchanged, i, *value);
     }
@@ -170,9 +195,9 @@ void TableWriter::Update(const Before& before, const Fields& set, bool inDoubt) 
         return true;
     };
     const Before after = [&](std::size_t column) { return set[column] ? set[column] : before(column); };
-    auto row = Find(address);
+    auto row = FindSame(before);
     if (!row && inDoubt)
-        row = Find(Address(after));
+        row = FindSame(after);
     if (!row)
         RaiseChanged(address);
     if (matches(*row, after))
@@ -183,7 +208,16 @@ void TableWriter::Update(const Before& before, const Fields& set, bool inDoubt) 
 
 void TableWriter::Delete(const Before& before, bool inDoubt) {
     const Clause address = Address(before);
-    if (Send("DELETE FROM " + table_ + " WHERE " + address.sql + " LIMIT 1", address.values) == 0 && !inDoubt)
+    Clause same = address;
+    AddIdentity(same, before);
+    const auto send = [this](const Clause& where) {
+        return Send("DELETE FROM " + table_ + " WHERE " + where.sql + " LIMIT 1", where.values) > 0;
+    };
+    if (send(same))
+        return;
+    // As for Update: characters that the code page lacks do not come back equal.
+    const bool deleted = !identity_.empty() && FindSame(before) && send(address);
+    if (!deleted && !inDoubt)
         RaiseChanged(address);
 }
 

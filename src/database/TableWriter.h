@@ -19,15 +19,18 @@ bool SameValue(const Value& a, const Value& b);
 ///
 /// A row is addressed by the primary key, or by all values it had where there is none. A change of a row
 /// that is gone, or whose changed columns have other values by now, raises kRowChanged: what somebody else
-/// did in the meantime is not overwritten. `inDoubt` says that the same change may have arrived already,
-/// because the connection was lost before the server's answer.
+/// did in the meantime is not overwritten. So does a change of a row whose identity columns, compared to the
+/// letter, are not what they were: its key was given to another one. `inDoubt` says that the same change may
+/// have arrived already, because the connection was lost before the server's answer.
 class TableWriter {
 public:
     /// The value a row's column had at the server; none when it is not known.
     using Before = std::function<std::optional<Value>(std::size_t column)>;
 
-    /// Raises kReadOnly when the columns do not come from one table.
-    TableWriter(SessionPtr session, const std::vector<Column>& columns);
+    /// `identity`: positions of the identity columns. Raises kReadOnly when the columns do not come from one
+    /// table.
+    TableWriter(SessionPtr session, const std::vector<Column>& columns,
+                std::vector<std::size_t> identity = {});
 
     /// The table's name as SQL writes it.
     const std::string& Table() const { return table_; }
@@ -52,14 +55,17 @@ private:
     std::vector<std::string> PrimaryKey() const;
     std::string Name(std::size_t column) const { return Quoted(columns_[column].baseName); }
     void AddTest(Clause& clause, std::size_t column, const Value& value) const;
+    void AddIdentity(Clause& clause, const Before& before) const;
     Clause Address(const Before& before) const;
     std::optional<Answer> Find(const Clause& where) const;
+    std::optional<Answer> FindSame(const Before& before) const;
     std::int64_t Send(const std::string& sql, const std::vector<Value>& values) const;
     std::int64_t SendUpdate(const Fields& set, const Clause& where) const;
     [[noreturn]] void RaiseChanged(const Clause& address) const;
 
     SessionPtr session_;
     const std::vector<Column>& columns_;
+    std::vector<std::size_t> identity_;
     std::string table_;
     /// The columns that tell one row from the others.
     std::vector<std::size_t> key_;

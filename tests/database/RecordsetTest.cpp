@@ -156,6 +156,67 @@ TEST_F(RecordsetTest, WhatSomebodyElseDidIsReportedAndNotOverwritten) {
     EXPECT_EQ(Stored("AID, Name"), (Lines{"1|gone", "2|mine", "3|nobody"}));
 }
 
+TEST_F(RecordsetTest, AKeyThatWasGivenToAnotherRowIsLeftAlone) {
+    root.Execute("ALTER TABLE glogin.account MODIFY Name varchar(24) CHARACTER SET utf8mb4");
+    root.Execute("INSERT INTO glogin.account (AID, Name) VALUES (4, _utf8mb4 x'E4B8ADE69687'), (5, 'eve ')");
+    set.Open(own, kAll);
+    set.Identity({1});
+    for (const char* theirs : {"'Ann'", "'bob '", "_utf8mb4 x'E4B8AD'"})
+        root.Execute("UPDATE glogin.account SET Name=" + std::string(theirs) + " WHERE Name=" +
+                     (theirs[1] == 'A'   ? "'ann'"
+                      : theirs[1] == 'b' ? "'bob'"
+                                         : "'cid'"));
+    for (const int key : {1, 3}) {
+        Find(key);
+        set.Field("Points", 77);
+        set.Update();
+    }
+    Find(2);
+    set.Delete();
+    // A name that cannot be shown is still that of the row.
+    Find(4);
+    EXPECT_TRUE(set.IsLossy(set.Bookmark(), 1));
+    set.Field("Points", 4);
+    Find(5);
+    set.Delete();
+    EXPECT_EQ(ErrorNumber([&] { set.UpdateBatch(); }), kRowChanged);
+    ASSERT_EQ(set.Refusals().size(), 3u);
+    EXPECT_EQ(set.Refusals()[2].row, 1u);
+    EXPECT_EQ(Stored("AID, Points"), (Lines{"1|10", "2|20", "3|NULL", "4|4"}));
+}
+
+TEST_F(RecordsetTest, ChangesAreTakenBackOneByOne) {
+    Rename(1, "changed");
+    set.Field("Points", 11);
+    Find(2);
+    set.Delete();
+    Add(9, "new");
+    set.Update();
+    Find(1);
+    set.Field("Name", "again");
+    set.Update();
+    using State = Recordset::State;
+    EXPECT_EQ(set.PendingRows(), (std::vector<std::size_t>{0, 1, 3}));
+    EXPECT_EQ(set.StateOf(0), State::Changed);
+    EXPECT_EQ(set.StateOf(1), State::Deleted);
+    EXPECT_EQ(set.StateOf(3), State::Added);
+    EXPECT_EQ(set.At(0, 1), Value("again"));
+    EXPECT_EQ(set.ServerValue(0, 1), Value("ann"));
+    EXPECT_EQ(set.ServerValue(3, 1), std::nullopt);
+    EXPECT_TRUE(set.TakeBack(0, 1));
+    EXPECT_EQ(set.At(0, 1), Value("ann"));
+    EXPECT_TRUE(set.TakeBack(1) && set.TakeBack(3));
+    EXPECT_EQ(set.RecordCount(), 3u);
+    EXPECT_EQ(set.PendingChanges(), 1u);
+    // A value that the server turned out to have by now is what a change is made against.
+    root.Execute("UPDATE glogin.account SET Points=12 WHERE AID=1");
+    EXPECT_EQ(ErrorNumber([&] { set.UpdateBatch(); }), kRowChanged);
+    set.ServerHas(0, {{}, {}, {}, Value(12)});
+    EXPECT_EQ(set.At(0, 3), Value(11));
+    set.UpdateBatch();
+    EXPECT_EQ(Stored("AID, Name, Points"), (Lines{"1|ann|11", "2|bob|20", "3|cid|NULL"}));
+}
+
 TEST_F(RecordsetTest, RowsWithoutAKeyAreAddressedByAllTheyHeld) {
     root.Execute("CREATE TABLE glogin.free (a int, r float, d datetime, t varchar(9), b blob)");
     root.Execute("INSERT INTO glogin.free VALUES (1,0.1,'2004-01-02 03:04:05','x',''),(1,0.1,'2004-01-02 "
