@@ -138,6 +138,8 @@ public:
     /// True selects this choice, clears the others of its group and runs the Click handler; false only
     /// clears.
     void Value(bool value);
+    std::string Caption() const { return WindowText(); }
+    void Caption(const std::string& caption) { WindowText(caption); }
 
 private:
     void Command(int code) override;
