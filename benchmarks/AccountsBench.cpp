@@ -1,3 +1,4 @@
+#include "accounts/frmAccountChanges.h"
 #include "accounts/frmAccountEditor.h"
 #include "database/Query.h"
 #include "Databases.h"
@@ -22,7 +23,7 @@ std::string NameOf(int number) {
 void MeasureStore(database::Connection& root, int accounts) {
     const bench::Size size(accounts, "accounts");
     const double read =
-        bench::MedianOf(kRuns, [&] { ReadAll(root.Session(), "SELECT * FROM glogin.account"); });
+        bench::MedianOf(kRuns, [&] { database::ReadAll(root.Session(), "SELECT * FROM glogin.account"); });
     clsAccountSQL store;
     store.SQLHostname(support::kLocalServer);
     store.SQLUsername("root");
@@ -75,6 +76,32 @@ void MeasureEditor(int accounts) {
     bench::Row("editor: save, with its message", size, bench::Median(saves), "ms");
 }
 
+void MeasureWaitingChanges(int accounts) {
+    const bench::Size size(accounts, "accounts");
+    clsAccountSQL store;
+    store.SQLHostname(support::kLocalServer);
+    store.SQLUsername("root");
+    Done(store.ConnectSQL());
+    constexpr int kChanges = 1000;
+    for (int i = 1; i <= kChanges; ++i) {
+        Done(store.MoveToAccount(NameOf(i)));
+        store.AccountPassword("changed");
+        Done(store.SaveCurrentRecord());
+    }
+    gui::Local<frmAccountChanges> list(store);
+    std::vector<double> opens;
+    for (int i = 0; i < kRuns; ++i) {
+        list->Unload();
+        opens.push_back(bench::Milliseconds([&] {
+            list->Show();
+            UpdateWindow(list->Window());
+        }));
+    }
+    bench::Row("editor: list of 1,000 changes", size, bench::Median(opens), "ms");
+    bench::Row("editor: count of 1,000 changes", size,
+               bench::PerRun(50, [&] { accounts::WaitingAccounts(store); }), "ms");
+}
+
 const bench::Area accountsArea("accounts", [] {
     const bench::Surroundings surroundings;
     const std::string& kerno = surroundings.servers.Path();
@@ -88,6 +115,7 @@ const bench::Area accountsArea("accounts", [] {
         bench::FillAccounts(root, accounts);
         MeasureStore(root, accounts);
         MeasureEditor(accounts);
+        MeasureWaitingChanges(accounts);
     }
     bench::DropDatabases(root);
 });

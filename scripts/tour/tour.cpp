@@ -214,6 +214,15 @@ void TestAndCheck(HWND window) {
     }
 }
 
+/// Changes two fields of the account that is shown, and opens the list of what waits.
+void ChangeAndList(HWND window) {
+    for (const auto& [box, text] : {std::pair{IDC_frmAccountEditor_txtAccountPassword, "new secret"},
+                                    std::pair{IDC_frmAccountEditor_txtEmail, "gm@example.org"}})
+        SendMessageA(ControlOf(window, box), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text));
+    Press(IDC_frmAccountEditor_cmdRemoveAllPrivileges)(window);
+    Press(IDC_frmAccountEditor_cmdChanges)(window);
+}
+
 // The tour. Pages of a window need no entry.
 const std::vector<Stop> kStops = {
     {"menu-settings", MenuBar(0)},
@@ -237,7 +246,10 @@ const std::vector<Stop> kStops = {
     // Its first account is a game master's.
     {"account-editor",
      Press(IDC_frmMainMenu_cmdAccountEditor),
-     {{"find-account", Press(IDC_frmAccountEditor_cmdFind), {}, FindGunnar}},
+     {{"account-list", Press(IDC_frmAccountEditor_cmdList)},
+      {"privilege-file", Press(IDC_frmAccountEditor_cmdPrivilegeFile)},
+      {"account-changes", ChangeAndList},
+      {"find-account", Press(IDC_frmAccountEditor_cmdFind), {}, FindGunnar}},
      ShowWholeName},
     {"mysql-setup", Press(IDM_frmMainMenu_mnuSetUpMySQL), {}, TestAndCheck},
 };

@@ -3,20 +3,18 @@
 #include "common/Text.h"
 
 #include <charconv>
+#include <limits>
 
 namespace accounts {
 
 namespace {
 
-/// The server cuts longer text without a word, and the player could never log in.
-constexpr std::size_t kLongestText = 24;
-
-std::string TooLong(const char* field, const std::string& text) {
+std::string TooLong(const char* field, const std::string& text, std::size_t longest) {
     const std::size_t length = common::ToWide(text).size();
-    if (length <= kLongestText)
+    if (length <= longest)
         return {};
     return std::string("The ") + field + " has " + std::to_string(length) +
-           " characters. Please shorten it to " + std::to_string(kLongestText);
+           " characters. Please shorten it to " + std::to_string(longest);
 }
 
 } // namespace
@@ -30,7 +28,17 @@ std::optional<std::int32_t> AccountNumber(const std::string& text) {
     return number;
 }
 
-std::string Refusal(const AccountFields& fields, const AccountFields& stored,
+std::size_t WidthOf(const std::string& columnType) {
+    const std::size_t bracket = columnType.find('(');
+    std::size_t width = 0;
+    const char* end = columnType.data() + columnType.size();
+    if (bracket == std::string::npos ||
+        std::from_chars(columnType.data() + bracket + 1, end, width).ec != std::errc())
+        return std::numeric_limits<std::size_t>::max();
+    return width;
+}
+
+std::string Refusal(const AccountFields& fields, const AccountFields& stored, const Widths& widths,
                     const std::function<bool(const std::string&)>& nameTaken,
                     const std::function<bool(std::int32_t)>& idTaken) {
     if (common::Trim(fields.name).empty())
@@ -48,12 +56,14 @@ std::string Refusal(const AccountFields& fields, const AccountFields& stored,
     const struct {
         const char* label;
         std::string AccountFields::*text;
-    } texts[] = {{"account name", &AccountFields::name},
-                 {"password", &AccountFields::password},
-                 {"e-mail address", &AccountFields::email}};
+        std::size_t longest;
+    } texts[] = {{"account name", &AccountFields::name, widths.name},
+                 {"password", &AccountFields::password, widths.password},
+                 {"e-mail address", &AccountFields::email, widths.email}};
     for (const auto& each : texts) {
         const std::string& text = fields.*each.text;
-        if (std::string message = TooLong(each.label, text); !message.empty() && text != stored.*each.text)
+        if (std::string message = TooLong(each.label, text, each.longest);
+            !message.empty() && text != stored.*each.text)
             return message;
     }
     return {};

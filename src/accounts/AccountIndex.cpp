@@ -30,9 +30,18 @@ std::optional<std::size_t> AccountIndex::RowOfName(const std::string& name) cons
     return found->second;
 }
 
-bool AccountIndex::HasId(std::int64_t id) const {
+std::optional<std::size_t> AccountIndex::RowOfId(std::int64_t id) const {
     const auto found = ids_.lower_bound({id, 0});
-    return found != ids_.end() && found->first == id;
+    if (found == ids_.end() || found->first != id)
+        return std::nullopt;
+    return found->second;
+}
+
+std::size_t AccountIndex::CountOfName(const std::string& name) const {
+    std::size_t count = 0;
+    for (auto found = names_.lower_bound({name, 0}); found != names_.end() && found->first == name; ++found)
+        ++count;
+    return count;
 }
 
 std::int32_t AccountIndex::FreeId(std::int32_t from) const {

@@ -25,7 +25,9 @@ public:
 
     /// Names are compared to the letter.
     std::optional<std::size_t> RowOfName(const std::string& name) const;
-    bool HasId(std::int64_t id) const;
+    std::optional<std::size_t> RowOfId(std::int64_t id) const;
+    /// How many accounts have the name.
+    std::size_t CountOfName(const std::string& name) const;
     /// The smallest number from `from` upwards that no account has. Raises 6 past 32 bits.
     std::int32_t FreeId(std::int32_t from) const;
 

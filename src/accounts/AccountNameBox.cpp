@@ -3,7 +3,7 @@
 #include "common/Text.h"
 
 void AccountNameBox::Attached() {
-    ComboBox::Attached();
+    Watch(Window());
     COMBOBOXINFO info{};
     info.cbSize = sizeof info;
     GetComboBoxInfo(Window(), &info);
@@ -22,6 +22,23 @@ std::string AccountNameBox::Text() const {
 void AccountNameBox::Text(const std::string& text) {
     FieldText(text);
     typed_ = text;
+}
+
+std::string AccountNameBox::Edited() const {
+    const int chosen = ListIndex();
+    const bool isSearch = chosen >= 0 && shown_ >= 0 && !common::Trim(typed_).empty() &&
+                          names_.At(chosen).size() >= typed_.size() &&
+                          common::EqualsIgnoreCase(names_.At(chosen).substr(0, typed_.size()), typed_);
+    return isSearch ? names_.At(shown_) : typed_;
+}
+
+int AccountNameBox::ListIndex() const {
+    return Window() ? static_cast<int>(Send(CB_GETCURSEL)) : -1;
+}
+
+void AccountNameBox::ListIndex(int index) {
+    Send(CB_SETCURSEL, static_cast<WPARAM>(index < ListCount() ? index : -1));
+    Raise(click_);
 }
 
 void AccountNameBox::FieldText(const std::string& text) {
@@ -44,8 +61,14 @@ void AccountNameBox::AddItem(const std::string& name) {
 }
 
 void AccountNameBox::Fill(int count, const std::function<void()>& fill) {
+    // Room for so many bytes of text an entry; the list makes more itself when they are longer.
+    constexpr LPARAM kExpectedEntrySize = 32;
+    Send(CB_RESETCONTENT);
+    names_.Clear();
+    Shown(-1);
     SendMessageA(list_, WM_SETREDRAW, FALSE, 0);
-    ComboBox::Fill(count, fill);
+    Send(CB_INITSTORAGE, static_cast<WPARAM>(count), count * kExpectedEntrySize);
+    fill();
     SendMessageA(list_, WM_SETREDRAW, TRUE, 0);
 }
 
@@ -63,16 +86,10 @@ void AccountNameBox::Rename(int index, const std::string& name) {
 }
 
 void AccountNameBox::RemoveItem(int index) {
-    ComboBox::RemoveItem(index);
+    Send(CB_DELETESTRING, static_cast<WPARAM>(index));
     names_.Remove(index);
     if (shown_ >= index)
         shown_ = shown_ == index ? -1 : shown_ - 1;
-}
-
-void AccountNameBox::Clear() {
-    ComboBox::Clear();
-    names_.Clear();
-    Shown(-1);
 }
 
 bool AccountNameBox::Offers() const {
@@ -105,8 +122,6 @@ void AccountNameBox::Complete() {
 
 void AccountNameBox::Command(int code) {
     if (code == CBN_SELCHANGE) {
-        if (!offer_.empty() && ListIndex() >= 0 && common::EqualsIgnoreCase(names_.At(ListIndex()), offer_))
-            TakeAsSearch();
         Raise(click_);
     } else if (code == CBN_EDITCHANGE && !completing_) {
         Complete();
@@ -114,6 +129,11 @@ void AccountNameBox::Command(int code) {
     } else if (code == CBN_KILLFOCUS && Offers()) {
         FieldText(typed_);
     }
+}
+
+bool AccountNameBox::Message(HWND /*window*/, UINT message, WPARAM& /*wParam*/, LPARAM /*lParam*/) {
+    // As for every list that drops down: the wheel over a closed one chooses nothing.
+    return message == WM_MOUSEWHEEL && !Send(CB_GETDROPPEDSTATE);
 }
 
 bool AccountNameBox::Key(int virtualKey) {
@@ -125,8 +145,7 @@ bool AccountNameBox::Key(int virtualKey) {
         MessageBeep(MB_OK);
         return true;
     }
-    // What was typed was a search, not a new name of the account that is shown.
-    TakeAsSearch();
+    // In any case a search: the entry that was found begins with the text.
     ListIndex(index);
     return true;
 }

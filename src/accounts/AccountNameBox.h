@@ -1,25 +1,27 @@
 #pragma once
 
 #include "accounts/NameList.h"
-#include "gui/Lists.h"
+#include "gui/Control.h"
 
 /// The list of account names, whose field is also where a name is edited. Typing completes a name of the
-/// list; Enter chooses it, and so does choosing that very entry of the list while the field offers it. Any
-/// other text that was typed is an account's new name, whatever is chosen next, and the completion disappears
-/// when the field is left.
-class AccountNameBox final : public gui::ComboBox {
+/// list; Enter chooses it. When an entry is chosen that begins with what was typed, letter case aside, that
+/// text was a search. Any other text that was typed is the new name of the account that is shown. The
+/// completion disappears when the field is left.
+///
+/// Entries are told apart by their position, as several names may look alike.
+class AccountNameBox final : public gui::Control {
 public:
     template <class F>
     AccountNameBox(F& form, int id, void (F::*click)(), void (F::*change)())
-        : ComboBox(form, id, click), change_(gui::Bind(form, change)) {}
+        : Control(form, id), click_(gui::Bind(form, click)), change_(gui::Bind(form, change)) {}
 
     /// What the operator typed or chose, without a completion that is only offered. While Click runs it
     /// belongs to the entry that was chosen; Edited has what it replaced.
     std::string Text() const;
     /// Does not run Change.
     void Text(const std::string& text);
-    /// The text before an entry was chosen.
-    const std::string& Edited() const { return typed_; }
+    /// The name of the account that is shown as it was edited before the selected entry was chosen.
+    std::string Edited() const;
 
     /// The entry of the account that is shown; -1 for none. Not moved by typing or by a choice that was
     /// refused.
@@ -28,22 +30,27 @@ public:
     void Shown(int index);
 
     const accounts::NameList& Names() const { return names_; }
+    int ListCount() const { return names_.Count(); }
+    /// The selected entry; -1 for none.
+    int ListIndex() const;
+    /// Selects an entry (-1 for none) and runs the Click handler, as choosing it does.
+    void ListIndex(int index);
     void AddItem(const std::string& name);
-    /// As for every list.
+    /// Replaces all entries by what `fill` adds, `count` of them; the list is not drawn meanwhile.
     void Fill(int count, const std::function<void()>& fill);
     void Rename(int index, const std::string& name);
     void RemoveItem(int index);
-    void Clear();
 
 private:
     void Attached() override;
     void Command(int code) override;
     bool Key(int virtualKey) override;
+    bool Message(HWND window, UINT message, WPARAM& wParam, LPARAM lParam) override;
     bool Offers() const;
-    void TakeAsSearch() { typed_ = shown_ < 0 ? std::string() : names_.At(shown_); }
     void Complete();
     void FieldText(const std::string& text);
 
+    std::function<void()> click_;
     std::function<void()> change_;
     accounts::NameList names_;
     HWND field_ = nullptr;

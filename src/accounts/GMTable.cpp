@@ -1,5 +1,6 @@
 #include "accounts/GMTable.h"
 
+#include "accounts/GMHistory.h"
 #include "common/Files.h"
 #include "common/Numbers.h"
 #include "common/RuntimeError.h"
@@ -11,11 +12,13 @@
 
 namespace accounts {
 
+const std::array<const char*, kPrivilegeCount> kPrivilegeNames{
+    "BROADCAST",        "ITEMSUMMON",  "MONSTERSUMMON", "CHANGESTATSKILL",  "CHANGEOPTION", "SAVERETURN",
+    "CHANGELEVEL",      "WARP",        "WHOIS",         "GOTOSUMMONBANISH", "KILLDIEALIVE", "CHANGEJOB",
+    "CHANGECOLORSTYLE", "AUTORAWUNIT", "REFINE"};
+
 namespace {
 
-constexpr std::string_view kHeader =
-    "ID,BROADCAST,ITEMSUMMON,MONSTERSUMMON,CHANGESTATSKILL,CHANGEOPTION,SAVERETURN,CHANGELEVEL,WARP,WHOIS,"
-    "GOTOSUMMONBANISH,KILLDIEALIVE,CHANGEJOB,CHANGECOLORSTYLE,AUTORAWUNIT,REFINE";
 constexpr std::string_view kBackupEnding = "bak";
 
 template <class Read> auto NumberIn(std::string_view text, Read read) -> std::optional<decltype(read(text))> {
@@ -26,7 +29,15 @@ template <class Read> auto NumberIn(std::string_view text, Read read) -> std::op
     }
 }
 
-/// Raises the file error now that rewriting would meet half-way, when the backup has been replaced already.
+std::string Header() {
+    std::string header = "ID";
+    for (const char* name : kPrivilegeNames)
+        header.append(",").append(name);
+    return header;
+}
+
+/// Raises the file error that the rewrite would meet. The rewrite replaces the backup first, so it would meet
+/// the error when the older backup is gone already.
 void CheckReplaceable(const std::string& path) {
     // An administrator may be let in, and the rewrite still refuses.
     if (GetFileAttributesA(path.c_str()) & FILE_ATTRIBUTE_READONLY)
@@ -84,20 +95,31 @@ void GMTable::Append(Row row) {
     rows_.push_back(std::move(row));
 }
 
+/// The table of a file's text. Raises 6.
+GMTable GMTable::Of(const std::string& text) {
+    GMTable table;
+    const auto lines = common::Lines(text);
+    for (std::size_t i = 1; i < lines.size(); ++i)
+        table.Append(ReadRow(lines[i]));
+    table.withoutHeader_ = !lines.empty() && ReadRow(lines[0]).isAccount;
+    for (const Row& row : table.rows_) {
+        if (row.isAccount)
+            table.known_.try_emplace(row.id, row.flags);
+    }
+    table.knownText_ = text;
+    return table;
+}
+
 void GMTable::Load(const std::string& path) {
     loadFailed_ = true;
     const std::string text = common::ReadFileText(path);
-    const auto lines = common::Lines(text);
-    if (lines.empty())
+    if (common::Lines(text).empty())
         throw RuntimeError(common::kInputPastEnd);
-    GMTable loaded;
-    for (std::size_t i = 1; i < lines.size(); ++i)
-        loaded.Append(ReadRow(lines[i]));
-    *this = std::move(loaded);
+    *this = Of(text);
 }
 
 std::string GMTable::Text() const {
-    std::string text(kHeader);
+    std::string text = Header();
     text += common::kLineEnd;
     for (const Row& row : rows_) {
         text += row.text;
@@ -106,21 +128,125 @@ std::string GMTable::Text() const {
     return text;
 }
 
-void GMTable::Save(const std::string& path) {
-    if (common::FileExists(path)) {
-        const std::string old = common::ReadFileText(path);
-        if (loadFailed_ && !old.empty())
-            throw RuntimeError(common::kPathFileAccess,
-                               "The file could not be loaded, so writing it would lose what it holds: " +
-                                   path);
+GMTable::Met GMTable::Save(const std::string& path, const Judge& judge) {
+    const bool exists = common::FileExists(path);
+    const std::string old = exists ? common::ReadFileText(path) : std::string();
+    if (loadFailed_ && !old.empty())
+        throw RuntimeError(common::kPathFileAccess,
+                           "The file could not be loaded, so writing it would lose what it holds: " + path);
+    // A file that is missing or empty takes nothing away; it gets all rows again.
+    const GMTable there = Of(old.empty() ? knownText_ : old);
+    Met met;
+    met.changed = there.knownText_ != knownText_;
+    met.withoutHeader = met.changed && there.withoutHeader_;
+
+    GMTable written = there;
+    std::set<std::int32_t> waiting;
+    bool all = !met.changed;
+    for (const std::int32_t id : changed_) {
+        const bool changedThere = there.FlagsOf(id) != KnownFlagsOf(id);
+        const Verdict verdict = judge ? judge(id, changedThere) : Verdict::Write;
+        if (verdict == Verdict::Write)
+            CarryTo(written, id);
+        else
+            all = false;
+        if (verdict == Verdict::Hold)
+            waiting.insert(id);
+        if (changedThere)
+            met.both.push_back(id);
+    }
+    // Over the file that was read, the rows are written in the order that they have got here.
+    if (all)
+        written.rows_ = rows_;
+    const std::string text = written.Text();
+    if (exists) {
         CheckReplaceable(path);
+        if (old != text)
+            KeepGeneration(path, old);
         common::ReplaceFileText(
             path.substr(0, path.size() - std::min(path.size(), kBackupEnding.size())).append(kBackupEnding),
             old);
     }
-    common::ReplaceFileText(path, Text());
-    loadFailed_ = false;
+    common::ReplaceFileText(path, text);
+    Adopt(Of(text), waiting);
+    return met;
 }
+
+/// Goes on from what was just written, with the changes that wait for the next time.
+void GMTable::Adopt(GMTable written, const std::set<std::int32_t>& waiting) {
+    for (const std::int32_t id : waiting) {
+        CarryTo(written, id);
+        if (doublesRemoved_.contains(id))
+            written.doublesRemoved_.insert(id);
+        written.Note(id);
+    }
+    *this = std::move(written);
+}
+
+/// Makes the account's change in another table, which may have other privileges for it than were known here.
+void GMTable::CarryTo(GMTable& other, std::int32_t id) const {
+    const auto mine = Find(id);
+    const auto known = KnownFlagsOf(id);
+    if (mine != rows_.end() && known && other.Contains(id)) {
+        Privileges flags = mine->flags;
+        for (std::size_t i = 0; i < flags.size(); ++i) {
+            if (flags[i] == (*known)[i])
+                flags[i] = kLeaveAsItIs;
+        }
+        other.Modify(id, flags);
+    } else {
+        while (other.Remove(id)) {
+        }
+        if (mine != rows_.end())
+            other.Append(*mine);
+    }
+    if (doublesRemoved_.contains(id))
+        other.RemoveDoubles(id);
+}
+
+// ---- Changes
+
+std::optional<Privileges> GMTable::FlagsOf(std::int32_t id) const {
+    const auto row = Find(id);
+    return row == rows_.end() ? std::nullopt : std::optional(row->flags);
+}
+
+std::optional<Privileges> GMTable::KnownFlagsOf(std::int32_t id) const {
+    const auto known = known_.find(id);
+    return known == known_.end() ? std::nullopt : std::optional(known->second);
+}
+
+void GMTable::Note(std::int32_t id) {
+    if (doublesRemoved_.contains(id) || FlagsOf(id) != KnownFlagsOf(id))
+        changed_.insert(id);
+    else
+        changed_.erase(id);
+}
+
+std::vector<GMTable::Change> GMTable::Changes() const {
+    std::unordered_map<std::int32_t, Privileges> now;
+    for (const Row& row : rows_) {
+        if (row.isAccount && changed_.contains(row.id))
+            now.try_emplace(row.id, row.flags);
+    }
+    std::vector<Change> changes;
+    for (const std::int32_t id : changed_) {
+        const auto after = now.find(id);
+        changes.push_back(
+            {id, KnownFlagsOf(id), after == now.end() ? std::nullopt : std::optional(after->second)});
+    }
+    return changes;
+}
+
+void GMTable::TakeBack(std::int32_t id) {
+    std::set<std::int32_t> others = changed_;
+    others.erase(id);
+    const bool loadFailed = loadFailed_;
+    Adopt(Of(knownText_), others);
+    loadFailed_ = loadFailed;
+}
+
+// ---- Rows
 
 std::vector<GMTable::Row>::const_iterator GMTable::Find(std::int32_t id) const {
     return std::ranges::find_if(rows_, [id](const Row& row) { return row.isAccount && row.id == id; });
@@ -134,6 +260,7 @@ std::int16_t GMTable::Add(std::int32_t id, const Privileges& flags) {
     if (Contains(id))
         return 0;
     Append({true, id, flags, LineOf(id, flags)});
+    Note(id);
     return 1;
 }
 
@@ -143,7 +270,22 @@ std::int16_t GMTable::Remove(std::int32_t id) {
         return 0;
     rows_.erase(row);
     --count_;
+    Note(id);
     return 1;
+}
+
+void GMTable::RemoveDoubles(std::int32_t id) {
+    const auto first = Find(id);
+    if (first == rows_.end())
+        return;
+    const auto doubles = std::remove_if(rows_.begin() + (first - rows_.begin()) + 1, rows_.end(),
+                                        [id](const Row& row) { return row.isAccount && row.id == id; });
+    if (doubles == rows_.end())
+        return;
+    count_ = static_cast<std::int16_t>(count_ - (rows_.end() - doubles));
+    rows_.erase(doubles, rows_.end());
+    doublesRemoved_.insert(id);
+    Note(id);
 }
 
 std::int16_t GMTable::Modify(std::int32_t id, const Privileges& flags) {
@@ -157,6 +299,7 @@ std::int16_t GMTable::Modify(std::int32_t id, const Privileges& flags) {
         row.flags[i] = flags[i];
         row.text = WithFlag(row.text, i, flags[i]);
     }
+    Note(id);
     return 1;
 }
 

@@ -1,6 +1,8 @@
 #include "accounts/clsAccountSQL.h"
 
 #include "common/Numbers.h"
+#include "common/Text.h"
+#include "database/Query.h"
 
 #include <limits>
 
@@ -8,6 +10,8 @@ namespace {
 
 constexpr const char* kQuery = "SELECT * FROM glogin.account;";
 constexpr std::int32_t kFirstAccountID = 100001;
+/// The server's number for a value that another row has.
+constexpr long kNameTaken = 1062;
 /// Columns in the order in which they are written.
 constexpr const char* kColumnNames[] = {"AID", "Name", "Pass", "Gender", "Mail"};
 
@@ -18,18 +22,6 @@ template <class Number> Number Narrow(std::int64_t value) {
 }
 
 } // namespace
-
-/// Runs an operation, which sets its result as it gets on; an error ends it and leaves the result at that.
-template <class Result, class Operation> Result clsAccountSQL::Run(Result initial, Operation operation) {
-    Result result = initial;
-    lastError_.reset();
-    try {
-        operation(result);
-    } catch (const RuntimeError& error) {
-        lastError_ = error;
-    }
-    return result;
-}
 
 /// Runs what moves through the records and comes back to the current one, where there is one.
 template <class Operation> void clsAccountSQL::KeepingPlace(Operation operation) {
@@ -72,10 +64,26 @@ void clsAccountSQL::Open() {
         index.Insert(fresh.Bookmark(), KeyOf(fresh, columns));
     if (fresh.RecordCount() > 0)
         fresh.MoveFirst();
+    // Of two players with one number, the one who came later is told by the name.
+    fresh.Identity({columns[kName]});
     recordset_ = std::move(fresh);
     columns_ = columns;
     index_ = std::move(index);
     unnumbered_.clear();
+    ReadWidths();
+}
+
+void clsAccountSQL::ReadWidths() {
+    const database::Answer rows =
+        database::ReadAll(connection_.Session(), "SHOW COLUMNS FROM glogin.account");
+    const auto width = [&rows](Column column) {
+        for (std::size_t row = 0; row < rows.Count(); ++row) {
+            if (common::EqualsIgnoreCase(rows.At(row, 0).AsText(), kColumnNames[column]))
+                return accounts::WidthOf(rows.At(row, 1).AsText());
+        }
+        throw RuntimeError(database::kItemNotFound);
+    };
+    widths_ = {width(kName), width(kPass), width(kMail)};
 }
 
 void clsAccountSQL::Disconnect() {
@@ -107,7 +115,8 @@ std::int16_t clsAccountSQL::RefreshAccountSQL() {
 std::int16_t clsAccountSQL::UpdateAccountSQL() {
     return Run(std::int16_t{0}, [this](std::int16_t& done) {
         try {
-            recordset_.UpdateBatch();
+            recordset_.UpdateBatch(
+                [this](std::size_t row, const database::Fields& set) { CheckName(row, set); });
         } catch (const RuntimeError&) {
             // Some may have been sent before the one that failed.
             IndexNewNumbers();
@@ -116,6 +125,27 @@ std::int16_t clsAccountSQL::UpdateAccountSQL() {
         IndexNewNumbers();
         done = 1;
     });
+}
+
+/// The checks while typing compare with the accounts as they were read; players register meanwhile.
+void clsAccountSQL::CheckName(std::size_t row, const database::Fields& set) {
+    const auto& name = set[columns_[kName]];
+    if (!name)
+        return;
+    const database::Answer found = database::ReadAll(
+        connection_.Session(), "SELECT AID, Name FROM glogin.account WHERE Name = ?", {*name});
+    const auto isOwn = [&](const database::Value& id) {
+        const auto known = recordset_.ServerValue(row, columns_[kAID]);
+        const auto& given = set[columns_[kAID]];
+        // The latter when the change had arrived already, before the connection was lost.
+        return (known && database::SameValue(id, *known)) || (given && database::SameValue(id, *given));
+    };
+    for (std::size_t i = 0; i < found.Count(); ++i) {
+        const database::Value id = found.At(i, 0);
+        // The server finds names in other capitals too.
+        if (found.At(i, 1) == *name && !isOwn(id))
+            throw database::Error(kNameTaken, "The name belongs to account " + id.AsText() + " by now.");
+    }
 }
 
 void clsAccountSQL::IndexNewNumbers() {
@@ -198,17 +228,26 @@ std::int16_t clsAccountSQL::MoveToAccount(const std::string& name) {
     });
 }
 
+/// Writes a column of the current account. A null that is shown as empty text or 0 stays null.
+void clsAccountSQL::Put(Column column, const std::string& text) {
+    const bool isNumber = column == kAID || column == kGender;
+    const database::Value now = Field(column);
+    if ((isNumber ? std::to_string(now.AsInteger()) : now.AsText()) == text)
+        return;
+    Field(column, isNumber ? database::Value(common::CLng(text)) : database::Value(text));
+}
+
 std::int16_t clsAccountSQL::SaveCurrentRecord() {
     return Run(std::int16_t{0}, [this](std::int16_t& done) {
         const std::size_t row = recordset_.Bookmark();
         const accounts::AccountKey before = CurrentKey();
-        // A number that the server is still to give is none to write.
+        // AccountID is 0 while the server is still to give the account its number.
         if (before.id || AccountID() != 0)
-            Field(kAID, AccountID());
-        Field(kName, AccountName());
-        Field(kPass, AccountPassword());
-        Field(kGender, int{AccountSex()});
-        Field(kMail, AccountEmail());
+            Put(kAID, std::to_string(AccountID()));
+        Put(kName, AccountName());
+        Put(kPass, AccountPassword());
+        Put(kGender, std::to_string(AccountSex()));
+        Put(kMail, AccountEmail());
         recordset_.Update();
         index_.Erase(row, before);
         index_.Insert(row, CurrentKey());
@@ -219,13 +258,8 @@ std::int16_t clsAccountSQL::SaveCurrentRecord() {
 std::int16_t clsAccountSQL::DeleteRecord(const std::string& accountName) {
     return Run(std::int16_t{0}, [&](std::int16_t& done) {
         const auto row = index_.RowOfName(accountName);
-        if (!row)
+        if (!row || !DeleteRow(*row))
             return;
-        recordset_.Bookmark(*row);
-        const accounts::AccountKey key = CurrentKey();
-        recordset_.Delete();
-        index_.Erase(*row, key);
-        std::erase(unnumbered_, *row);
         done = 1;
         if (recordset_.RecordCount() == 0)
             return;
@@ -264,7 +298,7 @@ bool clsAccountSQL::CheckAccountName(const std::string& accountName) {
 
 bool clsAccountSQL::CheckAccountID(std::int32_t accountID) {
     return Run(false,
-               [&](bool& isFree) { isFree = recordset_.RecordCount() == 0 || !index_.HasId(accountID); });
+               [&](bool& isFree) { isFree = recordset_.RecordCount() == 0 || !index_.RowOfId(accountID); });
 }
 
 std::int32_t clsAccountSQL::GetUniqueAccountID() {
@@ -283,44 +317,4 @@ std::int16_t clsAccountSQL::GetAccountList() {
             });
         done = 1;
     });
-}
-
-// ---- Privileges
-
-std::string clsAccountSQL::GMPath() const {
-    return KernoPath() + "\\database\\" + GMIdTableFilename();
-}
-
-std::int16_t clsAccountSQL::LoadGMData() {
-    return Run(std::int16_t{0}, [this](std::int16_t& done) {
-        gameMasters_.Load(GMPath());
-        done = 1;
-    });
-}
-
-std::int16_t clsAccountSQL::UpdateGMData() {
-    return Run(std::int16_t{0}, [this](std::int16_t& done) {
-        gameMasters_.Save(GMPath());
-        done = 1;
-    });
-}
-
-std::int16_t clsAccountSQL::AddGMData(std::int32_t lngID, const accounts::Privileges& flags) {
-    return Run(std::int16_t{0}, [&](std::int16_t& done) { done = gameMasters_.Add(lngID, flags); });
-}
-
-std::int16_t clsAccountSQL::RemoveGMData(std::int32_t lngID) {
-    return Run(std::int16_t{0}, [&](std::int16_t& done) { done = gameMasters_.Remove(lngID); });
-}
-
-std::int16_t clsAccountSQL::ModifyGMData(std::int32_t lngID, const accounts::Privileges& flags) {
-    return Run(std::int16_t{0}, [&](std::int16_t& done) { done = gameMasters_.Modify(lngID, flags); });
-}
-
-accounts::Privileges clsAccountSQL::RetrieveGMData(std::int32_t lngID) {
-    return gameMasters_.Retrieve(lngID);
-}
-
-std::int16_t clsAccountSQL::AccountIsAGM(std::int32_t lngID) {
-    return gameMasters_.Contains(lngID);
 }

@@ -1,15 +1,19 @@
 #pragma once
 
+#include "accounts/AccountChecks.h"
+#include "accounts/AccountFields.h"
 #include "accounts/AccountIndex.h"
 #include "accounts/GMTable.h"
 #include "common/Property.h"
 #include "common/RuntimeError.h"
 #include "database/Connection.h"
+#include "database/Error.h"
 #include "database/Recordset.h"
 
 #include <array>
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -66,8 +70,13 @@ public:
     /// then lost; when it fails, everything stays as it was.
     std::int16_t RefreshAccountSQL();
     /// Sends all changes. What the server refuses, or somebody else has changed or removed in the meantime,
-    /// stays here with the rest of a lost connection's, and can be sent again.
+    /// stays here with the rest of a lost connection's, and can be sent again. So does an account whose new
+    /// name another one has got on the server since the accounts were read.
     std::int16_t UpdateAccountSQL();
+    /// What the last UpdateAccountSQL could not send, and why; empty when the connection was lost.
+    const std::vector<database::Recordset::Refusal>& Refusals() const { return recordset_.Refusals(); }
+    /// True when the last operation failed because the server is gone.
+    bool ConnectionLost() const { return connectionLost_; }
     /// Changes that were not sent yet.
     std::size_t PendingChanges() const { return recordset_.PendingChanges(); }
 
@@ -88,6 +97,48 @@ public:
                                const std::string& accountMail, std::int16_t accountGender,
                                std::optional<std::int32_t> accountID = std::nullopt);
 
+    // The accounts by their rows. A row is good until the accounts are read again; names may look alike, or
+    // be alike.
+
+    /// The rows of all accounts, first to last.
+    std::vector<std::size_t> Rows() const { return recordset_.Rows(); }
+    std::optional<std::size_t> CurrentRow();
+    std::int16_t MoveToRow(std::size_t row);
+    /// Deletes the account; no account is current then.
+    std::int16_t DeleteRow(std::size_t row);
+    std::optional<std::size_t> RowOfAccount(std::int32_t accountID) const;
+    std::optional<std::size_t> RowOfName(const std::string& accountName) const;
+    std::size_t CountOfName(const std::string& accountName) const;
+    /// A column as this side has it; "" where it is empty or has no number yet.
+    std::string Text(std::size_t row, accounts::Field field) const;
+    /// True when the name has characters that cannot be shown.
+    bool NameIsLossy(std::size_t row) const;
+    /// What the server's columns have room for.
+    const accounts::Widths& ColumnWidths() const { return widths_; }
+
+    // What waits for UpdateAccountSQL.
+
+    using State = database::Recordset::State;
+    std::vector<std::size_t> WaitingRows() const { return recordset_.PendingRows(); }
+    State StateOf(std::size_t row) const { return recordset_.StateOf(row); }
+    /// A column as the server has it, as far as known here; none for a new account.
+    std::optional<std::string> ServerText(std::size_t row, accounts::Field field) const;
+    /// Forgets what waits for the account. 0 when it may have arrived at the server already.
+    std::int16_t TakeBack(std::size_t row);
+    /// The same for one column of a changed account.
+    std::int16_t TakeBack(std::size_t row, accounts::Field field);
+    /// Forgets a deletion of an account that the server does not have any more.
+    void Forget(std::size_t row);
+
+    // What the server has at this moment.
+
+    /// The account with the number. 0 when the server cannot be asked; `found` is empty when there is none.
+    std::int16_t AskServer(std::int64_t accountID, std::optional<accounts::FieldTexts>& found);
+    /// The names of those accounts of `ids` that the server has. 0 when it cannot be asked.
+    std::int16_t AskNames(const std::vector<std::int32_t>& ids, std::map<std::int32_t, std::string>& names);
+    /// Goes on from what AskServer found; changes that wait for the account stay.
+    void ServerHas(std::size_t row, const accounts::FieldTexts& found);
+
     // Look-ups; the current account stays current.
 
     /// True when no account has this name, to the letter.
@@ -104,7 +155,14 @@ public:
     std::int16_t LoadGMData();
     /// True when the last LoadGMData failed and no UpdateGMData has written the file since.
     bool GMDataMissing() const { return gameMasters_.LoadFailed(); }
-    std::int16_t UpdateGMData();
+    /// `judge`: see GMTable::Save.
+    std::int16_t UpdateGMData(const accounts::GMTable::Judge& judge = {});
+    /// What the last UpdateGMData met.
+    const accounts::GMTable::Met& GMDataMet() const { return met_; }
+    const accounts::GMTable& GMData() const { return gameMasters_; }
+    std::int16_t TakeBackGMData(std::int32_t lngID);
+    std::int16_t RemoveGMDoubles(std::int32_t lngID);
+    std::string GMPath() const;
     std::int16_t AddGMData(std::int32_t lngID, const accounts::Privileges& flags);
     std::int16_t RemoveGMData(std::int32_t lngID);
     std::int16_t ModifyGMData(std::int32_t lngID, const accounts::Privileges& flags);
@@ -115,9 +173,25 @@ public:
     const std::optional<RuntimeError>& LastError() const { return lastError_; }
 
 private:
+    // In the order of accounts::Field.
     enum Column { kAID, kName, kPass, kGender, kMail, kColumnCount };
 
-    template <class Result, class Operation> Result Run(Result initial, Operation operation);
+    /// Runs an operation, which sets its result as it gets on; an error ends it and leaves the result at
+    /// that.
+    template <class Result, class Operation> Result Run(Result initial, Operation operation) {
+        Result result = initial;
+        lastError_.reset();
+        connectionLost_ = false;
+        try {
+            operation(result);
+        } catch (const database::Error& error) {
+            connectionLost_ = error.ConnectionLost();
+            lastError_ = error;
+        } catch (const RuntimeError& error) {
+            lastError_ = error;
+        }
+        return result;
+    }
     database::Value Field(Column column) const { return recordset_.Field(columns_[column]); }
     void Field(Column column, database::Value value) { recordset_.Field(columns_[column], std::move(value)); }
     bool OnRecord() const { return !recordset_.Bof() && !recordset_.Eof(); }
@@ -129,7 +203,12 @@ private:
     bool LoadMirrors();
     template <class Operation> void KeepingPlace(Operation operation);
     void IndexNewNumbers();
-    std::string GMPath() const;
+    void ReadWidths();
+    void Put(Column column, const std::string& text);
+    void CheckName(std::size_t row, const database::Fields& set);
+    std::int16_t TakingBack(std::size_t row, const std::function<bool()>& takeBack);
+    accounts::AccountKey KeyAt(std::size_t row) const;
+    std::size_t ColumnOf(accounts::Field field) const { return columns_[accounts::Index(field)]; }
 
     database::Connection connection_;
     database::Recordset recordset_;
@@ -138,6 +217,9 @@ private:
     accounts::AccountIndex index_;
     /// Rows that get their number when they are sent.
     std::vector<std::size_t> unnumbered_;
+    accounts::Widths widths_;
     accounts::GMTable gameMasters_;
+    accounts::GMTable::Met met_;
     std::optional<RuntimeError> lastError_;
+    bool connectionLost_ = false;
 };

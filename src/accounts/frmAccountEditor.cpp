@@ -1,8 +1,12 @@
 #include "accounts/frmAccountEditor.h"
 
+#include "accounts/frmAccountChanges.h"
+#include "accounts/frmAccountConflict.h"
+#include "accounts/frmPrivilegeFile.h"
+#include "accounts/Sending.h"
+#include "accounts/WaitingChanges.h"
 #include "common/Numbers.h"
 #include "common/Text.h"
-#include "database/Error.h"
 #include "gui/WaitCursor.h"
 #include "servers/Databases.h"
 #include "servers/Servers.h"
@@ -17,12 +21,22 @@ constexpr const char* kTitle = "Kerno Tools :: Accounts Editor";
 constexpr const char* kNotAdvised = "You are advised not to continue as Kerno Tools might not act properly";
 constexpr const char* kNoGMData =
     "Kerno Tools failed to load GM data. Please make sure all files are in proper place";
+constexpr const char* kWithoutHeader =
+    "The first line of id_table.txt should be its header, but is the row of an account. It is not read, and "
+    "Save puts the header in its place. If somebody took the header away, please put a line in front of that "
+    "row before you go on, and press Reload";
 
-std::string WithReason(const std::string& text, const std::optional<RuntimeError>& error) {
-    if (!error)
-        return text;
-    return text + "\n\n[" + std::to_string(error->Number()) + "] " + error->Description();
-}
+/// Sets a flag as long as it lives.
+class Flag {
+public:
+    explicit Flag(bool& flag) : flag_(flag), before_(std::exchange(flag, true)) {}
+    ~Flag() { flag_ = before_; }
+    Flag(const Flag&) = delete;
+
+private:
+    bool& flag_;
+    bool before_;
+};
 
 } // namespace
 
@@ -38,7 +52,10 @@ void frmAccountEditor::Form_Load() {
     UpdateWindow(Window());
 
     AccountsDB.Reading = [this](std::size_t count) { TellProgress(count); };
-    AccountsDB.AccountSQLAccountName = [this](const std::string& name) { cboAccountName.AddItem(name); };
+    AccountsDB.AccountSQLAccountName = [this](const std::string& name) {
+        cboAccountName.AddItem(name);
+        rows_.push_back(*AccountsDB.CurrentRow());
+    };
     if (!Connect() &&
         !(Tell("Kerno Tools failed to connect to SQL server. Please make sure you have set up MySQL server "
                "properly") &&
@@ -46,7 +63,7 @@ void frmAccountEditor::Form_Load() {
         return;
     FillList();
     AccountsDB.KernoPath(modServerControl::KernoPath());
-    if (!AccountsDB.LoadGMData() && !(Tell(kNoGMData) && Tell(kNotAdvised)))
+    if (!(AccountsDB.LoadGMData() ? TellHeader() : Tell(kNoGMData) && Tell(kNotAdvised)))
         return;
     if (cboAccountName.ListCount() > 0)
         cboAccountName.ListIndex(0);
@@ -55,6 +72,8 @@ void frmAccountEditor::Form_Load() {
 void frmAccountEditor::Form_Unload() {
     if (frmFindAccount* find = find_.Peek())
         find->Unload();
+    if (frmAccountList* list = list_.Peek())
+        list->Unload();
     AccountsDB.DisconnectSQL();
 }
 
@@ -82,8 +101,14 @@ void frmAccountEditor::ReadLogin() {
 
 void frmAccountEditor::FillList() {
     const gui::WaitCursor wait;
-    cboAccountName.Clear();
+    rows_.clear();
     cboAccountName.Fill(AccountsDB.NumOfAccounts(), [this] { AccountsDB.GetAccountList(); });
+    RefreshList();
+}
+
+void frmAccountEditor::RefreshList() {
+    if (frmAccountList* list = list_.Peek())
+        list->Refresh();
 }
 
 void frmAccountEditor::TellProgress(std::size_t accountsRead) {
@@ -100,96 +125,146 @@ bool frmAccountEditor::Tell(const std::string& text) {
 }
 
 void frmAccountEditor::TellFailure(const std::string& text) {
-    Tell(WithReason(text, AccountsDB.LastError()));
+    Tell(accounts::WithReason(text, AccountsDB.LastError()));
+}
+
+bool frmAccountEditor::TellHeader() {
+    return !AccountsDB.GMData().WithoutHeader() || Tell(kWithoutHeader);
 }
 
 void frmAccountEditor::TellSelected() {
-    if (!IsSelected())
+    if (!keeper_.Current())
         return lblSelected.Caption("No account is selected.");
-    const std::string account = selected_.stored.name + " (" + std::to_string(selected_.id) + ")";
-    if (cboAccountName.Text() == selected_.stored.name)
-        lblSelected.Caption("Selected account: " + account);
+    const std::string& name = keeper_.Current()->stored.fields.name;
+    const std::string account = name + " (" + std::to_string(keeper_.Current()->id) + ")";
+    if (cboAccountName.Text() == name)
+        lblSelected.Caption("Selected account: " + account +
+                            (AccountsDB.NameIsLossy(keeper_.Current()->row)
+                                 ? ". Its name has characters that cannot be shown here."
+                                 : ""));
     else
         lblSelected.Caption("Save renames " + account +
                             ", Add makes a new account, Enter goes to the account.");
+}
+
+/// Says beside Save how many accounts it would change.
+void frmAccountEditor::TellWaiting() {
+    if (showing_)
+        return;
+    const bool edited = keeper_.Differs(Edit(cboAccountName.Text()));
+    const std::size_t count =
+        accounts::WaitingAccounts(AccountsDB, edited ? std::optional(keeper_.Current()->row) : std::nullopt);
+    std::string text;
+    if (count > 0)
+        text = std::to_string(count) + (count == 1 ? " account waits" : " accounts wait") + " for Save";
+    if (lblWaiting.Caption() != text)
+        lblWaiting.Caption(text);
+    if (cmdChanges.Enabled() != (count > 0))
+        cmdChanges.Enabled(count > 0);
 }
 
 // ---- Choosing and showing
 
 void frmAccountEditor::cboAccountName_Click() {
     const int index = cboAccountName.ListIndex();
-    if (index < 0 || index >= cboAccountName.Names().Count())
+    if (index < 0 || index >= cboAccountName.ListCount())
         return;
     // The search box can choose on while a message of the last choice is open.
     if (choosing_) {
         cboAccountName.Shown(cboAccountName.Shown());
         return;
     }
-    struct Choosing {
-        explicit Choosing(bool& flag) : on(flag) { on = true; }
-        ~Choosing() { on = false; }
-        bool& on;
-    } choosing(choosing_);
+    const Flag choosing(choosing_);
     Choose(index);
 }
 
 void frmAccountEditor::Choose(int index) {
-    const int before = cboAccountName.Shown();
-    if (IsSelected()) {
-        const accounts::AccountFields fields = Fields(cboAccountName.Edited());
-        const std::string refusal = RefusalToKeep(fields);
-        if (!refusal.empty() || !Keep(fields)) {
-            const bool open = refusal.empty() || Tell(refusal);
-            if (open)
-                ShowAccount(before);
-            return;
+    const std::size_t row = rows_[static_cast<std::size_t>(index)];
+    if (!Keep(cboAccountName.Edited())) {
+        // What was typed in the other fields stays, to be put right.
+        if (Loaded()) {
+            cboAccountName.Shown(cboAccountName.Shown());
+            TellSelected();
         }
-    }
-    if (ShowAccount(index))
         return;
-    const std::string name = cboAccountName.Names().At(index);
-    TellFailure("Kerno Tools failed to show account '" + name + "'");
-    if (Loaded() && (before < 0 || !ShowAccount(before)))
+    }
+    const auto before = keeper_.Current();
+    if (ShowRow(row))
+        return;
+    TellFailure("Kerno Tools failed to show account '" + cboAccountName.Names().At(index) + "'");
+    if (Loaded() && !(before && ShowRow(before->row)))
         ShowNone();
 }
 
-bool frmAccountEditor::ShowAccount(int index) {
-    if (!AccountsDB.MoveToAccount(cboAccountName.Names().At(index)))
+/// Keeps what was typed for the selected account, whose name is `name` now. Tells why not; false then.
+bool frmAccountEditor::Keep(const std::string& name) {
+    if (!keeper_.Current())
+        return true;
+    const accounts::AccountEdit edit = Edit(name);
+    std::string refusal = keeper_.RefusalToKeep(edit);
+    if (refusal.empty())
+        refusal = keeper_.Keep(edit).message;
+    if (!refusal.empty()) {
+        Tell(refusal);
         return false;
-    txtAccountID.Text(std::to_string(AccountsDB.AccountID()));
-    txtAccountPassword.Text(AccountsDB.AccountPassword());
-    txtEmail.Text(AccountsDB.AccountEmail());
-    selected_ = {Fields(AccountsDB.AccountName()), AccountsDB.AccountID()};
-    cboSex.ListIndex(AccountsDB.AccountSex());
-    ShowPrivileges(AccountsDB.RetrieveGMData(AccountsDB.AccountID()));
-    cboAccountName.Shown(index);
-    TellSelected();
+    }
+    cboAccountName.Rename(cboAccountName.Shown(), name);
     return true;
 }
 
-void frmAccountEditor::ShowPrivileges(const accounts::Privileges& privileges) {
-    const bool isGM = privileges[0] != accounts::kLeaveAsItIs;
-    AccountsDB.IsAGM(isGM);
-    chkIsGM.Value(isGM);
+int frmAccountEditor::IndexOfRow(std::size_t row) const {
+    const auto found = std::ranges::find(rows_, row);
+    return found == rows_.end() ? -1 : static_cast<int>(found - rows_.begin());
+}
+
+bool frmAccountEditor::ShowRow(std::size_t row) {
+    const int index = IndexOfRow(row);
+    if (index < 0 || !keeper_.Select(row))
+        return false;
+    const accounts::AccountEdit& stored = keeper_.Current()->stored;
+    {
+        const Flag showing(showing_);
+        txtAccountID.Text(stored.fields.id);
+        txtAccountPassword.Text(stored.fields.password);
+        txtEmail.Text(stored.fields.email);
+        cboSex.ListIndex(stored.sex.value_or(-1));
+        ShowPrivileges(stored);
+        cboAccountName.Rename(index, stored.fields.name);
+        cboAccountName.Shown(index);
+        TellSelected();
+    }
+    TellWaiting();
+    return true;
+}
+
+void frmAccountEditor::ShowPrivileges(const accounts::AccountEdit& edit) {
+    AccountsDB.IsAGM(edit.isGameMaster);
+    chkIsGM.Value(edit.isGameMaster);
     for (std::size_t i = 0; i < PrivilegeBoxes.size(); ++i)
-        PrivilegeBoxes[i]->Value(isGM && privileges[i] != 0);
+        PrivilegeBoxes[i]->Value(edit.isGameMaster && edit.privileges[i] != 0);
 }
 
 void frmAccountEditor::ShowNone() {
-    selected_ = {};
+    keeper_.SelectNone();
+    const Flag showing(showing_);
     cboAccountName.Shown(-1);
     cmdClearAll_Click();
-    ShowPrivileges({accounts::kLeaveAsItIs});
+    ShowPrivileges({});
 }
 
 void frmAccountEditor::chkIsGM_Click() {
     for (gui::CheckBox* box : PrivilegeBoxes)
         box->Enabled(chkIsGM.Value() != 0);
+    TellWaiting();
 }
 
 void frmAccountEditor::Tick(int value) {
-    for (gui::CheckBox* box : PrivilegeBoxes)
-        box->Value(value);
+    {
+        const Flag showing(showing_);
+        for (gui::CheckBox* box : PrivilegeBoxes)
+            box->Value(value);
+    }
+    TellWaiting();
 }
 
 void frmAccountEditor::cmdClearAll_Click() {
@@ -198,6 +273,7 @@ void frmAccountEditor::cmdClearAll_Click() {
     txtAccountPassword.Text("");
     txtEmail.Text("");
     TellSelected();
+    TellWaiting();
 }
 
 void frmAccountEditor::cmdAutofillID_Click() {
@@ -215,178 +291,132 @@ void frmAccountEditor::cmdFind_Click() {
     find.Show();
 }
 
+void frmAccountEditor::cmdList_Click() {
+    frmAccountList& list = list_.Get();
+    list.Load(this, true);
+    list.Show();
+}
+
+void frmAccountEditor::ChooseRow(std::size_t row) {
+    if (const int index = IndexOfRow(row); index >= 0)
+        cboAccountName.ListIndex(index);
+}
+
 void frmAccountEditor::Form_MouseDown(gui::MouseButton button, int /*x*/, int /*y*/) {
     if (button == gui::MouseButton::Right)
         mnuPopup3.Show();
 }
 
-// ---- Keeping what was typed
+// ---- Keeping what was typed, and saving
 
-accounts::AccountFields frmAccountEditor::Fields(const std::string& name) const {
-    return {name, txtAccountID.Text(), txtAccountPassword.Text(), txtEmail.Text()};
-}
-
-accounts::Privileges frmAccountEditor::Boxes() const {
-    accounts::Privileges flags{};
-    for (std::size_t i = 0; i < flags.size(); ++i)
-        flags[i] = static_cast<std::int16_t>(PrivilegeBoxes[i]->Value());
-    return flags;
-}
-
-std::int16_t frmAccountEditor::Sex() const {
-    const int index = cboSex.ListIndex();
-    // A value that the list does not have stays as the server has it.
-    return index < 0 ? AccountsDB.AccountSex() : static_cast<std::int16_t>(index);
-}
-
-std::string frmAccountEditor::RefusalToKeep(const accounts::AccountFields& fields) {
-    return accounts::Refusal(
-        fields, selected_.stored,
-        [this](const std::string& name) {
-            return IsSelected() && name != selected_.stored.name && !AccountsDB.CheckAccountName(name);
-        },
-        [this](std::int32_t id) {
-            return IsSelected() && id != selected_.id && !AccountsDB.CheckAccountID(id);
-        });
-}
-
-void frmAccountEditor::RemovePrivileges(std::int32_t id) {
-    // A file that was written by hand may have several rows of an account.
-    while (AccountsDB.RemoveGMData(id)) {
-    }
-}
-
-/// Takes the fields and boxes over into the store's selected account; tells when that fails.
-bool frmAccountEditor::Keep(const accounts::AccountFields& fields) {
-    const std::int32_t id = accounts::AccountNumber(fields.id).value_or(selected_.id);
-    RemovePrivileges(id);
-    // The privileges go with the account; whoever gets its old number later must not find them there.
-    RemovePrivileges(selected_.id);
-    if (chkIsGM.Value() && !AccountsDB.ModifyGMData(id, Boxes())) {
-        TellFailure("Kerno Tools failed to keep the privileges of '" + fields.name + "'");
-        return false;
-    }
-    AccountsDB.AccountName(fields.name);
-    AccountsDB.AccountID(id);
-    AccountsDB.AccountPassword(fields.password);
-    AccountsDB.AccountEmail(fields.email);
-    AccountsDB.AccountSex(Sex());
-    if (!AccountsDB.SaveCurrentRecord()) {
-        TellFailure("Kerno Tools failed to keep the changes of '" + fields.name + "'");
-        return false;
-    }
-    cboAccountName.Rename(cboAccountName.Shown(), fields.name);
-    selected_ = {fields, id};
-    return true;
+/// What stands in fields and boxes, with a name for the account.
+accounts::AccountEdit frmAccountEditor::Edit(const std::string& name) const {
+    accounts::AccountEdit edit;
+    edit.fields = {name, txtAccountID.Text(), txtAccountPassword.Text(), txtEmail.Text()};
+    if (cboSex.ListIndex() >= 0)
+        edit.sex = static_cast<std::int16_t>(cboSex.ListIndex());
+    edit.isGameMaster = chkIsGM.Value() != 0;
+    for (std::size_t i = 0; edit.isGameMaster && i < edit.privileges.size(); ++i)
+        edit.privileges[i] = static_cast<std::int16_t>(PrivilegeBoxes[i]->Value());
+    return edit;
 }
 
 void frmAccountEditor::cmdSave_Click() {
-    const accounts::AccountFields fields = Fields(cboAccountName.Text());
+    const accounts::AccountEdit edit = Edit(cboAccountName.Text());
     // After the last account was deleted there is none to save, but still the deletion to send.
-    const bool onlySend =
-        !IsSelected() && fields.name.empty() && fields.id.empty() && AccountsDB.PendingChanges() > 0;
-    if (!onlySend) {
-        std::string refusal = RefusalToKeep(fields);
-        if (refusal.empty() && !IsSelected())
-            refusal =
-                "There is no account selected. Please choose one from the list to change it, or press Add "
-                "to make a new account";
-        if (!refusal.empty()) {
-            Tell(refusal);
-            return;
-        }
-        if (!Keep(fields))
-            return;
-        TellSelected();
+    const bool onlySend = !keeper_.Current() && edit.fields.name.empty() && edit.fields.id.empty() &&
+                          accounts::WaitingAccounts(AccountsDB) > 0;
+    if (!onlySend && !keeper_.Current()) {
+        const std::string refusal = keeper_.RefusalToKeep(edit);
+        Tell(!refusal.empty() ? refusal
+                              : "There is no account selected. Please choose one from the list to change it, "
+                                "or press Add to make a new account");
+        return;
     }
+    if (!Keep(edit.fields.name))
+        return;
     Send();
 }
 
+/// Sends all that waits, and asks about rows that somebody else has changed meanwhile.
 void frmAccountEditor::Send() {
-    const auto update = [this](std::int16_t (clsAccountSQL::*operation)()) {
+    const auto send = [this] {
         const gui::WaitCursor wait;
-        return (AccountsDB.*operation)() == 1;
+        return accounts::Send(AccountsDB);
     };
-    if (!update(&clsAccountSQL::UpdateAccountSQL)) {
-        const auto& error = AccountsDB.LastError();
-        if (error && error->Number() == database::kRowChanged)
-            TellFailure(
-                "Kerno Tools did not save all changes because somebody else has changed or removed an "
-                "account in the meantime. Nothing of theirs was overwritten. Press Reload to see the "
-                "accounts as they are now and make the missing change again");
-        else
-            TellFailure(
-                "Kerno Tools failed to save to SQL server. Nothing that you changed is lost. Please make "
-                "sure MySQL server is running and save again");
-        return;
+    accounts::SendResult result = send();
+    while (!result.connectionLost && !result.conflicts.empty()) {
+        for (const accounts::Conflict& conflict : result.conflicts) {
+            gui::Local<frmAccountConflict> question(conflict);
+            question->ShowModalNow(*this);
+            if (!Loaded())
+                return;
+            if (!question->Decision())
+                return TellSent(result);
+            accounts::Decide(AccountsDB, conflict, *question->Decision());
+        }
+        const auto notes = std::move(result.notes);
+        result = send();
+        result.notes.insert(result.notes.begin(), notes.begin(), notes.end());
     }
-    if (!update(&clsAccountSQL::UpdateGMData)) {
-        if (AccountsDB.GMDataMissing() && AccountsDB.LastError()->Number() == common::kPathFileAccess)
-            return TellFailure(
-                "Kerno Tools did not save GM data because it could not load it before. The accounts are "
-                "saved. Please make sure the file can be read, press Reload and set the privileges again");
-        TellFailure(
-            "Kerno Tools failed to save GM data. The accounts are saved. Please put right what is said "
-            "below and save again");
-        return;
+    TellSent(result);
+}
+
+void frmAccountEditor::TellSent(const accounts::SendResult& result) {
+    if (keeper_.Current())
+        ShowRow(keeper_.Current()->row);
+    TellWaiting();
+    for (const std::string& note : result.notes) {
+        if (!Tell(note))
+            return;
     }
-    Tell("Account saved successfully");
+    Tell(accounts::TextOf(result, AccountsDB));
 }
 
 void frmAccountEditor::cmdAddAccount_Click() {
-    const accounts::AccountFields fields = Fields(cboAccountName.Text());
-    const bool connected = AccountsDB.Connected();
-    const std::string refusal = accounts::Refusal(
-        fields, {}, [&](const std::string& name) { return connected && !AccountsDB.CheckAccountName(name); },
-        [&](std::int32_t id) { return connected && !AccountsDB.CheckAccountID(id); });
-    if (!refusal.empty()) {
-        Tell(refusal);
-        return;
+    const auto outcome = keeper_.Add(Edit(cboAccountName.Text()));
+    if (outcome.done) {
+        // The new account is the one that the fields show from now on.
+        cboAccountName.AddItem(keeper_.Current()->stored.fields.name);
+        rows_.push_back(keeper_.Current()->row);
+        ShowRow(keeper_.Current()->row);
+        RefreshList();
     }
-    if (!connected) {
-        Tell("Kerno Tools is not connected to SQL server. Please press Reload to connect");
-        return;
-    }
-    const std::int32_t id = *accounts::AccountNumber(fields.id);
-    if (!AccountsDB.AddNewAccount(fields.name, fields.password, fields.email, Sex(), id)) {
-        TellFailure("Kerno Tools failed to add the account");
-        return;
-    }
-    cboAccountName.AddItem(fields.name);
-    // What an account that is gone has left under this number is not for the new one.
-    RemovePrivileges(id);
-    const bool withPrivileges = !chkIsGM.Value() || AccountsDB.ModifyGMData(id, Boxes()) == 1;
-    // The new account is the one that the fields show from now on.
-    const auto reason = AccountsDB.LastError();
-    ShowAccount(cboAccountName.Names().Count() - 1);
-    if (withPrivileges)
-        Tell("Account Added");
-    else
-        Tell(WithReason("Account Added, but Kerno Tools failed to keep its privileges", reason));
+    Tell(outcome.message);
 }
 
 void frmAccountEditor::cmdDeleteAccount_Click() {
     const std::string name = cboAccountName.Text();
-    const int index = cboAccountName.Names().IndexOf(name);
-    if (index < 0) {
+    const auto selected = keeper_.Current();
+    const bool isSelected = selected && selected->stored.fields.name == name;
+    if (!isSelected && AccountsDB.CountOfName(name) > 1) {
+        Tell("There are several accounts that look like '" + name +
+             "'. Please choose the one to delete from the list");
+        return;
+    }
+    const auto row = isSelected ? std::optional(selected->row) : AccountsDB.RowOfName(name);
+    if (!row) {
         Tell("There is no account '" + name + "' to delete. Please choose one from the list");
         return;
     }
     if (MsgBoxNow("Are you sure you want to delete account '" + name + "' ?", MB_YESNO, kTitle) != IDYES ||
         !Loaded())
         return;
-    const bool ofSelected = name == selected_.stored.name;
-    if (!AccountsDB.DeleteRecord(name)) {
-        TellFailure("Kerno Tools failed to delete the account");
-        return;
+    // The search box can choose another account while the question is open.
+    const int index = IndexOfRow(*row);
+    const auto outcome = keeper_.Delete(*row);
+    if (outcome.done) {
+        rows_.erase(rows_.begin() + index);
+        cboAccountName.RemoveItem(index);
+        if (keeper_.Current())
+            cboAccountName.Shown(cboAccountName.Shown());
+        else if (rows_.empty() || !ShowRow(rows_[0]))
+            ShowNone();
+        TellSelected();
+        TellWaiting();
+        RefreshList();
     }
-    cboAccountName.RemoveItem(index);
-    // What is in the fields must belong to the store's current account, or the next choice or Save would
-    // write it into some other one. The search box can choose while the message is open.
-    const int next = ofSelected ? 0 : cboAccountName.Shown();
-    if (next >= cboAccountName.Names().Count() || !ShowAccount(next))
-        ShowNone();
-    Tell("Account deleted.");
+    Tell(outcome.message);
 }
 
 void frmAccountEditor::cmdReload_Click() {
@@ -400,12 +430,49 @@ void frmAccountEditor::cmdReload_Click() {
     const auto reason = AccountsDB.LastError();
     FillList();
     TellSelected();
-    if (!done &&
-        !Tell(WithReason("Kerno Tools failed to reload the accounts. Please make sure MySQL server is "
-                         "running and reload again",
-                         reason)))
+    // Privileges that wait belong to the accounts that were given up just now.
+    const bool load = done || AccountsDB.GMDataMissing();
+    const bool loaded = !load || AccountsDB.LoadGMData() == 1;
+    const auto gmReason = AccountsDB.LastError();
+    TellWaiting();
+    if (!done && !Tell(accounts::WithReason(
+                     "Kerno Tools failed to reload the accounts. Please make sure MySQL server is "
+                     "running and reload again",
+                     reason)))
         return;
-    // Privileges that were loaded wait for Save; without them Save would refuse for ever.
-    if (AccountsDB.GMDataMissing() && !AccountsDB.LoadGMData())
-        TellFailure(kNoGMData);
+    if (!loaded)
+        Tell(accounts::WithReason(kNoGMData, gmReason));
+    else if (load)
+        TellHeader();
+}
+
+// ---- What waits, and the privilege file
+
+void frmAccountEditor::cmdChanges_Click() {
+    if (!Keep(cboAccountName.Text()))
+        return;
+    gui::Local<frmAccountChanges> changes(AccountsDB);
+    changes->ShowModalNow(*this);
+    if (Loaded())
+        ShowChanged();
+}
+
+void frmAccountEditor::cmdPrivilegeFile_Click() {
+    if (!Keep(cboAccountName.Text()))
+        return;
+    gui::Local<frmPrivilegeFile> file(AccountsDB);
+    file->ShowModalNow(*this);
+    if (Loaded())
+        ShowChanged();
+}
+
+/// Lists the accounts anew after they were changed elsewhere than in the fields.
+void frmAccountEditor::ShowChanged() {
+    const auto selected = keeper_.Current();
+    FillList();
+    if (selected && ShowRow(selected->row))
+        return;
+    if (rows_.empty() || !ShowRow(rows_[0]))
+        ShowNone();
+    TellWaiting();
 }

@@ -1,10 +1,12 @@
 #pragma once
 
-#include "accounts/AccountChecks.h"
+#include "accounts/AccountKeeper.h"
 #include "accounts/AccountNameBox.h"
 #include "accounts/clsAccountSQL.h"
 #include "accounts/frmAccountEditor.ids.h"
+#include "accounts/frmAccountList.h"
 #include "accounts/frmFindAccount.h"
+#include "accounts/Sending.h"
 #include "gui/Control.h"
 #include "gui/FormSlot.h"
 #include "gui/Lists.h"
@@ -14,7 +16,7 @@
 #include <array>
 
 /// Lists, shows, adds, changes and deletes game accounts and the privileges of game masters. Everything is
-/// kept in AccountsDB until Save sends it.
+/// kept in AccountsDB until Save sends it; the window only shows and asks.
 ///
 /// The account that was chosen last stays the selected one while its name is edited; Save writes to it.
 class frmAccountEditor final : public gui::Form {
@@ -27,12 +29,13 @@ public:
                                   &frmAccountEditor::cboAccountName_Click,
                                   &frmAccountEditor::cboAccountName_Change};
     gui::CommandButton cmdFind{*this, IDC_frmAccountEditor_cmdFind, &frmAccountEditor::cmdFind_Click};
-    gui::TextBox txtAccountID{*this, IDC_frmAccountEditor_txtAccountID};
+    gui::TextBox txtAccountID{*this, IDC_frmAccountEditor_txtAccountID, &frmAccountEditor::TellWaiting};
     gui::CommandButton cmdAutofillID{*this, IDC_frmAccountEditor_cmdAutofillID,
                                      &frmAccountEditor::cmdAutofillID_Click};
-    gui::TextBox txtAccountPassword{*this, IDC_frmAccountEditor_txtAccountPassword};
-    gui::TextBox txtEmail{*this, IDC_frmAccountEditor_txtEmail};
-    gui::ComboBox cboSex{*this, IDC_frmAccountEditor_cboSex};
+    gui::TextBox txtAccountPassword{*this, IDC_frmAccountEditor_txtAccountPassword,
+                                    &frmAccountEditor::TellWaiting};
+    gui::TextBox txtEmail{*this, IDC_frmAccountEditor_txtEmail, &frmAccountEditor::TellWaiting};
+    gui::ComboBox cboSex{*this, IDC_frmAccountEditor_cboSex, &frmAccountEditor::TellWaiting};
     gui::Label lblSelected{*this, IDC_frmAccountEditor_lblSelected};
     gui::CommandButton cmdAddAccount{*this, IDC_frmAccountEditor_cmdAddAccount,
                                      &frmAccountEditor::cmdAddAccount_Click};
@@ -44,21 +47,27 @@ public:
 
     gui::Frame fraGM{*this, IDC_frmAccountEditor_fraGM};
     gui::CheckBox chkIsGM{*this, IDC_frmAccountEditor_chkIsGM, &frmAccountEditor::chkIsGM_Click};
-    gui::CheckBox chkBroadcast{*this, IDC_frmAccountEditor_chkBroadcast};
-    gui::CheckBox chkItemSummon{*this, IDC_frmAccountEditor_chkItemSummon};
-    gui::CheckBox chkMonsterSummon{*this, IDC_frmAccountEditor_chkMonsterSummon};
-    gui::CheckBox chkChangeStatSkill{*this, IDC_frmAccountEditor_chkChangeStatSkill};
-    gui::CheckBox chkChangeOption{*this, IDC_frmAccountEditor_chkChangeOption};
-    gui::CheckBox chkSaveReturn{*this, IDC_frmAccountEditor_chkSaveReturn};
-    gui::CheckBox chkChangeLevel{*this, IDC_frmAccountEditor_chkChangeLevel};
-    gui::CheckBox chkWarp{*this, IDC_frmAccountEditor_chkWarp};
-    gui::CheckBox chkWhois{*this, IDC_frmAccountEditor_chkWhois};
-    gui::CheckBox chkGotoSummonBanish{*this, IDC_frmAccountEditor_chkGotoSummonBanish};
-    gui::CheckBox chkKillDieAlive{*this, IDC_frmAccountEditor_chkKillDieAlive};
-    gui::CheckBox chkChangeJob{*this, IDC_frmAccountEditor_chkChangeJob};
-    gui::CheckBox chkChangeColorStyle{*this, IDC_frmAccountEditor_chkChangeColorStyle};
-    gui::CheckBox chkAutoRawUnit{*this, IDC_frmAccountEditor_chkAutoRawUnit};
-    gui::CheckBox chkRefine{*this, IDC_frmAccountEditor_chkRefine};
+    gui::CheckBox chkBroadcast{*this, IDC_frmAccountEditor_chkBroadcast, &frmAccountEditor::TellWaiting};
+    gui::CheckBox chkItemSummon{*this, IDC_frmAccountEditor_chkItemSummon, &frmAccountEditor::TellWaiting};
+    gui::CheckBox chkMonsterSummon{*this, IDC_frmAccountEditor_chkMonsterSummon,
+                                   &frmAccountEditor::TellWaiting};
+    gui::CheckBox chkChangeStatSkill{*this, IDC_frmAccountEditor_chkChangeStatSkill,
+                                     &frmAccountEditor::TellWaiting};
+    gui::CheckBox chkChangeOption{*this, IDC_frmAccountEditor_chkChangeOption,
+                                  &frmAccountEditor::TellWaiting};
+    gui::CheckBox chkSaveReturn{*this, IDC_frmAccountEditor_chkSaveReturn, &frmAccountEditor::TellWaiting};
+    gui::CheckBox chkChangeLevel{*this, IDC_frmAccountEditor_chkChangeLevel, &frmAccountEditor::TellWaiting};
+    gui::CheckBox chkWarp{*this, IDC_frmAccountEditor_chkWarp, &frmAccountEditor::TellWaiting};
+    gui::CheckBox chkWhois{*this, IDC_frmAccountEditor_chkWhois, &frmAccountEditor::TellWaiting};
+    gui::CheckBox chkGotoSummonBanish{*this, IDC_frmAccountEditor_chkGotoSummonBanish,
+                                      &frmAccountEditor::TellWaiting};
+    gui::CheckBox chkKillDieAlive{*this, IDC_frmAccountEditor_chkKillDieAlive,
+                                  &frmAccountEditor::TellWaiting};
+    gui::CheckBox chkChangeJob{*this, IDC_frmAccountEditor_chkChangeJob, &frmAccountEditor::TellWaiting};
+    gui::CheckBox chkChangeColorStyle{*this, IDC_frmAccountEditor_chkChangeColorStyle,
+                                      &frmAccountEditor::TellWaiting};
+    gui::CheckBox chkAutoRawUnit{*this, IDC_frmAccountEditor_chkAutoRawUnit, &frmAccountEditor::TellWaiting};
+    gui::CheckBox chkRefine{*this, IDC_frmAccountEditor_chkRefine, &frmAccountEditor::TellWaiting};
     gui::CommandButton cmdGiveAllPrivileges{*this, IDC_frmAccountEditor_cmdGiveAllPrivileges,
                                             &frmAccountEditor::cmdGiveAllPrivileges_Click};
     gui::CommandButton cmdRemoveAllPrivileges{*this, IDC_frmAccountEditor_cmdRemoveAllPrivileges,
@@ -95,6 +104,12 @@ public:
     gui::MenuItem mnuFindAccount{*this, IDM_frmAccountEditor_mnuFindAccount,
                                  &frmAccountEditor::mnuFindAccount_Click};
 
+    gui::CommandButton cmdList{*this, IDC_frmAccountEditor_cmdList, &frmAccountEditor::cmdList_Click};
+    gui::CommandButton cmdPrivilegeFile{*this, IDC_frmAccountEditor_cmdPrivilegeFile,
+                                        &frmAccountEditor::cmdPrivilegeFile_Click};
+    gui::Label lblWaiting{*this, IDC_frmAccountEditor_lblWaiting};
+    gui::CommandButton cmdChanges{*this, IDC_frmAccountEditor_cmdChanges,
+                                  &frmAccountEditor::cmdChanges_Click};
     gui::CommandButton cmdSave{*this, IDC_frmAccountEditor_cmdSave, &frmAccountEditor::cmdSave_Click};
     gui::CommandButton cmdReload{*this, IDC_frmAccountEditor_cmdReload, &frmAccountEditor::cmdReload_Click};
     gui::CommandButton cmdCancel{*this, IDC_frmAccountEditor_cmdCancel, &frmAccountEditor::cmdCancel_Click};
@@ -109,6 +124,10 @@ public:
 
     /// The search box, while it is open.
     frmFindAccount* FindBox() { return find_.Peek(); }
+    /// The list of accounts, while it is open.
+    frmAccountList* ListBox() { return list_.Peek(); }
+    /// Chooses the account of a row of the store, as choosing its name does.
+    void ChooseRow(std::size_t row);
 
 private:
     void Form_Load() override;
@@ -117,7 +136,10 @@ private:
     gui::CommandButton* CancelButton() override { return &cmdCancel; }
 
     void cboAccountName_Click();
-    void cboAccountName_Change() { TellSelected(); }
+    void cboAccountName_Change() {
+        TellSelected();
+        TellWaiting();
+    }
     void cmdFind_Click();
     void cmdAutofillID_Click();
     void cmdAddAccount_Click();
@@ -128,39 +150,43 @@ private:
     void cmdGiveAllPrivileges_Click() { Tick(1); }
     void cmdRemoveAllPrivileges_Click() { Tick(0); }
     void mnuFindAccount_Click() { cmdFind_Click(); }
+    void cmdList_Click();
+    void cmdPrivilegeFile_Click();
+    void cmdChanges_Click();
     void cmdSave_Click();
     void cmdReload_Click();
     void cmdCancel_Click() { Unload(); }
 
-    /// The selected account as the store has it, or as the fields can show that.
-    struct Selected {
-        accounts::AccountFields stored;
-        std::int32_t id = 0;
-    };
-
     bool Connect();
     void ReadLogin();
     void FillList();
+    void RefreshList();
     void TellProgress(std::size_t accountsRead);
     bool Tell(const std::string& text);
     void TellFailure(const std::string& text);
+    bool TellHeader();
     void TellSelected();
+    void TellWaiting();
 
-    bool IsSelected() const { return cboAccountName.Shown() >= 0; }
     void Choose(int index);
-    bool ShowAccount(int index);
-    void ShowPrivileges(const accounts::Privileges& privileges);
+    int IndexOfRow(std::size_t row) const;
+    bool ShowRow(std::size_t row);
+    void ShowPrivileges(const accounts::AccountEdit& edit);
     void ShowNone();
+    void ShowChanged();
     void Tick(int value);
-    accounts::AccountFields Fields(const std::string& name) const;
-    accounts::Privileges Boxes() const;
-    std::int16_t Sex() const;
-    std::string RefusalToKeep(const accounts::AccountFields& fields);
-    void RemovePrivileges(std::int32_t id);
-    bool Keep(const accounts::AccountFields& fields);
+    accounts::AccountEdit Edit(const std::string& name) const;
+    bool Keep(const std::string& name);
     void Send();
+    void TellSent(const accounts::SendResult& result);
 
-    Selected selected_;
+    accounts::AccountKeeper keeper_{AccountsDB};
+    /// The store's rows of the entries in the list of names.
+    std::vector<std::size_t> rows_;
     bool choosing_ = false;
+    bool showing_ = false;
     gui::FormSlot<frmFindAccount> find_{[this] { return std::make_unique<frmFindAccount>(cboAccountName); }};
+    gui::FormSlot<frmAccountList> list_{[this] {
+        return std::make_unique<frmAccountList>(AccountsDB, [this](std::size_t row) { ChooseRow(row); });
+    }};
 };

@@ -62,3 +62,8 @@
 #define IDM_frmAccountEditor_mnuAddCharacter2 2359
 #define IDM_frmAccountEditor_mnuRemoveCharacter2 2360
 #define IDM_frmAccountEditor_mnuFindAccount 2361
+
+#define IDC_frmAccountEditor_cmdList 2362
+#define IDC_frmAccountEditor_cmdPrivilegeFile 2363
+#define IDC_frmAccountEditor_lblWaiting 2364
+#define IDC_frmAccountEditor_cmdChanges 2365

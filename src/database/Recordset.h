@@ -37,6 +37,7 @@ public:
     void Requery(const Progress& progress = {});
 
     std::size_t RecordCount() const;
+    std::size_t ColumnCount() const { return columns_.size(); }
     /// The position of the field, letter case aside. Raises kItemNotFound.
     std::size_t FieldIndex(std::string_view name) const;
 

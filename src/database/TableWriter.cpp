@@ -75,7 +75,8 @@ void TableWriter::AddIdentity(Clause& clause, const Before& before) const {
         if (!value)
             continue;
         // The server's own comparison takes "Bob " for "bob".
-        clause.sql += " AND HEX(CONVERT(" + Name(column) + " USING utf8)) <=> HEX(CONVERT(? USING utf8))";
+        const auto exactly = [](const std::string& text) { return "HEX(CONVERT(" + text + " USING utf8))"; };
+        clause.sql += " AND " + exactly(Name(column)) + " <=> " + exactly("?");
         clause.values.push_back(*value);
     }
 }

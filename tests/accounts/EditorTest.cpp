@@ -1,4 +1,6 @@
 #include "Accounts.h"
+#include "accounts/frmAccountChanges.h"
+#include "accounts/frmAccountConflict.h"
 #include "accounts/frmAccountEditor.h"
 #include "gui/Application.h"
 #include "support/MessageBoxes.h"
@@ -71,16 +73,26 @@ TEST_F(EditorTest, ShowsAccountsAsSoonAsThereIsAServer) {
     EXPECT_EQ(Shown(), "|||0||0000000000000000");
     support::WriteFile(folder / "Kerno.ini", "gloginname=root\r\n");
     support::WriteFile(privilegeFile, std::string("header\r\n100002") + kBroadcast + "\r\n");
-    // What was loaded once is not loaded again: privileges that wait for Save stay.
-    for (const char* boxesOfBravo : {"1100000000000000", "1000000000000000"}) {
+    // Reload throws away what waits for Save, privileges too; where it fails, they stay.
+    for (int i = 0; i < 2; ++i) {
         editor.cmdReload.Press();
         EXPECT_EQ(editor.cboAccountName.ListCount(), 3);
         Choose("bravo");
-        EXPECT_EQ(Shown(), std::string("bravo|100002|b|1|b@x|") + boxesOfBravo);
+        EXPECT_EQ(Shown(), "bravo|100002|b|1|b@x|1100000000000000");
         editor.cmdRemoveAllPrivileges.Press();
         Choose("alpha");
     }
-    EXPECT_EQ(Said(), Texts());
+    root.Execute("RENAME TABLE glogin.account TO glogin.away");
+    editor.cmdReload.Press();
+    EXPECT_TRUE(Said().back().starts_with("Kerno Tools failed to reload the accounts."));
+    Choose("bravo");
+    EXPECT_EQ(Shown(), "bravo|100002|b|1|b@x|1000000000000000");
+    EXPECT_EQ(editor.lblWaiting.Caption(), "1 account waits for Save");
+    root.Execute("RENAME TABLE glogin.away TO glogin.account");
+    // A header that somebody took away costs the first row its privileges, so it is told.
+    support::WriteFile(privilegeFile, std::string("100002") + kBroadcast + "\r\n");
+    editor.cmdReload.Press();
+    EXPECT_TRUE(Said().back().starts_with("The first line of id_table.txt should be its header"));
 }
 
 TEST_F(EditorTest, EditsCarryOverAndWaitForSaveAsAdditionsAndDeletionsDo) {
@@ -176,16 +188,132 @@ TEST_F(EditorTest, ChecksComeInOrder) {
     EXPECT_EQ(Table()[0], "0|odd||0|" + longMail);
 }
 
-TEST_F(EditorTest, ASaveDoesNotOverwriteWhatSomebodyElseDid) {
+TEST_F(EditorTest, ASaveAsksAboutWhatSomebodyElseDid) {
     editor.Load();
-    root.Execute("UPDATE glogin.account SET Pass='theirs' WHERE AID=100001");
-    editor.txtAccountPassword.Text("mine");
-    editor.cmdSave.Press();
-    EXPECT_TRUE(Said().at(0).starts_with("Kerno Tools did not save all changes because somebody else"));
-    EXPECT_EQ(Table()[0], "100001|alpha|theirs|0|a@x");
-    editor.cmdReload.Press();
+    for (const bool decides : {false, true}) {
+        root.Execute("UPDATE glogin.account SET Pass='theirs', Mail='theirs@x' WHERE AID=100001");
+        editor.txtAccountPassword.Text("mine");
+        editor.txtEmail.Text("mine@x");
+        const support::Meanwhile decide([&] {
+            const HWND question = FindWindowA(nullptr, "Kerno Tools :: Account Changed By Somebody Else");
+            const auto press = [&](int id) { SendMessageA(GetDlgItem(question, id), BM_CLICK, 0, 0); };
+            if (!IsWindowVisible(question))
+                return;
+            press(IDC_frmAccountConflict_optMine3);
+            press(decides ? IDC_frmAccountConflict_cmdSave : IDC_frmAccountConflict_cmdCancel);
+        });
+        editor.cmdSave.Press();
+        EXPECT_EQ(
+            Said().at(0),
+            decides ? "Account saved successfully"
+                    : "Kerno Tools did not save all changes. These wait under \"Changes...\", where you can "
+                      "take them back; all others are saved");
+        EXPECT_EQ(Table()[0], decides ? "100001|alpha|mine|0|theirs@x" : "100001|alpha|theirs|0|theirs@x");
+    }
+    EXPECT_EQ(Shown(), "alpha|100001|mine|0|theirs@x|0000000000000000");
+}
+
+TEST_F(EditorTest, WhatWillBeSavedIsCountedAndCanBeTakenBack) {
+    editor.Load();
+    EXPECT_EQ(editor.lblWaiting.Caption(), "");
+    editor.txtEmail.Text("typed");
+    EXPECT_EQ(editor.lblWaiting.Caption(), "1 account waits for Save");
+    editor.txtEmail.Text("a@x");
+    EXPECT_FALSE(editor.cmdChanges.Enabled());
+    editor.chkIsGM.Value(1);
+    Choose("bravo");
+    boxes.Answer(IDNO);
+    editor.cmdDeleteAccount.Press();
+    EXPECT_EQ(editor.lblWaiting.Caption(), "1 account waits for Save");
+    boxes.Answer(IDYES);
+    editor.cmdDeleteAccount.Press();
+    boxes.Clear();
+    EXPECT_EQ(editor.lblWaiting.Caption(), "2 accounts wait for Save");
+    {
+        const support::Meanwhile takeBack([] {
+            const HWND list = FindWindowA(nullptr, "Kerno Tools :: Changes That Wait For Save");
+            if (IsWindowVisible(list)) {
+                SendMessageA(GetDlgItem(list, IDC_frmAccountChanges_cmdTakeBack), BM_CLICK, 0, 0);
+                SendMessageA(GetDlgItem(list, IDC_frmAccountChanges_cmdClose), BM_CLICK, 0, 0);
+            }
+        });
+        editor.cmdChanges.Press();
+    }
+    EXPECT_EQ(editor.lblWaiting.Caption(), "1 account waits for Save");
+    Choose("bravo");
+    EXPECT_EQ(Shown(), "bravo|100002|b|1|b@x|1100000000000000");
+    frmAccountChanges list(editor.AccountsDB);
+    list.Load();
+    ASSERT_EQ(list.lstChanges.ListCount(), 1);
+    EXPECT_EQ(list.lstChanges.Text(0, 3), "game master without privileges");
+}
+
+TEST_F(EditorTest, AccountsThatLookAlikeAreChosenByTheirRow) {
+    const std::string unseen(2, '?');
+    root.Execute("ALTER TABLE glogin.account MODIFY Name varchar(24) CHARACTER SET utf8mb4");
+    root.Execute(
+        "INSERT INTO glogin.account (AID, Name, Pass) VALUES (100010, _utf8mb4 x'E4B8ADE69687', 'one'), "
+        "(100011, _utf8mb4 x'E69687E4B8AD', 'two')");
+    editor.Load();
+    editor.cboAccountName.ListIndex(4);
+    EXPECT_EQ(Shown(), unseen + "|100011|two|0||0000000000000000");
+    EXPECT_EQ(editor.lblSelected.Caption(),
+              "Selected account: " + unseen +
+                  " (100011). Its name has characters that cannot be shown here.");
+    editor.txtAccountPassword.Text("changed");
+    editor.cboAccountName.ListIndex(3);
+    EXPECT_EQ(editor.txtAccountPassword.Text(), "one");
     Choose("alpha");
-    EXPECT_EQ(editor.txtAccountPassword.Text(), "theirs");
+    editor.cboAccountName.Text(unseen);
+    editor.cmdDeleteAccount.Press();
+    EXPECT_TRUE(Said().back().starts_with("There are several accounts that look like '" + unseen + "'."));
+    editor.cboAccountName.ListIndex(3);
+    boxes.Answer(IDYES);
+    editor.cmdDeleteAccount.Press();
+    editor.cmdSave.Press();
+    EXPECT_EQ(Said().back(), "Account saved successfully");
+    EXPECT_EQ(support::Rows(root, "SELECT AID, HEX(Name), Pass FROM glogin.account WHERE AID > 100004"),
+              Texts{"100011|E69687E4B8AD|changed"});
+}
+
+TEST_F(EditorTest, WhatWasTypedIsNotLostByWhatHappensToOtherAccounts) {
+    editor.Load();
+    editor.txtAccountPassword.Text("typed");
+    editor.cboAccountName.Text("Charlie");
+    boxes.Answer(IDYES);
+    editor.cmdDeleteAccount.Press();
+    EXPECT_EQ(Shown(), "alpha|100001|typed|0|a@x|0000000000000000");
+    boxes.Clear();
+    Fill("bravo", "100001");
+    editor.txtEmail.Text("kept");
+    Choose("bravo");
+    EXPECT_EQ(Said(), Texts());
+    Choose("alpha");
+    Fill("bravo2", "100002");
+    Choose("bravo");
+    EXPECT_EQ(Said(), Texts{kIDTaken});
+    EXPECT_EQ(Shown(), "alpha|100002|typed|0|kept|0000000000000000");
+}
+
+TEST_F(EditorTest, TheListFindsByNumberMailAndPrivileges) {
+    editor.Load();
+    editor.cmdList.Press();
+    frmAccountList& list = *editor.ListBox();
+    const auto found = [&](const char* part, bool masters) {
+        list.chkGameMasters.Value(masters);
+        list.txtSearch.Text(part);
+        std::string names;
+        for (int i = 0; i < list.lstAccounts.ListCount(); ++i)
+            names += list.lstAccounts.Text(static_cast<std::size_t>(i), 0) + " ";
+        return names;
+    };
+    EXPECT_EQ(found("", false), "alpha bravo Charlie ");
+    EXPECT_EQ(found("C@", false), "Charlie ");
+    EXPECT_EQ(found("0000", true), "bravo ");
+    list.cmdShow.Press();
+    EXPECT_EQ(editor.txtAccountID.Text(), "100002");
+    EXPECT_EQ(found("zz", false), "");
+    EXPECT_FALSE(list.cmdShow.Enabled());
 }
 
 TEST_F(EditorTest, TypingFindsANameAndEnterShowsIt) {
@@ -199,20 +327,26 @@ TEST_F(EditorTest, TypingFindsANameAndEnterShowsIt) {
     EXPECT_EQ(Shown(), "Charlie|100004|c|0|c@x|0000000000000000");
     Choose("alpha");
     EXPECT_EQ(editor.txtEmail.Text(), "changed");
-    // Without Enter it is a new name, also when another name begins with it; but the name that the field
-    // offers is only found when it is chosen.
+    // Whatever the chosen name begins with was a search, letter case aside, however it was chosen.
     const HWND list = editor.cboAccountName.Window();
-    Type("br");
-    SendMessageA(list, CB_SETCURSEL, 1, 0);
-    SendMessageA(editor.Window(), WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(list), CBN_SELCHANGE),
-                 reinterpret_cast<LPARAM>(list));
-    EXPECT_EQ(Shown(), "bravo|100002|b|1|b@x|1100000000000000");
-    EXPECT_EQ(editor.cboAccountName.Names().At(0), "alpha");
+    for (const char* typed : {"BR", "bravo"}) {
+        Choose("alpha");
+        Type(typed);
+        SendMessageA(list, CB_SETCURSEL, 1, 0);
+        SendMessageA(editor.Window(), WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(list), CBN_SELCHANGE),
+                     reinterpret_cast<LPARAM>(list));
+        EXPECT_EQ(Shown(), "bravo|100002|b|1|b@x|1100000000000000");
+        EXPECT_EQ(editor.cboAccountName.Names().At(0), "alpha");
+    }
     Type("Char");
     editor.cmdFind.Press();
     editor.FindBox()->txtAccountName.Text("charl");
-    EXPECT_EQ(editor.cboAccountName.Names().At(1), "Char");
+    EXPECT_EQ(editor.cboAccountName.Names().At(1), "bravo");
     EXPECT_EQ(editor.txtAccountID.Text(), "100004");
+    // Any other text is a new name.
+    Type("delta");
+    Choose("alpha");
+    EXPECT_EQ(editor.cboAccountName.Names().At(2), "delta");
 }
 
 TEST_F(EditorTest, TheSearchBoxWalksToTheEnd) {

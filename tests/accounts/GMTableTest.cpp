@@ -1,4 +1,5 @@
 #include "accounts/GMTable.h"
+#include "accounts/GMHistory.h"
 #include "support/Test.h"
 
 using accounts::GMTable;
@@ -27,8 +28,11 @@ protected:
         EXPECT_EQ(text.substr(0, kHeader.size()), kHeader);
         return text.substr(kHeader.size());
     }
-    long ErrorOf(void (GMTable::*operation)(const std::string&)) {
-        return support::ErrorNumber([&] { (table.*operation)(path); });
+    long ErrorOfLoad() {
+        return support::ErrorNumber([&] { table.Load(path); });
+    }
+    long ErrorOfSave() {
+        return support::ErrorNumber([&] { table.Save(path); });
     }
 
     support::TempFolder folder;
@@ -82,15 +86,15 @@ TEST_F(GMTableTest, AFileThatWasNotLoadedIsNotReplaced) {
         tooMany += std::to_string(id) + kAllOnes + "\r\n";
     support::WriteFile(path, tooMany);
     table.Add(0, kAll);
-    EXPECT_EQ(ErrorOf(&GMTable::Load), common::kOverflow);
+    EXPECT_EQ(ErrorOfLoad(), common::kOverflow);
     EXPECT_FALSE(table.Contains(1));
-    EXPECT_EQ(ErrorOf(&GMTable::Save), common::kPathFileAccess);
+    EXPECT_EQ(ErrorOfSave(), common::kPathFileAccess);
     EXPECT_EQ(common::ReadFileText(path), tooMany);
     // Nor one that was put there after the load had found none; without one there is nothing to lose.
     DeleteFileA(path.c_str());
-    EXPECT_EQ(ErrorOf(&GMTable::Load), common::kFileNotFound);
+    EXPECT_EQ(ErrorOfLoad(), common::kFileNotFound);
     support::WriteFile(path, kHeader);
-    EXPECT_EQ(ErrorOf(&GMTable::Save), common::kPathFileAccess);
+    EXPECT_EQ(ErrorOfSave(), common::kPathFileAccess);
     DeleteFileA(path.c_str());
     EXPECT_EQ(Saved(), "0" + kAllOnes + "\r\n");
 }
@@ -105,10 +109,44 @@ TEST_F(GMTableTest, ASaveKeepsOneGenerationAndARefusedOneBoth) {
     {
         const common::FileHandle lock(
             CreateFileA(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
-        EXPECT_EQ(ErrorOf(&GMTable::Save), common::kPermissionDenied);
+        EXPECT_EQ(ErrorOfSave(), common::kPermissionDenied);
     }
     EXPECT_EQ(common::ReadFileText(path), kHeader);
     EXPECT_EQ(common::ReadFileText(backup), original);
     Saved();
     EXPECT_EQ(common::ReadFileText(backup), kHeader);
+}
+
+TEST_F(GMTableTest, BothHandsChangesSurvive) {
+    const std::string ones = "100001" + kAllOnes + "\r\n";
+    Load(ones + "2" + kAllOnes + "\r\n3" + kAllOnes + "\r\n4" + kAllOnes + "\r\n5" + kAllOnes + "\r\n");
+    Privileges withoutWarp = kAsTheyAre;
+    withoutWarp[7] = 0;
+    table.Modify(2, withoutWarp);
+    table.Remove(3);
+    table.Add(6, kNone);
+    table.Modify(5, withoutWarp);
+    // Looked at only, which brings a row to the end.
+    table.Remove(100001);
+    table.Add(100001, kAll);
+    EXPECT_EQ(table.ChangedIds(), (std::set<std::int32_t>{2, 3, 5, 6}));
+    // Another hand takes 100001's and 5's away, gives 9 some, and changes 2 and 3.
+    const std::string theirs = "whatever\r\n9" + kAllOnes + "\r\n2,0,1,1,1,1,1,1,1,1,1,1,1,1,1,1\r\n3" +
+                               ",1,1,1,1,1,1,1,1,1,1,1,1,1,1,0\r\n4" + kAllOnes + "\r\n";
+    support::WriteFile(path, theirs);
+    const GMTable::Met met = table.Save(path, [](std::int32_t id, bool) {
+        return id == 6 ? GMTable::Verdict::Hold : GMTable::Verdict::Write;
+    });
+    EXPECT_TRUE(met.changed);
+    EXPECT_FALSE(met.withoutHeader);
+    EXPECT_EQ(met.both, (std::vector<std::int32_t>{2, 3, 5}));
+    EXPECT_EQ(common::ReadFileText(path), kHeader + "9" + kAllOnes +
+                                              "\r\n2,0,1,1,1,1,1,1,0,1,1,1,1,1,1,1\r\n4" + kAllOnes +
+                                              "\r\n5,1,1,1,1,1,1,1,0,1,1,1,1,1,1,1\r\n");
+    EXPECT_EQ(table.ChangedIds(), std::set<std::int32_t>{6});
+    EXPECT_TRUE(table.Contains(6));
+    table.TakeBack(6);
+    EXPECT_FALSE(table.Contains(6));
+    EXPECT_FALSE(table.Save(path).changed);
+    EXPECT_EQ(common::ReadFileText(accounts::Generations(path).back()), theirs);
 }

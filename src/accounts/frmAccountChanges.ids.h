@@ -1,0 +1,6 @@
+#define IDD_frmAccountChanges 2520
+
+#define IDC_frmAccountChanges_lstChanges 2521
+#define IDC_frmAccountChanges_lblHint 2522
+#define IDC_frmAccountChanges_cmdTakeBack 2523
+#define IDC_frmAccountChanges_cmdClose 2524

@@ -1,0 +1,20 @@
+#define IDD_frmAccountConflict 2540
+
+#define IDC_frmAccountConflict_lblAccount 2541
+#define IDC_frmAccountConflict_lblRead1 2542
+#define IDC_frmAccountConflict_optTheirs1 2543
+#define IDC_frmAccountConflict_optMine1 2544
+#define IDC_frmAccountConflict_lblRead2 2545
+#define IDC_frmAccountConflict_optTheirs2 2546
+#define IDC_frmAccountConflict_optMine2 2547
+#define IDC_frmAccountConflict_lblRead3 2548
+#define IDC_frmAccountConflict_optTheirs3 2549
+#define IDC_frmAccountConflict_optMine3 2550
+#define IDC_frmAccountConflict_lblRead4 2551
+#define IDC_frmAccountConflict_optTheirs4 2552
+#define IDC_frmAccountConflict_optMine4 2553
+#define IDC_frmAccountConflict_lblRead5 2554
+#define IDC_frmAccountConflict_optTheirs5 2555
+#define IDC_frmAccountConflict_optMine5 2556
+#define IDC_frmAccountConflict_cmdSave 2557
+#define IDC_frmAccountConflict_cmdCancel 2558

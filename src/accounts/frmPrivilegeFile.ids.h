@@ -1,0 +1,8 @@
+#define IDD_frmPrivilegeFile 2560
+
+#define IDC_frmPrivilegeFile_lstRows 2561
+#define IDC_frmPrivilegeFile_lblFindings 2562
+#define IDC_frmPrivilegeFile_cmdClear 2563
+#define IDC_frmPrivilegeFile_cboGenerations 2564
+#define IDC_frmPrivilegeFile_cmdBringBack 2565
+#define IDC_frmPrivilegeFile_cmdClose 2566
