@@ -8,6 +8,9 @@ fail() {
     exit 1
 }
 
+# windows_path PATH: the path as a Windows program finds it.
+windows_path() { printf 'Z:%s' "${1//\//\\}"; }
+
 # Packages by purpose. The libraries named with Wine are its recommendations that it cannot do without here:
 # it loads them at run time, and recommendations are not installed. The core packages of MariaDB bring the
 # programs without a system server that would take port 3306.

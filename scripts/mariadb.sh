@@ -15,15 +15,11 @@
 # Logins, as servers used to come with: root without a password, and the anonymous one.
 set -euo pipefail
 
-root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
-servers=${KTOOLS_MARIADB:-$root/build/mariadb}
+top=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+source "$top/scripts/lib.sh"
+servers=${KTOOLS_MARIADB:-$top/build/mariadb}
 addresses=(127.0.0.1 127.0.0.2)
 export PATH=$PATH:/usr/sbin:/sbin
-
-fail() {
-    echo "mariadb.sh: $*" >&2
-    exit 1
-}
 
 # The servers refuse to run as root unless told so by name.
 as_user=()

@@ -4,11 +4,12 @@
 #
 #   run-under-wine.sh PROGRAM.exe [GOOGLETEST OPTION...]
 set -u
+top=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+source "$top/scripts/lib.sh"
 program=$1
 shift
 # A desktop without a program would stay open for ever.
-[[ -f $program ]] || { echo "$program has not been built" >&2; exit 1; }
-windows_path() { printf 'Z:%s' "${1//\//\\}"; }
+[[ -f $program ]] || fail "$program has not been built"
 
 log=$(mktemp)
 trap 'rm -f "$log"' EXIT

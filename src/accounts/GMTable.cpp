@@ -42,12 +42,7 @@ void CheckReplaceable(const std::string& path) {
     // An administrator may be let in, and the rewrite still refuses.
     if (GetFileAttributesA(path.c_str()) & FILE_ATTRIBUTE_READONLY)
         common::RaiseFileError(ERROR_ACCESS_DENIED, path);
-    const HANDLE file = CreateFileA(path.c_str(), GENERIC_WRITE | DELETE,
-                                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                                    OPEN_EXISTING, 0, nullptr);
-    if (file == INVALID_HANDLE_VALUE)
-        common::RaiseFileError(GetLastError(), path);
-    CloseHandle(file);
+    common::OpenFile(path, GENERIC_WRITE | DELETE, OPEN_EXISTING);
 }
 
 std::string LineOf(std::int32_t id, const Privileges& flags) {

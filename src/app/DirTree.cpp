@@ -8,17 +8,14 @@
 
 namespace {
 
-using FindHandle = common::Handle<HANDLE, FindClose>;
-
 std::string Below(const std::string& folder, const std::string& name) {
     return folder + (folder.ends_with('\\') ? "" : "\\") + name;
 }
 
 /// Names of the folders in a folder, sorted. Raises as DirTree::Path does.
 std::vector<std::string> FoldersIn(const std::string& folder) {
-    WIN32_FIND_DATAA entry;
-    const HANDLE search = FindFirstFileA(Below(folder, "*").c_str(), &entry);
-    if (search == INVALID_HANDLE_VALUE) {
+    const auto entries = common::EntriesOf(folder);
+    if (!entries) {
         const DWORD code = GetLastError();
         // An empty drive root has no entries at all.
         if (code == ERROR_FILE_NOT_FOUND && common::FolderExists(folder))
@@ -28,13 +25,10 @@ std::vector<std::string> FoldersIn(const std::string& folder) {
             throw RuntimeError(common::kDeviceUnavailable);
         common::RaiseFileError(code, folder);
     }
-    const FindHandle owner(search);
     std::vector<std::string> names;
-    do {
-        const std::string name = entry.cFileName;
-        if ((entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) && name != "." && name != "..")
-            names.push_back(name);
-    } while (FindNextFileA(search, &entry));
+    for (const common::FolderEntry& entry : *entries)
+        if (entry.IsFolder())
+            names.push_back(entry.name);
     std::ranges::sort(names, {}, [](const std::string& name) { return common::UpperCase(name); });
     return names;
 }

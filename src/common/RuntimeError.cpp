@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <string_view>
+
 namespace common {
 
 RuntimeError::RuntimeError(long number) : RuntimeError(number, ErrorText(number)) {}
@@ -70,11 +72,26 @@ long NumberOfSystemError(unsigned long code) {
     }
 }
 
+/// The system's words for its error, without the full stop and the line end that it adds; "" when it has
+/// none.
+std::string SystemText(unsigned long code) {
+    char text[300] = "";
+    const DWORD length = FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS |
+                                            FORMAT_MESSAGE_MAX_WIDTH_MASK,
+                                        nullptr, code, 0, text, sizeof text, nullptr);
+    std::string_view words(text, length);
+    while (!words.empty() && (words.back() == ' ' || words.back() == '.'))
+        words.remove_suffix(1);
+    return std::string(words);
+}
+
 } // namespace
 
 void RaiseFileError(unsigned long code, const std::string& path) {
     const long number = NumberOfSystemError(code);
-    throw RuntimeError(number, ErrorText(number) + ": " + path);
+    const std::string words = SystemText(code);
+    throw RuntimeError(number, ErrorText(number) + " (" + std::to_string(code) + (words.empty() ? "" : ": ") +
+                                   words + "): " + path);
 }
 
 } // namespace common

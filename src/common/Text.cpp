@@ -23,6 +23,10 @@ bool EqualsIgnoreCase(std::string_view a, std::string_view b) {
     return a.size() == b.size() && UpperCase(a) == UpperCase(b);
 }
 
+bool IsAscii(std::string_view text) {
+    return std::ranges::all_of(text, [](char letter) { return static_cast<unsigned char>(letter) < 0x80; });
+}
+
 std::size_t FindIgnoreCase(std::string_view text, std::string_view part, std::size_t start) {
     return UpperCase(text).find(UpperCase(part), start);
 }

@@ -18,6 +18,9 @@ std::string UpperCase(std::string_view text);
 /// True when both are the same text without regard to letter case.
 bool EqualsIgnoreCase(std::string_view a, std::string_view b);
 
+/// True when it holds no letters beyond ASCII, which are the only ones that character sets differ in.
+bool IsAscii(std::string_view text);
+
 /// Position of the first `part` in `text` from `start` on, without regard to letter case; npos when there is
 /// none.
 std::size_t FindIgnoreCase(std::string_view text, std::string_view part, std::size_t start = 0);

@@ -22,11 +22,6 @@ Cell::Kind CommonKind(const std::vector<Cell>& cells) {
     return kind;
 }
 
-/// Plain ASCII is the same in every character set, and drivers convert nothing on its way.
-bool IsAscii(std::string_view text) {
-    return std::ranges::all_of(text, [](char letter) { return static_cast<unsigned char>(letter) < 0x80; });
-}
-
 /// Writes the text, on demand in UTF-16, and returns its length in bytes. `place` has room for that form.
 std::size_t WriteCharacters(std::string_view text, bool inUtf16, TextForm form, char* place) {
     if (!inUtf16) {
@@ -34,7 +29,7 @@ std::size_t WriteCharacters(std::string_view text, bool inUtf16, TextForm form, 
         return text.size();
     }
     auto* wide = reinterpret_cast<wchar_t*>(place);
-    if (IsAscii(text)) {
+    if (common::IsAscii(text)) {
         std::ranges::copy(text, wide);
         return text.size() * sizeof(wchar_t);
     }
@@ -71,7 +66,9 @@ void Parameters::FillColumn(ColumnData& column, bool wideText, const std::vector
             characters[row] = written[row] = cells[row].ToValue().AsText();
         longest = std::max(longest, characters[row].size());
     }
-    const bool inUtf16 = wideText && kind == Cell::Kind::Text && !std::ranges::all_of(characters, IsAscii);
+    // Plain ASCII is the same in every character set, and drivers convert nothing on its way.
+    const bool inUtf16 =
+        wideText && kind == Cell::Kind::Text && !std::ranges::all_of(characters, common::IsAscii);
     ChooseType(column, kind, inUtf16, longest);
     column.data.resize(cells.size() * column.width);
     column.lengths.resize(cells.size());

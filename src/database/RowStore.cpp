@@ -2,7 +2,6 @@
 
 #include "common/Text.h"
 
-#include <algorithm>
 #include <cstring>
 
 namespace database {
@@ -81,8 +80,7 @@ void RowStore::AppendWide(std::wstring_view text) {
 
 void RowStore::AppendUtf8(std::string_view text) {
     // Nearly all text is plain ASCII, which is the same in both and costs no call of the system.
-    if (form_ == TextForm::Utf8 ||
-        std::ranges::all_of(text, [](char letter) { return static_cast<unsigned char>(letter) < 0x80; })) {
+    if (form_ == TextForm::Utf8 || common::IsAscii(text)) {
         Cell cell;
         cell.kind = Cell::Kind::Text;
         cell.characters = text.data();

@@ -1,6 +1,7 @@
 #include "servers/Detection.h"
 
 #include "common/Files.h"
+#include "common/FileTime.h"
 #include "common/Handle.h"
 #include "common/Text.h"
 #include "servers/ForeignWindows.h"
@@ -44,17 +45,12 @@ bool IsYoung(HANDLE process) {
         return false;
     GetSystemTimeAsFileTime(&now);
     constexpr ULONGLONG kMinute = 600'000'000;
-    const auto number = [](const FILETIME& time) {
-        return ULONGLONG{time.dwHighDateTime} << 32 | time.dwLowDateTime;
-    };
-    return number(now) - number(start) < kMinute;
+    return common::FileTimeUnits(now) - common::FileTimeUnits(start) < kMinute;
 }
 
 /// What tells a file from every other, however its path is written; nothing when it cannot be opened.
 std::optional<std::array<DWORD, 3>> FileIdentity(const std::string& path) {
-    const auto file = common::Own<common::FileHandle>(
-        CreateFileA(path.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                    OPEN_EXISTING, 0, nullptr));
+    const common::FileHandle file = common::TryOpenFile(path, 0, OPEN_EXISTING);
     BY_HANDLE_FILE_INFORMATION information;
     if (!file || !GetFileInformationByHandle(file.get(), &information))
         return {};

@@ -1,5 +1,6 @@
 #include "servers/ZonePause.h"
 
+#include "common/FileTime.h"
 #include "common/Numbers.h"
 #include "common/RuntimeError.h"
 #include "gui/Application.h"
@@ -26,8 +27,7 @@ double LocalDateTime() {
     GetLocalTime(&local);
     FILETIME time{};
     SystemTimeToFileTime(&local, &time);
-    const std::uint64_t units = (std::uint64_t{time.dwHighDateTime} << 32) | time.dwLowDateTime;
-    const std::uint64_t seconds = units / kUnitsOfASecond;
+    const std::uint64_t seconds = common::FileTimeUnits(time) / kUnitsOfASecond;
     return static_cast<double>(seconds) / kSecondsOfADay - kDaysFrom1601To1899;
 }
 

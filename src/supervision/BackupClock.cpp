@@ -1,5 +1,6 @@
 #include "supervision/BackupClock.h"
 
+#include "common/FileTime.h"
 #include "common/Numbers.h"
 #include "common/RuntimeError.h"
 #include "common/Text.h"
@@ -42,11 +43,11 @@ SYSTEMTIME After(const SYSTEMTIME& now, double seconds) {
     constexpr double kLast = 9.1e18;
     FILETIME file{};
     SystemTimeToFileTime(&now, &file);
-    const std::uint64_t ticks = (std::uint64_t{file.dwHighDateTime} << 32) | file.dwLowDateTime;
+    const std::uint64_t ticks = common::FileTimeUnits(file);
     const double moved =
         std::clamp(seconds * kTicks, -static_cast<double>(ticks), kLast - static_cast<double>(ticks));
     const std::uint64_t then = ticks + static_cast<std::uint64_t>(static_cast<std::int64_t>(moved));
-    file = {.dwLowDateTime = static_cast<DWORD>(then), .dwHighDateTime = static_cast<DWORD>(then >> 32)};
+    file = common::FileTimeOf(then);
     SYSTEMTIME time{};
     FileTimeToSystemTime(&file, &time);
     return time;

@@ -17,49 +17,19 @@ std::string FolderIn(const std::string& parent, const suite::Database& database)
     return parent + "\\" + std::string(database.name);
 }
 
-common::FileHandle OpenFile(const std::string& path, DWORD access, DWORD disposition) {
-    // The database server has the tables open for writing.
-    const HANDLE file =
-        CreateFileA(path.c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                    disposition, FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (file == INVALID_HANDLE_VALUE)
-        common::RaiseFileError(GetLastError(), path);
-    return common::FileHandle(file);
-}
-
-/// Deletes a file that was not written to its end: half a table would look like one to restore from.
-struct Unfinished {
-    ~Unfinished() {
-        if (!finished)
-            DeleteFileA(path.c_str());
-    }
-    const std::string& path;
-    bool finished = false;
-};
-
 /// Copies in pieces, so that a table of any size leaves the windows alive. False when `goOn` ended it.
 bool CopyFileOver(const std::string& from, const std::string& to, const std::function<bool()>& goOn) {
-    constexpr DWORD kPiece = 1024 * 1024;
-    const common::FileHandle source = OpenFile(from, GENERIC_READ, OPEN_EXISTING);
-    const common::FileHandle target = OpenFile(to, GENERIC_WRITE, CREATE_ALWAYS);
-    // From here on, because a file that could not be opened still holds the copy of a backup before.
-    Unfinished unfinished{to};
+    constexpr std::size_t kPiece = std::size_t{1024} * 1024;
+    // The database server has the tables open for writing.
+    const common::FileHandle source = common::OpenFile(from, GENERIC_READ, OPEN_EXISTING);
+    common::FileReplacement target(to);
     std::string piece(kPiece, '\0');
-    for (;;) {
-        DWORD size = 0;
-        DWORD written = 0;
-        if (!ReadFile(source.get(), piece.data(), kPiece, &size, nullptr))
-            common::RaiseFileError(GetLastError(), from);
-        if (size == 0)
-            break;
-        if (!WriteFile(target.get(), piece.data(), size, &written, nullptr))
-            common::RaiseFileError(GetLastError(), to);
-        if (written < size)
-            common::RaiseFileError(ERROR_DISK_FULL, to);
+    while (const std::size_t size = common::ReadFrom(source, piece.data(), piece.size(), from)) {
+        target.Write(std::string_view(piece).substr(0, size));
         if (!goOn())
             return false;
     }
-    unfinished.finished = true;
+    target.Commit();
     return true;
 }
 
