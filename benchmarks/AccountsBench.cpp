@@ -20,7 +20,7 @@ std::string NameOf(int number) {
     return "account" + std::to_string(number);
 }
 
-void MeasureStore(database::Connection& root, int accounts) {
+void MeasureStore(support::Client& root, int accounts) {
     const bench::Size size(accounts, "accounts");
     const double read =
         bench::MedianOf(kRuns, [&] { database::ReadAll(root.Session(), "SELECT * FROM glogin.account"); });
@@ -109,7 +109,7 @@ const bench::Area accountsArea("accounts", [] {
     support::WriteFile(kerno + "Kerno.ini", "gloginname=root\r\ngloginpass=\r\n");
     support::WriteFile(kerno + "database\\id_table.txt",
                        "header\r\n100001,1,0,0,0,0,0,0,0,0,0,0,0,0,0,0\r\n");
-    database::Connection root;
+    support::Client root;
     root.Open(support::RootConnection());
     for (const int accounts : {1000, 10'000, 100'000}) {
         bench::FillAccounts(root, accounts);

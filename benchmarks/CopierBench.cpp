@@ -26,7 +26,7 @@ double DumpAndLoad(const support::TempFolder& folder) {
 
 const bench::Area copierArea("copier", [] {
     const support::TempFolder folder;
-    database::Connection root, remote;
+    support::Client root, remote;
     root.Open(support::RootConnection());
     remote.Open(support::RootConnection(support::kRemoteServer));
     clsMySQLCopyDatabase copier;

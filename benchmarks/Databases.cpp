@@ -4,7 +4,7 @@
 
 namespace bench {
 
-void FillAccounts(database::Connection& root, int accounts) {
+void FillAccounts(support::Client& root, int accounts) {
     DropDatabases(root);
     const suite::Database& login = suite::LoginDatabase();
     root.Execute(dbsetup::CreateStatement(login));
@@ -15,14 +15,14 @@ void FillAccounts(database::Connection& root, int accounts) {
                  std::to_string(accounts));
 }
 
-void FillStorage(database::Connection& root, int blobs) {
+void FillStorage(support::Client& root, int blobs) {
     root.Execute(dbsetup::EngineForm(dbsetup::CreateStatement(suite::LoginDatabase().tables[1])));
     root.Execute("INSERT INTO glogin.storageinfo "
                  "SELECT seq, LEFT(REPEAT(UNHEX(SHA2(seq, 512)), 16), 1000) FROM glogin.seq_1_to_" +
                  std::to_string(blobs));
 }
 
-void DropDatabases(database::Connection& connection) {
+void DropDatabases(support::Client& connection) {
     support::Clean(connection);
 }
 

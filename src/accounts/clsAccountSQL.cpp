@@ -3,6 +3,7 @@
 #include "common/Numbers.h"
 #include "common/Text.h"
 #include "database/Query.h"
+#include "gui/RunNow.h"
 
 #include <limits>
 
@@ -39,8 +40,8 @@ std::int16_t clsAccountSQL::ConnectSQL() {
             return;
         Disconnect();
         try {
-            connection_.Open(
-                database::MySQLConnectionString(SQLHostname(), SQLUsername(), SQLPassword(), "glogin"));
+            gui::RunNow(connection_.Open(
+                database::MySQLConnectionString(SQLHostname(), SQLUsername(), SQLPassword(), "glogin")));
             Open();
             LoadMirrors();
         } catch (const RuntimeError&) {
@@ -55,7 +56,7 @@ std::int16_t clsAccountSQL::ConnectSQL() {
 void clsAccountSQL::Open() {
     // The rows held now go only when the new ones are here and understood.
     database::Recordset fresh;
-    fresh.Open(connection_, kQuery, Reading);
+    gui::RunNow(fresh.Open(connection_, kQuery, Reading));
     Columns columns{};
     for (std::size_t i = 0; i < columns.size(); ++i)
         columns[i] = fresh.FieldIndex(kColumnNames[i]);
@@ -74,8 +75,7 @@ void clsAccountSQL::Open() {
 }
 
 void clsAccountSQL::ReadWidths() {
-    const database::Answer rows =
-        database::ReadAll(connection_.Session(), "SHOW COLUMNS FROM glogin.account");
+    const database::Answer rows = gui::RunNow(connection_.ReadAll("SHOW COLUMNS FROM glogin.account"));
     const auto width = [&rows](Column column) {
         for (std::size_t row = 0; row < rows.Count(); ++row) {
             if (common::EqualsIgnoreCase(rows.At(row, 0).AsText(), kColumnNames[column]))
@@ -105,7 +105,7 @@ std::int16_t clsAccountSQL::RefreshAccountSQL() {
     return Run(std::int16_t{0}, [this](std::int16_t& done) {
         if (!connected_)
             return;
-        connection_.Revive();
+        gui::RunNow(connection_.Revive());
         Open();
         done = 1;
         LoadMirrors();
@@ -115,8 +115,8 @@ std::int16_t clsAccountSQL::RefreshAccountSQL() {
 std::int16_t clsAccountSQL::UpdateAccountSQL() {
     return Run(std::int16_t{0}, [this](std::int16_t& done) {
         try {
-            recordset_.UpdateBatch(
-                [this](std::size_t row, const database::Fields& set) { CheckName(row, set); });
+            gui::RunNow(recordset_.UpdateBatch(
+                [this](std::size_t row, const database::Fields& set) { return CheckName(row, set); }));
         } catch (const RuntimeError&) {
             // Some may have been sent before the one that failed.
             IndexNewNumbers();
@@ -128,12 +128,13 @@ std::int16_t clsAccountSQL::UpdateAccountSQL() {
 }
 
 /// The checks while typing compare with the accounts as they were read; players register meanwhile.
-void clsAccountSQL::CheckName(std::size_t row, const database::Fields& set) {
+gui::Task<> clsAccountSQL::CheckName(std::size_t row, database::Fields set) {
     const auto& name = set[columns_[kName]];
     if (!name)
-        return;
-    const database::Answer found = database::ReadAll(
-        connection_.Session(), "SELECT AID, Name FROM glogin.account WHERE Name = ?", {*name});
+        co_return;
+    const std::vector<database::Value> asked{*name};
+    const database::Answer found =
+        co_await connection_.ReadAll("SELECT AID, Name FROM glogin.account WHERE Name = ?", asked);
     const auto isOwn = [&](const database::Value& id) {
         const auto known = recordset_.ServerValue(row, columns_[kAID]);
         const auto& given = set[columns_[kAID]];

@@ -205,7 +205,7 @@ private:
     void IndexNewNumbers();
     void ReadWidths();
     void Put(Column column, const std::string& text);
-    void CheckName(std::size_t row, const database::Fields& set);
+    gui::Task<> CheckName(std::size_t row, database::Fields set);
     std::int16_t TakingBack(std::size_t row, const std::function<bool()>& takeBack);
     accounts::AccountKey KeyAt(std::size_t row) const;
     std::size_t ColumnOf(accounts::Field field) const { return columns_[accounts::Index(field)]; }

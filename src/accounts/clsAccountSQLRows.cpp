@@ -1,6 +1,6 @@
 #include "accounts/clsAccountSQL.h"
 #include "common/Numbers.h"
-#include "database/Query.h"
+#include "gui/RunNow.h"
 
 // The accounts by their rows, what waits for them, what the server has, and the privileges.
 
@@ -94,9 +94,8 @@ void clsAccountSQL::Forget(std::size_t row) {
 std::int16_t clsAccountSQL::AskServer(std::int64_t accountID, std::optional<accounts::FieldTexts>& found) {
     return Run(std::int16_t{0}, [&](std::int16_t& done) {
         found.reset();
-        const database::Answer rows = database::ReadAll(
-            connection_.Session(), "SELECT AID, Name, Pass, Gender, Mail FROM glogin.account WHERE AID = ?",
-            {accountID});
+        const database::Answer rows = gui::RunNow(connection_.ReadAll(
+            "SELECT AID, Name, Pass, Gender, Mail FROM glogin.account WHERE AID = ?", {accountID}));
         if (rows.Count() > 0) {
             accounts::FieldTexts texts;
             for (std::size_t i = 0; i < texts.size(); ++i)
@@ -112,13 +111,13 @@ std::int16_t clsAccountSQL::AskNames(const std::vector<std::int32_t>& ids,
     return Run(std::int16_t{0}, [&](std::int16_t& done) {
         constexpr std::size_t kAtOnce = 500;
         if (!ids.empty())
-            connection_.Revive();
+            gui::RunNow(connection_.Revive());
         for (std::size_t first = 0; first < ids.size(); first += kAtOnce) {
             std::string list;
             for (std::size_t i = first; i < std::min(ids.size(), first + kAtOnce); ++i)
                 list += (list.empty() ? "" : ",") + std::to_string(ids[i]);
-            const database::Answer rows = database::ReadAll(
-                connection_.Session(), "SELECT AID, Name FROM glogin.account WHERE AID IN (" + list + ")");
+            const database::Answer rows = gui::RunNow(
+                connection_.ReadAll("SELECT AID, Name FROM glogin.account WHERE AID IN (" + list + ")"));
             for (std::size_t row = 0; row < rows.Count(); ++row)
                 names[static_cast<std::int32_t>(rows.At(row, 0).AsInteger())] = rows.At(row, 1).AsText();
         }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "database/Connection.h"
 #include "database/Parameters.h"
 #include "database/RowStore.h"
 

@@ -11,6 +11,11 @@ inline constexpr long kNoCurrentRecord = 3021;
 inline constexpr long kReadOnly = 3251;
 inline constexpr long kItemNotFound = 3265;
 inline constexpr long kObjectClosed = 3704;
+/// Somebody else's request is still out on the connection.
+inline constexpr long kStillExecuting = 3711;
+inline constexpr long kCancelled = 3712;
+/// A server, or what stands between, was silent for too long.
+inline constexpr long kNoAnswer = -2147217871;
 /// A row to change is not there any more, or is not what it was when it was read.
 inline constexpr long kRowChanged = -2147217864;
 /// An error without a number of its own: the driver is missing, a connection string is wrong.
@@ -28,6 +33,10 @@ public:
 
     /// True when the connection is gone: nothing that is tried on it can succeed.
     bool ConnectionLost() const;
+    /// True when there is no driver by the connection string's name, or none of this program's kind.
+    bool DriverMissing() const;
+    /// True when the wait was given up: the server may still do what it was asked for.
+    bool Unanswered() const { return Number() == kNoAnswer || Number() == kCancelled; }
 
 private:
     std::string sqlState_;

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "common/Handle.h"
-#include "database/Connection.h"
+#include "database/RowReader.h"
 
 #include <windows.h>
 

@@ -1,18 +1,19 @@
 #include "database/Recordset.h"
 
 #include "common/Text.h"
+#include "database/Blocks.h"
 #include "database/Error.h"
 
 #include <algorithm>
 
 namespace database {
 
-void Recordset::Open(Connection& connection, const std::string& sql, const Progress& progress) {
+gui::Task<> Recordset::Open(Connection& connection, std::string sql, Progress progress) {
     Close();
     connection_ = &connection;
-    sql_ = sql;
+    sql_ = std::move(sql);
     try {
-        Load(progress);
+        co_await Load(std::move(progress));
     } catch (const RuntimeError&) {
         Close();
         throw;
@@ -23,18 +24,22 @@ void Recordset::Close() {
     *this = Recordset();
 }
 
-void Recordset::Requery(const Progress& progress) {
+gui::Task<> Recordset::Requery(Progress progress) {
     CheckOpen();
-    connection_->Revive();
+    co_await connection_->Revive();
     Connection& connection = *connection_;
-    Open(connection, std::string(sql_), progress);
+    co_await Open(connection, std::string(sql_), std::move(progress));
 }
 
-void Recordset::Load(const Progress& progress) {
-    RowReader reader(connection_->Session(), sql_);
+gui::Task<> Recordset::Load(Progress progress) {
+    BlockReader reader(*connection_);
+    co_await reader.Open(sql_);
     columns_ = reader.Columns();
     read_ = RowStore(columns_.size());
-    while (reader.Read(read_) > 0) {
+    for (std::size_t before = 0;; before = read_.Rows()) {
+        read_ = co_await reader.Read(std::move(read_));
+        if (read_.Rows() == before)
+            break;
         if (progress)
             progress(read_.Rows());
     }

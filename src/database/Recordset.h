@@ -1,5 +1,6 @@
 #pragma once
 
+#include "database/Connection.h"
 #include "database/Error.h"
 #include "database/TableWriter.h"
 
@@ -14,13 +15,14 @@ namespace database {
 
 /// The rows of a query, all held on this side, with a current row. Changes are kept here until UpdateBatch
 /// sends them; without it they are lost. Raises Error with the numbers of database/Error.h: kObjectClosed by
-/// everything on a closed set, kNoCurrentRecord where a current row is needed.
+/// everything on a closed set, kNoCurrentRecord where a current row is needed. While a task waits in Open,
+/// Requery or UpdateBatch, nothing else is asked of the set.
 class Recordset {
 public:
     /// Told the number of rows read so far after every block of them.
     using Progress = std::function<void(std::size_t rows)>;
     /// Told the row and the fields of a change that is about to be sent.
-    using Check = std::function<void(std::size_t row, const Fields& set)>;
+    using Check = std::function<gui::Task<>(std::size_t row, const Fields& set)>;
     /// A change that was not made, and why.
     struct Refusal {
         std::size_t row;
@@ -29,12 +31,12 @@ public:
 
     /// Runs the query and reads all its rows; the first becomes current. The connection must outlive the
     /// set, but may be closed and opened again meanwhile. Raises Error; the set is then closed.
-    void Open(Connection& connection, const std::string& sql, const Progress& progress = {});
+    gui::Task<> Open(Connection& connection, std::string sql, Progress progress = {});
     bool IsOpen() const { return connection_ != nullptr; }
     /// Forgets rows and changes. Nothing happens to a closed set.
     void Close();
     /// Runs the query again, with a new login when the server was gone. Changes that were not sent are lost.
-    void Requery(const Progress& progress = {});
+    gui::Task<> Requery(Progress progress = {});
 
     std::size_t RecordCount() const;
     std::size_t ColumnCount() const { return columns_.size(); }
@@ -84,7 +86,7 @@ public:
     /// there. The first error is raised at the end. When the connection is lost the rest stays here at once.
     /// Either way UpdateBatch can be tried again. `check` is asked before each change; an Error that it
     /// raises prevents the change.
-    void UpdateBatch(const Check& check = {});
+    gui::Task<> UpdateBatch(Check check = {});
     /// What the last UpdateBatch met, in the order of the changes.
     const std::vector<Refusal>& Refusals() const { return refusals_; }
 
@@ -133,15 +135,16 @@ private:
     void CheckCurrent() const;
     bool IsCurrent() const;
     void FinishEdit();
-    void Load(const Progress& progress);
+    gui::Task<> Load(Progress progress);
     void Move(std::ptrdiff_t from, std::ptrdiff_t step);
     std::ptrdiff_t End() const { return static_cast<std::ptrdiff_t>(deleted_.size()); }
     bool InDoubt(std::size_t row) const;
     void Merge(FieldsOfRows& into, std::size_t row, const Fields& set) const;
 
     std::size_t AddsFrom(std::size_t first, const TableWriter& writer) const;
-    void SendAdds(std::size_t first, std::size_t count, const TableWriter& writer, std::vector<bool>& done);
-    void SendOne(Change& change, TableWriter& writer);
+    using Writer = std::shared_ptr<TableWriter>;
+    gui::Task<> SendAdds(std::size_t first, std::size_t count, Writer writer, std::vector<bool>& done);
+    gui::Task<> SendOne(Change& change, Writer writer);
     bool HandOn(std::size_t refused, std::vector<bool>& done);
     void TakeSent(const std::vector<bool>& done);
 

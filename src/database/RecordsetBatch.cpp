@@ -1,4 +1,4 @@
-#include "database/BulkInserter.h"
+#include "database/Blocks.h"
 #include "database/Recordset.h"
 
 #include <algorithm>
@@ -8,44 +8,49 @@ namespace database {
 
 // ---- Sending
 
-void Recordset::UpdateBatch(const Check& check) {
+gui::Task<> Recordset::UpdateBatch(Check check) {
     FinishEdit();
     refusals_.clear();
     if (changes_.empty())
-        return;
-    connection_->Revive();
-    TableWriter writer(connection_->Session(), columns_, identity_);
+        co_return;
+    co_await connection_->Revive();
+    auto make = [columns = columns_, identity = identity_](const SessionPtr& session) {
+        return gui::EndedAside(std::make_unique<TableWriter>(session, columns, identity));
+    };
+    const Writer writer = co_await connection_->Call(make);
     std::vector<bool> done(changes_.size());
     for (std::size_t i = 0; i < changes_.size();) {
         // Changes are checked one by one, each after those before it have arrived.
-        const std::size_t adds = done[i] || check ? 0 : AddsFrom(i, writer);
+        const std::size_t adds = done[i] || check ? 0 : AddsFrom(i, *writer);
         bool sending = false;
+        std::optional<Error> error;
         try {
             if (check && !done[i])
-                check(changes_[i].row, changes_[i].set);
+                co_await check(changes_[i].row, changes_[i].set);
             sending = true;
             if (adds > 1)
-                SendAdds(i, adds, writer, done);
+                co_await SendAdds(i, adds, writer, done);
             else if (!done[i])
-                SendOne(changes_[i], writer);
+                co_await SendOne(changes_[i], writer);
+        } catch (const Error& raised) {
+            error = raised;
+        }
+        if (!error) {
             done[i] = true;
             i += std::max<std::size_t>(adds, 1);
-        } catch (const Error& error) {
-            if (error.ConnectionLost()) {
-                changes_[i].inDoubt = changes_[i].inDoubt || sending;
-                TakeSent(done);
-                throw;
-            }
-            // Adds that failed together are tried again one by one.
-            if (adds > 1)
-                continue;
+        } else if (error->ConnectionLost()) {
+            changes_[i].inDoubt = changes_[i].inDoubt || sending;
+            TakeSent(done);
+            throw Error(*error);
+        } else if (adds <= 1) {
             // The server has answered: the change is not there.
             if (sending)
                 changes_[i].inDoubt = false;
             if (!HandOn(i, done))
-                refusals_.push_back({changes_[i].row, error});
+                refusals_.push_back({changes_[i].row, *error});
             ++i;
         }
+        // Adds that failed together are tried again one by one.
     }
     TakeSent(done);
     if (!refusals_.empty())
@@ -70,8 +75,8 @@ std::size_t Recordset::AddsFrom(std::size_t first, const TableWriter& writer) co
     return last - first;
 }
 
-void Recordset::SendAdds(std::size_t first, std::size_t count, const TableWriter& writer,
-                         std::vector<bool>& done) {
+gui::Task<> Recordset::SendAdds(std::size_t first, std::size_t count, Writer writer,
+                                std::vector<bool>& done) {
     std::vector<std::string> names;
     std::vector<std::size_t> columns;
     for (std::size_t column = 0; column < columns_.size(); ++column) {
@@ -80,45 +85,53 @@ void Recordset::SendAdds(std::size_t first, std::size_t count, const TableWriter
             columns.push_back(column);
         }
     }
-    RowStore rows(columns.size());
-    for (std::size_t i = 0; i < count; ++i) {
-        for (const std::size_t column : columns)
-            rows.Append(Cell::Of(*changes_[first + i].set[column]));
-    }
-    BulkInserter inserter(connection_->Session(), writer.Table(), names);
-    const auto takeSent = [&] {
-        for (std::size_t i = first; i < first + inserter.Sent(); ++i) {
-            done[i] = true;
-            Merge(sent_, changes_[i].row, changes_[i].set);
+    BlockInserter inserter(*connection_);
+    co_await inserter.Open(writer->Table(), std::move(names));
+    for (std::size_t from = first; from < first + count;) {
+        const std::size_t end = std::min(from + BulkInserter::kBatchRows, first + count);
+        RowStore rows(columns.size());
+        for (std::size_t i = from; i < end; ++i) {
+            for (const std::size_t column : columns)
+                rows.Append(Cell::Of(*changes_[i].set[column]));
         }
-    };
-    try {
-        inserter.Insert(rows);
-    } catch (const Error&) {
-        takeSent();
+        std::optional<Error> error;
+        try {
+            co_await inserter.Insert(std::move(rows));
+        } catch (const Error& raised) {
+            error = raised;
+        }
+        for (; from < first + inserter.Sent(); ++from) {
+            done[from] = true;
+            Merge(sent_, changes_[from].row, changes_[from].set);
+        }
+        if (!error)
+            continue;
         // A server without transactions keeps the rows before the one it refused.
-        const std::size_t from = first + inserter.Sent();
-        for (std::size_t i = from; i < std::min(from + BulkInserter::kBatchRows, first + count); ++i)
-            changes_[i].inDoubt = true;
-        throw;
+        for (; from < end; ++from)
+            changes_[from].inDoubt = true;
+        throw Error(*error);
     }
-    takeSent();
 }
 
-void Recordset::SendOne(Change& change, TableWriter& writer) {
-    const auto before = [&](std::size_t column) { return ServerValue(change.row, column); };
-    switch (change.kind) {
-    case Kind::Add:
-        if (Value number = writer.Insert(change.set, change.inDoubt); !number.IsNull())
-            change.set[*writer.AutoNumber()] = std::move(number);
-        break;
-    case Kind::Update:
-        writer.Update(before, change.set, change.inDoubt);
-        break;
-    case Kind::Delete:
-        writer.Delete(before, change.inDoubt);
-        break;
-    }
+gui::Task<> Recordset::SendOne(Change& change, Writer writer) {
+    Fields known(columns_.size());
+    if (change.kind != Kind::Add)
+        for (std::size_t column = 0; column < known.size(); ++column)
+            known[column] = ServerValue(change.row, column);
+    auto send = [writer, kind = change.kind, set = change.set, inDoubt = change.inDoubt,
+                 known = std::move(known)](const SessionPtr&) {
+        const auto before = [&known](std::size_t column) { return known[column]; };
+        if (kind == Kind::Add)
+            return writer->Insert(set, inDoubt);
+        if (kind == Kind::Update)
+            writer->Update(before, set, inDoubt);
+        else
+            writer->Delete(before, inDoubt);
+        return Value();
+    };
+    Value number = co_await connection_->Call(send);
+    if (!number.IsNull())
+        change.set[*writer->AutoNumber()] = std::move(number);
     Merge(sent_, change.row, change.set);
 }
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "database/Connection.h"
 #include "database/RowStore.h"
 
 #include <memory>
@@ -8,6 +7,12 @@
 #include <vector>
 
 namespace database {
+
+namespace odbc {
+class Session;
+}
+/// A login on a server; whoever uses it keeps it alive.
+using SessionPtr = std::shared_ptr<odbc::Session>;
 
 /// A column of a result.
 struct Column {

@@ -15,17 +15,16 @@ bool SameValue(const Value& a, const Value& b) {
     return a.AsText() == b.AsText();
 }
 
-TableWriter::TableWriter(SessionPtr session, const std::vector<Column>& columns,
-                         std::vector<std::size_t> identity)
-    : session_(std::move(session)), columns_(columns), identity_(std::move(identity)) {
-    if (columns.empty() || columns.front().baseTable.empty())
+TableWriter::TableWriter(SessionPtr session, std::vector<Column> columns, std::vector<std::size_t> identity)
+    : session_(std::move(session)), columns_(std::move(columns)), identity_(std::move(identity)) {
+    if (columns_.empty() || columns_.front().baseTable.empty())
         Raise(kReadOnly);
-    const Column& first = columns.front();
-    for (std::size_t i = 0; i < columns.size(); ++i) {
-        if (columns[i].baseTable != first.baseTable || columns[i].baseDatabase != first.baseDatabase ||
-            columns[i].baseName.empty())
+    const Column& first = columns_.front();
+    for (std::size_t i = 0; i < columns_.size(); ++i) {
+        if (columns_[i].baseTable != first.baseTable || columns_[i].baseDatabase != first.baseDatabase ||
+            columns_[i].baseName.empty())
             Raise(kReadOnly);
-        if (columns[i].autoNumber)
+        if (columns_[i].autoNumber)
             autoNumber_ = i;
     }
     table_ = first.baseDatabase.empty() ? "" : Quoted(first.baseDatabase) + ".";
@@ -33,15 +32,15 @@ TableWriter::TableWriter(SessionPtr session, const std::vector<Column>& columns,
 
     const std::vector<std::string> names = PrimaryKey();
     for (const std::string& name : names) {
-        const auto at = std::ranges::find(columns, name, &Column::baseName);
-        if (at != columns.end())
-            key_.push_back(static_cast<std::size_t>(at - columns.begin()));
+        const auto at = std::ranges::find(columns_, name, &Column::baseName);
+        if (at != columns_.end())
+            key_.push_back(static_cast<std::size_t>(at - columns_.begin()));
     }
-    // The query may have left out columns of the key, and those that it read can be alike in several rows.
+    // The query may have left out columns_ of the key, and those that it read can be alike in several rows.
     hasKey_ = !names.empty() && key_.size() == names.size();
     if (!hasKey_) {
         key_.clear();
-        for (std::size_t i = 0; i < columns.size(); ++i)
+        for (std::size_t i = 0; i < columns_.size(); ++i)
             key_.push_back(i);
     }
 }

@@ -29,8 +29,7 @@ public:
 
     /// `identity`: positions of the identity columns. Raises kReadOnly when the columns do not come from one
     /// table.
-    TableWriter(SessionPtr session, const std::vector<Column>& columns,
-                std::vector<std::size_t> identity = {});
+    TableWriter(SessionPtr session, std::vector<Column> columns, std::vector<std::size_t> identity = {});
 
     /// The table's name as SQL writes it.
     const std::string& Table() const { return table_; }
@@ -64,7 +63,7 @@ private:
     [[noreturn]] void RaiseChanged(const Clause& address) const;
 
     SessionPtr session_;
-    const std::vector<Column>& columns_;
+    std::vector<Column> columns_;
     std::vector<std::size_t> identity_;
     std::string table_;
     /// The columns that tell one row from the others.

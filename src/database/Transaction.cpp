@@ -1,25 +1,20 @@
 #include "database/Transaction.h"
 
-#include "common/RuntimeError.h"
-
 namespace database {
 
-Transaction::Transaction(Connection& connection) : connection_(connection) {
-    connection_.Execute("START TRANSACTION");
-}
-
 Transaction::~Transaction() {
-    try {
-        if (!committed_)
-            connection_.Execute("ROLLBACK");
-    } catch (const RuntimeError&) {
-        // The connection is gone, and with it the transaction.
-    }
+    if (open_)
+        connection_.ExecuteLater("ROLLBACK");
 }
 
-void Transaction::Commit() {
-    connection_.Execute("COMMIT");
-    committed_ = true;
+gui::Task<> Transaction::Begin() {
+    co_await connection_.Execute("START TRANSACTION");
+    open_ = true;
+}
+
+gui::Task<> Transaction::Commit() {
+    co_await connection_.Execute("COMMIT");
+    open_ = false;
 }
 
 } // namespace database

@@ -14,63 +14,65 @@ constexpr long kSyntaxError = 1064;
 /// Makes tables, in the old form where the server takes it.
 class TableMaker {
 public:
-    TableMaker(SetUpServer& server, const AllowEngineForm& allow) : server_(server), allow_(allow) {}
+    TableMaker(SetUpServer& server, AllowEngineForm allow) : server_(server), allow_(std::move(allow)) {}
 
     /// False when the server takes the engine's form only and that was declined.
-    bool Make(const suite::Table& table) {
-        const std::string statement = CreateStatement(table);
-        const auto rejection = Rejection(statement);
-        if (!rejection)
-            return true;
-        allowed_ = allowed_ || allow_(*rejection);
-        if (allowed_)
-            server_.Execute(EngineForm(statement));
-        return allowed_;
-    }
-
-private:
-    std::optional<database::Error> Rejection(const std::string& statement) {
+    gui::Task<bool> Make(std::string statement) {
+        std::optional<database::Error> rejection;
         try {
-            server_.Execute(statement);
-            return {};
+            co_await server_.Execute(statement);
+            co_return true;
         } catch (const database::Error& error) {
             if (error.Number() != kSyntaxError)
                 throw;
-            return error;
+            rejection = error;
         }
+        if (!allowed_)
+            allowed_ = co_await allow_(*rejection);
+        if (allowed_)
+            co_await server_.Execute(EngineForm(statement));
+        co_return allowed_;
     }
 
+private:
     SetUpServer& server_;
-    const AllowEngineForm& allow_;
+    AllowEngineForm allow_;
     bool allowed_ = false;
 };
 
 } // namespace
 
-bool Repair(SetUpServer& server, const AllowEngineForm& allowEngineForm) {
-    const NameSet existing = server.ExistingDatabases();
+gui::Task<bool> Repair(SetUpServer& server, AllowEngineForm allowEngineForm) {
+    const NameSet existing = co_await server.ExistingDatabases();
     for (const suite::Database& database : suite::Databases())
         if (!existing.contains(std::string(database.name)))
-            server.Execute(CreateStatement(database));
+            co_await server.Execute(CreateStatement(database));
 
-    TableMaker maker(server, allowEngineForm);
+    TableMaker maker(server, std::move(allowEngineForm));
     for (const suite::Database& database : suite::Databases()) {
-        const NameSet tables = server.ExistingTables(database);
-        for (const suite::Table& table : database.tables)
-            if (!tables.contains(std::string(table.name)) && !maker.Make(table))
-                return false;
+        const NameSet tables = co_await server.ExistingTables(database.name);
+        for (const suite::Table& table : database.tables) {
+            if (tables.contains(std::string(table.name)))
+                continue;
+            const bool made = co_await maker.Make(CreateStatement(table));
+            if (!made)
+                co_return false;
+        }
     }
-    return true;
+    co_return true;
 }
 
-void DropDatabases(SetUpServer& server) {
+gui::Task<> DropDatabases(SetUpServer& server) {
     std::optional<database::Error> first;
     for (const suite::Database& database : suite::Databases()) {
         try {
-            server.Execute("DROP DATABASE " + std::string(database.name) + ";");
+            co_await server.Execute("DROP DATABASE " + std::string(database.name) + ";");
         } catch (const database::Error& error) {
             if (!first)
                 first = error;
+            // Nothing reaches the others either.
+            if (error.ConnectionLost())
+                break;
         }
     }
     if (first)

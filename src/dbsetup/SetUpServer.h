@@ -1,7 +1,7 @@
 #pragma once
 
 #include "database/Connection.h"
-#include "database/Recordset.h"
+#include "dbsetup/ServerCard.h"
 #include "servers/Databases.h"
 
 #include <functional>
@@ -18,8 +18,8 @@ struct AdministratorLogin {
     std::string password;
 };
 
-/// The MySQL server as the set-up wizard's steps see it, over one connection and one record set. Everything
-/// raises database::Error.
+/// The MySQL server as the set-up wizard's steps see it, over one connection. Everything raises
+/// database::Error.
 class SetUpServer {
 public:
     /// `administrator` is asked at each login.
@@ -28,26 +28,36 @@ public:
 
     /// Connects to this computer's server without user and password and returns its version, "" when it
     /// gives none.
-    std::string Version();
+    gui::Task<std::string> Version();
 
     /// Connects as administrator, to no database; an open connection is closed first.
-    void LogIn();
+    gui::Task<> LogIn();
     /// The names of the server's databases.
-    NameSet ExistingDatabases();
+    gui::Task<NameSet> ExistingDatabases();
     /// The names of the tables in a database, which must exist.
-    NameSet ExistingTables(const suite::Database& database);
-    void Execute(const std::string& sql) { connection_.Execute(sql); }
+    gui::Task<NameSet> ExistingTables(std::string_view database);
+    gui::Task<> Execute(std::string sql);
+    /// The first field of the first row, null when there is none.
+    gui::Task<database::Value> Scalar(std::string sql);
 
-    /// Closes record set and connection where they are open.
-    void Close();
+    /// What the server that is connected is, and what it takes (ServerCard.h).
+    gui::Task<ServerFacts> Facts();
+    gui::Task<std::string> Card();
+    /// True when the server has the plugin and uses it.
+    gui::Task<bool> HasPlugin(std::string name);
+    /// "1,204 accounts, 3,311 characters", without what is not there; "" when nothing is.
+    gui::Task<std::string> Contents();
+
+    /// The administrator, as typed at this moment.
+    AdministratorLogin Administrator() const { return administrator_(); }
+
+    void Close() { connection_.Close(); }
 
 private:
-    void Connect(const std::string& connectionString);
-    NameSet Names(const std::string& sql);
+    gui::Task<NameSet> Names(std::string sql);
 
     std::function<AdministratorLogin()> administrator_;
     database::Connection connection_;
-    database::Recordset records_;
 };
 
 } // namespace dbsetup

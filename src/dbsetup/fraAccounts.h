@@ -1,7 +1,7 @@
 #pragma once
 
 #include "dbsetup/fraAccounts.ids.h"
-#include "dbsetup/SetUpServer.h"
+#include "dbsetup/ServerLogins.h"
 #include "gui/TabPanel.h"
 #include "gui/Text.h"
 #include "settings/clsINI.h"
@@ -23,6 +23,14 @@ public:
     gui::TextBox txtAMGlobalPassword{*this, IDC_fraAccounts_txtAMGlobalPassword};
     gui::CommandButton cmdSetupAccounts{*this, IDC_fraAccounts_cmdSetupAccounts,
                                         &fraAccounts::cmdSetupAccounts_Click};
+    gui::CommandButton cmdCheckAccounts{*this, IDC_fraAccounts_cmdCheckAccounts,
+                                        &fraAccounts::cmdCheckAccounts_Click};
+    gui::CommandButton cmdSuggestPasswords{*this, IDC_fraAccounts_cmdSuggestPasswords,
+                                           &fraAccounts::cmdSuggestPasswords_Click};
+    gui::CheckBox chkShowPasswords{*this, IDC_fraAccounts_chkShowPasswords,
+                                   &fraAccounts::chkShowPasswords_Click};
+    /// What the check of the accounts has found, a line for each.
+    gui::TextBox txtAccountCheck{*this, IDC_fraAccounts_txtAccountCheck};
 
 private:
     struct LoginBoxes {
@@ -31,7 +39,14 @@ private:
     };
 
     void Form_Load() override;
-    void cmdSetupAccounts_Click();
+    gui::Task<> cmdSetupAccounts_Click();
+    gui::Task<> cmdCheckAccounts_Click();
+    void cmdSuggestPasswords_Click();
+    void chkShowPasswords_Click();
+    std::vector<dbsetup::ServerLogin> Typed() const;
+    /// False when the way of servers of today was declined.
+    gui::Task<bool> MakeLogins(std::vector<dbsetup::ServerLogin> logins);
+    gui::Task<bool> CreateLogins(std::vector<dbsetup::ServerLogin> logins, std::string plugin);
 
     dbsetup::SetUpServer& server_;
     clsINI kerno_;

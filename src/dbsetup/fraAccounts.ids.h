@@ -11,3 +11,7 @@
 #define IDC_fraAccounts_txtAMGlobalUsername 2168
 #define IDC_fraAccounts_txtAMGlobalPassword 2169
 #define IDC_fraAccounts_cmdSetupAccounts 2170
+#define IDC_fraAccounts_cmdCheckAccounts 2171
+#define IDC_fraAccounts_cmdSuggestPasswords 2172
+#define IDC_fraAccounts_chkShowPasswords 2173
+#define IDC_fraAccounts_txtAccountCheck 2174

@@ -25,12 +25,18 @@ public:
     gui::Label lblAMGlobal{*this, IDC_fraDatabaseCheck_lblAMGlobal};
     gui::Label lblAMGlobalTables{*this, IDC_fraDatabaseCheck_lblAMGlobalTables};
 
+    /// What the server is and takes, to copy.
+    gui::TextBox txtServerCard{*this, IDC_fraDatabaseCheck_txtServerCard};
+
+    /// Told what is in the databases when they have been checked.
+    std::function<void(const std::string& contents)> Counted;
+
     /// What is typed into the three boxes.
     dbsetup::AdministratorLogin Administrator() const;
 
 private:
     void Form_Load() override;
-    void cmdCheckDB_Click();
+    gui::Task<> cmdCheckDB_Click();
 
     dbsetup::SetUpServer& server_;
 };

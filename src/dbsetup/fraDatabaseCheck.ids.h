@@ -12,3 +12,4 @@
 #define IDC_fraDatabaseCheck_lblAMCharacterTables 2139
 #define IDC_fraDatabaseCheck_lblAMGlobal 2140
 #define IDC_fraDatabaseCheck_lblAMGlobalTables 2141
+#define IDC_fraDatabaseCheck_txtServerCard 2142

@@ -4,6 +4,7 @@
 #include "dbsetup/fraRepair.ids.h"
 #include "dbsetup/SetUpServer.h"
 #include "gui/TabPanel.h"
+#include "gui/Waiting.h"
 
 /// Makes what is missing of the databases, or deletes them.
 class fraRepair final : public gui::TabPage {
@@ -16,10 +17,16 @@ public:
     gui::CommandButton cmdDeleteDatabase{*this, IDC_fraRepair_cmdDeleteDatabase,
                                          &fraRepair::cmdDeleteDatabase_Click};
 
+    gui::Label lblLosses{*this, IDC_fraRepair_lblLosses};
+
+    /// Tells beside the button what is in the databases, "" when nobody has looked.
+    void Losses(const std::string& text);
+
 private:
-    void cmdRepairDatabase_Click();
-    void cmdDeleteDatabase_Click();
-    bool AllowEngineForm(const database::Error& rejection);
+    void Form_Load() override { Losses({}); }
+    gui::Task<> cmdRepairDatabase_Click();
+    gui::Task<> cmdDeleteDatabase_Click();
+    gui::Task<bool> AllowEngineForm(database::Error rejection, std::optional<gui::Waiting>& waiting);
 
     dbsetup::SetUpServer& server_;
 };

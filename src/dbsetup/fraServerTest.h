@@ -3,6 +3,7 @@
 #include "dbsetup/fraServerTest.ids.h"
 #include "dbsetup/SetUpServer.h"
 #include "gui/TabPanel.h"
+#include "gui/Text.h"
 
 /// Tests whether MySQL answers on this computer.
 class fraServerTest final : public gui::TabPage {
@@ -15,9 +16,11 @@ public:
     gui::Frame fraConnectionTest{*this, IDC_fraServerTest_fraConnectionTest};
     gui::Label lblConnectionTest{*this, IDC_fraServerTest_lblConnectionTest};
     gui::Label lblRunningMySQL{*this, IDC_fraServerTest_lblRunningMySQL};
+    /// What the server is and takes, or what keeps it from answering, to copy.
+    gui::TextBox txtServerCard{*this, IDC_fraServerTest_txtServerCard};
 
 private:
-    void cmdTestMySQL_Click();
+    gui::Task<> cmdTestMySQL_Click();
 
     dbsetup::SetUpServer& server_;
 };

@@ -5,3 +5,4 @@
 #define IDC_fraServerTest_fraConnectionTest 2122
 #define IDC_fraServerTest_lblConnectionTest 2123
 #define IDC_fraServerTest_lblRunningMySQL 2124
+#define IDC_fraServerTest_txtServerCard 2125

@@ -1,9 +1,17 @@
 #include "dbsetup/frmMySQLSetUp.h"
 
+#include "database/Error.h"
 #include "dbsetup/SetUpMessages.h"
 
+void frmMySQLSetUp::Form_Load() {
+    databaseCheck.Counted = [this](const std::string& contents) { repair.Losses(contents); };
+}
+
 void frmMySQLSetUp::Form_Error(const RuntimeError& error) {
-    MsgBoxNow(dbsetup::ErrorMessage(error), MB_ICONERROR, dbsetup::kErrorTitle);
+    // Whoever has pressed Cancel knows.
+    if (error.Number() == database::kCancelled)
+        return;
+    Tell(dbsetup::ErrorMessage(error), MB_ICONERROR, dbsetup::kErrorTitle);
 }
 
 void frmMySQLSetUp::mstMySQL_Click() {

@@ -30,6 +30,7 @@ public:
     gui::CommandButton cmdClose{*this, IDC_frmMySQLSetUp_cmdClose, &frmMySQLSetUp::cmdClose_Click};
 
 private:
+    void Form_Load() override;
     void Form_Unload() override { server_.Close(); }
     void Form_Error(const RuntimeError& error) override;
     gui::CommandButton* CancelButton() override { return &cmdClose; }

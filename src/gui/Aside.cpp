@@ -1,5 +1,8 @@
 #include "gui/Aside.h"
 
+#include "gui/Waiting.h"
+
+#include <algorithm>
 #include <thread>
 #include <vector>
 
@@ -50,6 +53,9 @@ std::vector<Worker*>& Workers() {
     static std::vector<Worker*> workers;
     return workers;
 }
+
+/// The program's first thread, which initialises this, is the one of windows and tasks.
+const DWORD ownThread = GetCurrentThreadId();
 
 bool TakenByWorker(const std::shared_ptr<AsideCall>& call) {
     for (Worker* worker : Workers())
@@ -106,12 +112,51 @@ void MakeAside(std::shared_ptr<AsideCall> call) {
     TakenByWorker(call);
 }
 
-bool AsideOver::await_ready() const {
+bool AsideOver::IsOverAtOnce() const {
+    using std::chrono::milliseconds;
+    if (IsCancelled())
+        return true;
     MakeAside(call_);
-    return call_->OverWithin(kPlainWait);
+    const auto left = kPlainWait - std::chrono::duration_cast<milliseconds>(action_->OfPiece());
+    return call_->OverWithin(std::max(left, milliseconds(0)));
+}
+
+void AsideOver::TellWaiting() const {
+    if (action_->Seen())
+        action_->Seen()->Suspended(awaited_.what);
+}
+
+void AsideOver::WakeIn(WaitId id) const {
+    call_->WakeWhenOver(id);
+    if (action_->Seen())
+        action_->Seen()->WakeWhenCancelled(id);
+    if (awaited_.limit)
+        WakeAfter(id, *awaited_.limit);
+}
+
+bool AsideOver::IsCancelled() const {
+    return action_->Seen() && action_->Seen()->Cancelled();
+}
+
+void AsideOver::await_resume() const {
+    if (call_->OverWithin(std::chrono::milliseconds(0)))
+        return;
+    if (IsCancelled())
+        throw NoAnswer("Cancelled.", true);
+    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(*awaited_.limit).count();
+    throw NoAnswer(awaited_.what + " has not answered for " + std::to_string(seconds) +
+                       (seconds == 1 ? " second." : " seconds."),
+                   false);
 }
 
 } // namespace detail
+
+NoAnswer::NoAnswer(const std::string& description, bool cancelled)
+    : RuntimeError(common::kDeviceUnavailable, description), cancelled_(cancelled) {}
+
+bool OnOwnThread() {
+    return GetCurrentThreadId() == detail::ownThread;
+}
 
 bool CallsAreAside() {
     for (const detail::Worker* worker : detail::Workers())

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "common/RuntimeError.h"
 #include "gui/Task.h"
 
 #include <windows.h>
@@ -8,6 +9,7 @@
 #include <exception>
 #include <memory>
 #include <optional>
+#include <string>
 #include <type_traits>
 #include <utility>
 
@@ -70,26 +72,66 @@ private:
 /// Hands the call to a thread that is idle, or to a new one.
 void MakeAside(std::shared_ptr<AsideCall> call);
 
-class AsideOver : public Wait<AsideOver> {
-public:
-    explicit AsideOver(std::shared_ptr<AsideCall> call) : call_(std::move(call)) {}
-    bool await_ready() const;
-    void Begin(WaitId id) const { call_->WakeWhenOver(id); }
-
-private:
-    std::shared_ptr<AsideCall> call_;
-};
-
 } // namespace detail
 
 /// For as long as this a call aside is simply waited for: most calls are over by then, cost no more than when
-/// they were made directly, and let nothing else run in between.
+/// they were made directly, and let nothing else run in between. Calls that follow each other share it, so
+/// that a row of quick ones does not hold up the message loop either.
 inline constexpr std::chrono::milliseconds kPlainWait{200};
+
+/// What a call aside is waited for.
+struct Awaited {
+    /// Who is to answer, as a sentence names it.
+    std::string what;
+    /// None for as long as it takes.
+    std::optional<std::chrono::milliseconds> limit;
+};
+
+/// Raised where a call aside is waited for no longer. The call goes on; what comes of it is not used.
+class NoAnswer : public RuntimeError {
+public:
+    NoAnswer(const std::string& description, bool cancelled);
+    /// By the operator; by the limit otherwise.
+    bool Cancelled() const { return cancelled_; }
+
+private:
+    bool cancelled_;
+};
 
 namespace detail {
 
-template <class F> Task<typename AsideCallOf<F>::Result> TakeOver(std::shared_ptr<AsideCallOf<F>> call) {
-    AsideOver over(call);
+class AsideOver {
+public:
+    AsideOver(std::shared_ptr<AsideCall> call, Awaited awaited)
+        : call_(std::move(call)), awaited_(std::move(awaited)) {}
+
+    bool await_ready() const noexcept { return false; }
+    template <class P> void await_suspend(std::coroutine_handle<P> at) {
+        action_ = at.promise().action;
+        if (IsOverAtOnce()) {
+            action_->Next(at);
+        } else {
+            TellWaiting();
+            WakeIn(action_->WaitAt(at));
+        }
+    }
+    /// Raises NoAnswer.
+    void await_resume() const;
+
+private:
+    bool IsOverAtOnce() const;
+    void TellWaiting() const;
+    void WakeIn(WaitId id) const;
+    bool IsCancelled() const;
+
+    std::shared_ptr<AsideCall> call_;
+    Awaited awaited_;
+    Action* action_ = nullptr;
+};
+
+template <class F>
+Task<typename AsideCallOf<F>::Result> TakeOver(std::shared_ptr<AsideCallOf<F>> call, Awaited awaited) {
+    AsideOver over(call, std::move(awaited));
     co_await over;
     co_return call->Take();
 }
@@ -102,11 +144,32 @@ template <class F> Task<typename AsideCallOf<F>::Result> TakeOver(std::shared_pt
 ///     auto call = [connection] { return connection->Open(); };
 ///     const int answer = co_await Aside(call);
 ///
-/// A task that ends meanwhile abandons the call, which goes on: the call must own all that it uses (by value,
-/// or shared); it is moved away from. It touches no window and no object of the tool's own. It has a name,
-/// because this compiler destroys a closure twice that is a temporary of a co_await.
-template <class F> Task<typename detail::AsideCallOf<F>::Result> Aside(F& call) {
-    return detail::TakeOver(std::make_shared<detail::AsideCallOf<F>>(std::move(call)));
+/// Raises NoAnswer when the limit of `awaited` is over, and when the operator cancels (see Waiting).
+///
+/// A task that ends meanwhile, or gets NoAnswer, abandons the call, which goes on: the call must own all that
+/// it uses (by value, or shared); it is moved away from. It touches no window and no object of the tool's
+/// own. It has a name, because this compiler destroys a closure twice that is a temporary of a co_await.
+template <class F> Task<typename detail::AsideCallOf<F>::Result> Aside(F& call, const Awaited& awaited = {}) {
+    return detail::TakeOver(std::make_shared<detail::AsideCallOf<F>>(std::move(call)), awaited);
+}
+
+/// Makes a call aside that nobody waits for.
+template <class F> void AsideUnawaited(F call) {
+    detail::MakeAside(std::make_shared<detail::AsideCallOf<F>>(std::move(call)));
+}
+
+/// True on the thread of windows and tasks.
+bool OnOwnThread();
+
+/// Shares an object whose end may block: where its last owner lets it go on the thread of windows and tasks,
+/// it is ended aside.
+template <class T> std::shared_ptr<T> EndedAside(std::unique_ptr<T> object) {
+    return {object.release(), [](T* last) {
+                if (OnOwnThread())
+                    AsideUnawaited([last] { delete last; });
+                else
+                    delete last;
+            }};
 }
 
 /// True while a call aside has not come back: the program cannot end in the ordinary way then, because the

@@ -52,6 +52,8 @@ private:
     virtual void LoadInside() {}
     /// Turns over so many pages, round at the ends; false for a control that has none.
     virtual bool TurnPage(int /*by*/) { return false; }
+    /// A key that went down in a page of the control; true when it is used up.
+    virtual bool PageKey(const MSG& /*message*/) { return false; }
     /// A notification code of the control reached the form.
     virtual void Command(int /*code*/) {}
     virtual bool Notify(const NMHDR& /*header*/, LRESULT& /*result*/) { return false; }

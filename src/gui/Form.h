@@ -23,6 +23,7 @@ class CommandButton;
 class Control;
 class MenuItem;
 class PopupMenu;
+class TabPanel;
 class Timer;
 
 enum class MouseButton { Left, Right, Middle };
@@ -144,6 +145,7 @@ private:
     friend class Control;
     friend class MenuItem;
     friend class PopupMenu;
+    friend class TabPanel;
     friend class Timer;
 
     static std::vector<Form*>& LoadedForms();

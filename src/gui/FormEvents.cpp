@@ -232,7 +232,10 @@ bool Form::Key(const MSG& message) {
         const auto pressed = std::ranges::find_if(controls_, [&](const Control* control) {
             return message.hwnd == control->window_ || IsChild(control->window_, message.hwnd);
         });
-        used = pressed != controls_.end() && (*pressed)->Key(static_cast<int>(message.wParam));
+        used =
+            pressed != controls_.end()
+                ? (*pressed)->Key(static_cast<int>(message.wParam))
+                : std::ranges::any_of(controls_, [&](Control* control) { return control->PageKey(message); });
     });
     return used;
 }

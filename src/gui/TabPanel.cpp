@@ -5,6 +5,8 @@
 #include <commctrl.h>
 #include <uxtheme.h>
 
+#include <algorithm>
+
 namespace gui {
 
 void TabPanel::Attached() {
@@ -48,6 +50,12 @@ void TabPanel::LoadInside() {
 bool TabPanel::TurnPage(int by) {
     Tab((Tab() + by + Tabs()) % Tabs());
     return true;
+}
+
+bool TabPanel::PageKey(const MSG& message) {
+    return std::ranges::any_of(pages_, [&](TabPage* page) {
+        return IsChild(page->Window(), message.hwnd) && static_cast<Form*>(page)->Key(message);
+    });
 }
 
 bool TabPanel::Notify(const NMHDR& header, LRESULT& /*result*/) {

@@ -23,6 +23,7 @@ private:
     void Attached() override;
     void LoadInside() override;
     bool TurnPage(int by) override;
+    bool PageKey(const MSG& message) override;
     bool Notify(const NMHDR& header, LRESULT& result) override;
     void ShowPage();
 

@@ -9,10 +9,15 @@ namespace gui {
 namespace {
 
 int underWay = 0;
+detail::Action* runningAction = nullptr;
 
 } // namespace
 
 namespace detail {
+
+Action* Action::Running() {
+    return runningAction;
+}
 
 Action::Action(Task<> outermost, Ended ended, std::function<void(int)> occupy)
     : outermost_(std::make_unique<Task<>>(std::move(outermost))), ended_(std::move(ended)),
@@ -28,13 +33,16 @@ Action::~Action() {
 void Action::Run() {
     // Whoever owns it may let it go meanwhile.
     const auto self = shared_from_this();
+    Action* const outer = std::exchange(runningAction, this);
     waiting_ = 0;
     running_ = true;
+    pieceBegan_ = std::chrono::steady_clock::now();
     if (occupy_)
         occupy_(1);
     while (next_ && !cancelled_)
         std::exchange(next_, {}).resume();
     running_ = false;
+    runningAction = outer;
     const auto handle = outermost_->handle_;
     if (cancelled_)
         Finish({});

@@ -14,6 +14,7 @@
 namespace gui {
 
 template <class T = void> class Task;
+class Waiting;
 
 namespace detail {
 
@@ -33,6 +34,16 @@ public:
     void Cancel();
     bool Over() const { return over_; }
 
+    /// The action that runs at this moment; null outside of every task.
+    static Action* Running();
+    /// In whose sight the action waits for calls aside; null for nobody's.
+    Waiting* Seen() const { return seen_; }
+    void Seen(Waiting* by) { seen_ = by; }
+    /// How long the piece that runs has gone on without handing out messages.
+    std::chrono::steady_clock::duration OfPiece() const {
+        return std::chrono::steady_clock::now() - pieceBegan_;
+    }
+
     /// What Run goes on with. Tasks hand over to each other here and not by calling each other, so that the
     /// stack is as deep after the thousandth as after the first.
     void Next(std::coroutine_handle<> next) { next_ = next; }
@@ -47,6 +58,8 @@ private:
     std::function<void(int)> occupy_;
     std::coroutine_handle<> next_;
     WaitId waiting_ = 0;
+    Waiting* seen_ = nullptr;
+    std::chrono::steady_clock::time_point pieceBegan_;
     bool running_ = false;
     bool cancelled_ = false;
     bool over_ = false;

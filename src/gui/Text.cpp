@@ -5,10 +5,17 @@
 
 namespace gui {
 
+namespace {
+
+/// What stands for a character of a password.
+constexpr WPARAM kDot = 0x25CF;
+
+} // namespace
+
 void TextControl::Attached() {
     // A dot, also where the system's edit control would show an asterisk.
     if (GetWindowLongPtrA(Window(), GWL_STYLE) & ES_PASSWORD)
-        SendMessageW(Window(), EM_SETPASSWORDCHAR, 0x25CF, 0);
+        SendMessageW(Window(), EM_SETPASSWORDCHAR, kDot, 0);
     if (keyPress_)
         Watch(Window());
 }
@@ -32,6 +39,18 @@ void TextBox::Text(const std::string& text) {
 void TextBox::Command(int code) {
     if (code == EN_CHANGE)
         Raise(change_);
+}
+
+bool TextBox::Key(int virtualKey) {
+    if (virtualKey != VK_RETURN || !enter_)
+        return false;
+    enter_->Press();
+    return true;
+}
+
+void TextBox::Hidden(bool hidden) {
+    SendMessageW(Window(), EM_SETPASSWORDCHAR, hidden ? kDot : 0, 0);
+    InvalidateRect(Window(), nullptr, TRUE);
 }
 
 void RichTextBox::Attached() {

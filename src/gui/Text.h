@@ -31,10 +31,16 @@ public:
     using TextControl::Text;
     /// Runs the Change handler, as typing does.
     void Text(const std::string& text);
+    /// The button that Enter presses in this box, in the place of the window's own.
+    void Enter(CommandButton& button) { enter_ = &button; }
+    /// A dot stands for each character.
+    void Hidden(bool hidden);
 
 private:
     void Command(int code) override;
+    bool Key(int virtualKey) override;
 
+    CommandButton* enter_ = nullptr;
     std::function<void()> change_;
 };
 

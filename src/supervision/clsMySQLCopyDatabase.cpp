@@ -1,10 +1,11 @@
 #include "supervision/clsMySQLCopyDatabase.h"
 
 #include "common/Text.h"
-#include "database/BulkInserter.h"
+#include "database/Blocks.h"
 #include "database/Error.h"
 #include "database/Recordset.h"
 #include "database/Transaction.h"
+#include "gui/RunNow.h"
 
 #include <initializer_list>
 
@@ -12,7 +13,6 @@ namespace {
 
 using database::Connection;
 using database::Recordset;
-using database::RowReader;
 using Column = clsMySQLCopyDatabase::Column;
 
 constexpr const char* kNoSource = "Not connected to source MySQL server";
@@ -31,7 +31,7 @@ constexpr const char* kKeepZeros = "SET SESSION sql_mode = 'NO_AUTO_VALUE_ON_ZER
 void ExecuteKnown(Connection& connection, std::initializer_list<std::string> statements) {
     for (const std::string& statement : statements) {
         try {
-            connection.Execute(statement);
+            gui::RunNow(connection.Execute(statement));
             return;
         } catch (const database::Error& error) {
             if (error.ConnectionLost())
@@ -43,7 +43,7 @@ void ExecuteKnown(Connection& connection, std::initializer_list<std::string> sta
 std::vector<std::string> Names(Connection& connection, const std::string& sql) {
     std::vector<std::string> names;
     Recordset rows;
-    for (rows.Open(connection, sql); !rows.Eof(); rows.MoveNext())
+    for (gui::RunNow(rows.Open(connection, sql)); !rows.Eof(); rows.MoveNext())
         names.push_back(rows.Field(0).AsText());
     return names;
 }
@@ -51,7 +51,7 @@ std::vector<std::string> Names(Connection& connection, const std::string& sql) {
 std::vector<Column> Columns(Connection& connection, const std::string& sql) {
     std::vector<Column> columns;
     Recordset rows;
-    for (rows.Open(connection, sql); !rows.Eof(); rows.MoveNext()) {
+    for (gui::RunNow(rows.Open(connection, sql)); !rows.Eof(); rows.MoveNext()) {
         // Looked up by name: servers add fields of their own between these.
         const database::Value defaultValue = rows.Field("Default");
         columns.push_back(
@@ -89,7 +89,8 @@ void UseEngineOf(Connection& source, const std::string& database, const std::str
         // The choice for the table before would stay in force.
         use("DEFAULT");
         Recordset status;
-        for (status.Open(source, "SHOW TABLE STATUS FROM " + database); !status.Eof(); status.MoveNext()) {
+        for (gui::RunNow(status.Open(source, "SHOW TABLE STATUS FROM " + database)); !status.Eof();
+             status.MoveNext()) {
             const std::string engine = status.Field("Engine").AsText();
             if (status.Field("Name").AsText() == table && !engine.empty())
                 use(engine);
@@ -103,9 +104,9 @@ void UseEngineOf(Connection& source, const std::string& database, const std::str
 
 /// The names by which values are given to the columns of a table that exists.
 std::vector<std::string> ColumnNames(Connection& connection, const std::string& table) {
-    const RowReader none(connection.Session(), "SELECT * FROM " + table + " LIMIT 0");
+    const database::Answer none = gui::RunNow(connection.ReadAll("SELECT * FROM " + table + " LIMIT 0"));
     std::vector<std::string> names;
-    for (const database::Column& column : none.Columns())
+    for (const database::Column& column : none.columns)
         names.push_back(column.name);
     return names;
 }
@@ -142,14 +143,15 @@ bool clsMySQLCopyDatabase::Progress(const std::string& table, std::size_t rows) 
 }
 
 std::int16_t clsMySQLCopyDatabase::ConnectSource() {
-    source_.Open(database::MySQLConnectionString(SourceHostname(), SourceUsername(), SourcePassword()));
+    gui::RunNow(
+        source_.Open(database::MySQLConnectionString(SourceHostname(), SourceUsername(), SourcePassword())));
     ExecuteKnown(source_, {kSameTimeZone});
     return 1;
 }
 
 std::int16_t clsMySQLCopyDatabase::ConnectDestination() {
-    destination_.Open(
-        database::MySQLConnectionString(DestinationHostname(), DestinationUsername(), DestinationPassword()));
+    gui::RunNow(destination_.Open(database::MySQLConnectionString(
+        DestinationHostname(), DestinationUsername(), DestinationPassword())));
     ExecuteKnown(destination_, {kSameTimeZone});
     ExecuteKnown(destination_, {kValuesAsTheyAre, kKeepZeros});
     return 1;
@@ -172,8 +174,8 @@ std::int16_t clsMySQLCopyDatabase::CopyDatabase(const std::string& SourceDatabas
     // All names before anything is dropped: a source that does not answer costs no copy.
     const std::vector<std::string> tables = Names(source_, ShowTables(SourceDatabase));
     if (!NoDBDelete)
-        destination_.Execute("DROP DATABASE IF EXISTS " + DestinationDatabase + ";");
-    destination_.Execute("CREATE DATABASE IF NOT EXISTS " + DestinationDatabase + ";");
+        gui::RunNow(destination_.Execute("DROP DATABASE IF EXISTS " + DestinationDatabase + ";"));
+    gui::RunNow(destination_.Execute("CREATE DATABASE IF NOT EXISTS " + DestinationDatabase + ";"));
     for (const std::string& table : tables) {
         if (!CopyTable(SourceDatabase, table, DestinationDatabase, table))
             return 0;
@@ -189,7 +191,7 @@ std::int16_t clsMySQLCopyDatabase::CopyTable(const std::string& SourceDatabase,
     if (!RequireBoth())
         return 0;
     if (FlushFirst)
-        source_.Execute("FLUSH TABLES;");
+        gui::RunNow(source_.Execute("FLUSH TABLES;"));
     const std::string from = SourceDatabase + "." + SourceTable;
     const std::string to = DestinationDatabase + "." + DestinationTable;
     if (!Progress(SourceTable, 0))
@@ -198,27 +200,31 @@ std::int16_t clsMySQLCopyDatabase::CopyTable(const std::string& SourceDatabase,
         supervision::ColumnList(Columns(source_, ShowColumns(SourceDatabase, SourceTable)));
     UseEngineOf(source_, SourceDatabase, SourceTable, destination_);
     // The source has answered in full before the destination is touched.
-    RowReader rows(source_.Session(), "SELECT * FROM " + from);
-    destination_.Execute("USE " + DestinationDatabase + ";");
+    database::BlockReader rows(source_);
+    gui::RunNow(rows.Open("SELECT * FROM " + from));
+    gui::RunNow(destination_.Execute("USE " + DestinationDatabase + ";"));
     if (!NoDelete)
-        destination_.Execute("DROP TABLE IF EXISTS " + to);
-    destination_.Execute("CREATE TABLE IF NOT EXISTS " + to + " (" + list + ");");
+        gui::RunNow(destination_.Execute("DROP TABLE IF EXISTS " + to));
+    gui::RunNow(destination_.Execute("CREATE TABLE IF NOT EXISTS " + to + " (" + list + ");"));
 
     std::vector<std::string> columns = ColumnNames(destination_, to);
     database::RowStore block(rows.Columns().size(), database::TextForm::Utf8);
-    std::size_t read = rows.Read(block);
-    if (read > 0 && columns.size() < rows.Columns().size())
+    block = gui::RunNow(rows.Read(std::move(block)));
+    if (block.Rows() > 0 && columns.size() < rows.Columns().size())
         database::Raise(database::kItemNotFound);
     columns.resize(rows.Columns().size());
     database::Transaction transaction(destination_);
-    database::BulkInserter inserter(destination_.Session(), to, columns);
-    for (; read > 0; read = rows.Read(block)) {
-        inserter.Insert(block);
+    gui::RunNow(transaction.Begin());
+    database::BlockInserter inserter(destination_);
+    gui::RunNow(inserter.Open(to, columns));
+    while (block.Rows() > 0) {
+        block = gui::RunNow(inserter.Insert(std::move(block)));
         if (!Progress(SourceTable, inserter.Sent()))
             return 0;
         block.Clear();
+        block = gui::RunNow(rows.Read(std::move(block)));
     }
-    transaction.Commit();
+    gui::RunNow(transaction.Commit());
     return 1;
 }
 

@@ -1,3 +1,4 @@
+#include "database/Connection.h"
 #include "database/Error.h"
 #include "database/Odbc.h"
 #include "support/Database.h"
@@ -5,9 +6,12 @@
 namespace {
 
 using namespace database;
-using support::Rows;
 
 class ConnectionTest : public support::DatabaseTest {};
+
+void Open(Connection& connection, const std::string& string) {
+    support::Run(connection.Open(string));
+}
 
 /// The error that `operation` raises; number 0 when it raises none.
 Error ErrorOf(const auto& operation) {
@@ -26,7 +30,7 @@ TEST_F(ConnectionTest, ErrorsCarryTheServersNumberStateAndText) {
         {MySQLConnectionString("127.0.0.9", "root", ""), 2002, "HY000", "127.0.0.9"},
         {"DRIVER={No Such Driver};SERVER=localhost", kDriverError, "01000", "No Such Driver"}};
     for (const auto& [connection, number, state, text] : logins) {
-        const Error error = ErrorOf([&] { other.Open(connection); });
+        const Error error = ErrorOf([&] { Open(other, connection); });
         EXPECT_EQ(error.Number(), number) << error.Description();
         EXPECT_EQ(error.SqlState(), state);
         EXPECT_NE(error.Description().find(text), std::string::npos) << error.Description();
@@ -38,7 +42,7 @@ TEST_F(ConnectionTest, ErrorsCarryTheServersNumberStateAndText) {
     EXPECT_EQ(ErrorOf(silent).Description(),
               "The driver reports an error without saying which. (SQLFetch, return code -1)");
     EXPECT_EQ(ErrorOf([&] { root.Execute("CREATE TABLE test.t (a int) TYPE=MyISAM"); }).Number(), 1064);
-    EXPECT_EQ(ErrorOf([&] { Connection().Execute("SELECT 1"); }).Number(), kObjectClosed);
+    EXPECT_EQ(ErrorOf([&] { support::Run(other.Execute("SELECT 1")); }).Number(), kObjectClosed);
 }
 
 TEST_F(ConnectionTest, ValuesOfConnectionStringsMayHoldAnything) {
@@ -54,21 +58,21 @@ TEST_F(ConnectionTest, ValuesOfConnectionStringsMayHoldAnything) {
         const std::string escaped = common::ReplaceAll(common::ReplaceAll(password, "\\", "\\\\"), "'", "''");
         root.Execute("GRANT ALL ON glogin.* TO friend@localhost IDENTIFIED BY '" + escaped + "'");
         Connection other;
-        other.Open(MySQLConnectionString("localhost", "friend", password, "glogin"));
-        EXPECT_EQ(Rows(other, "SELECT DATABASE()"), std::vector<std::string>{"glogin"});
+        Open(other, MySQLConnectionString("localhost", "friend", password, "glogin"));
+        EXPECT_EQ(support::Run(other.Scalar("SELECT DATABASE()")), Value("glogin"));
     }
 }
 
 TEST_F(ConnectionTest, LogsInWithoutUserAndOutlivesARestart) {
     Connection anonymous;
-    anonymous.Open("DRIVER={MySQL ODBC 3.51 Driver};SERVER=localhost;OPTION=3");
+    Open(anonymous, "DRIVER={MySQL ODBC 3.51 Driver};SERVER=localhost;OPTION=3");
     {
         support::ServerDown down;
-        EXPECT_TRUE(ErrorOf([&] { anonymous.Execute("SELECT 1"); }).ConnectionLost());
-        EXPECT_TRUE(ErrorOf([&] { anonymous.Revive(); }).ConnectionLost());
+        EXPECT_TRUE(ErrorOf([&] { support::Run(anonymous.Execute("SELECT 1")); }).ConnectionLost());
+        EXPECT_TRUE(ErrorOf([&] { support::Run(anonymous.Revive()); }).ConnectionLost());
     }
-    anonymous.Revive();
-    EXPECT_EQ(anonymous.Execute("SELECT 1"), 1);
+    support::Run(anonymous.Revive());
+    EXPECT_EQ(support::Run(anonymous.Execute("SELECT 1")), 1);
 }
 
 } // namespace

@@ -1,8 +1,10 @@
 #include "dbsetup/frmMySQLSetUp.h"
 
+#include "gui/frmWaiting.ids.h"
 #include "servers/modServerControl.h"
 #include "support/Database.h"
 #include "support/MessageBoxes.h"
+#include "support/Network.h"
 
 #include <commctrl.h>
 
@@ -35,8 +37,12 @@ protected:
                 page.lblAMCharacter.Caption(), page.lblAMCharacterTables.Caption(),
                 page.lblAMGlobal.Caption(),    page.lblAMGlobalTables.Caption()};
     }
+    static void Press(gui::CommandButton& button) {
+        button.Press();
+        EXPECT_TRUE(support::Settle());
+    }
     std::vector<std::string> Check() {
-        wizard.databaseCheck.cmdCheckDB.Press();
+        Press(wizard.databaseCheck.cmdCheckDB);
         return Labels();
     }
 
@@ -47,14 +53,14 @@ protected:
 };
 
 TEST_F(MySQLSetUp, GoesFromNothingToThreeLoginsOnTenTablesAndBack) {
-    wizard.serverTest.cmdTestMySQL.Press();
+    Press(wizard.serverTest.cmdTestMySQL);
     EXPECT_EQ(wizard.serverTest.lblConnectionTest.Caption(), "Successful");
     EXPECT_EQ(wizard.serverTest.lblRunningMySQL.Caption(), support::Rows(root, "SELECT VERSION()")[0]);
     EXPECT_EQ(Check(), kNothing);
 
     // This server rejects the old form. After No the databases that were made stay, without tables.
     boxes.Answer(IDNO);
-    wizard.repair.cmdRepairDatabase.Press();
+    Press(wizard.repair.cmdRepairDatabase);
     ASSERT_EQ(boxes.Seen().size(), 1u);
     EXPECT_EQ(boxes.Seen()[0].style, static_cast<unsigned>(MB_YESNO | MB_ICONQUESTION));
     EXPECT_TRUE(boxes.Seen()[0].text.starts_with("Error Number [1064] You have an error"));
@@ -66,7 +72,7 @@ TEST_F(MySQLSetUp, GoesFromNothingToThreeLoginsOnTenTablesAndBack) {
 
     boxes.Clear();
     boxes.Answer(IDYES);
-    wizard.repair.cmdRepairDatabase.Press();
+    Press(wizard.repair.cmdRepairDatabase);
     const SeenBox repaired{"Kerno Tools :: MySQL Setup", "Database Repaired", kInformation};
     ASSERT_EQ(boxes.Seen().size(), 2u) << "the question comes once for all tables";
     EXPECT_EQ(boxes.Seen()[1], repaired);
@@ -81,22 +87,28 @@ TEST_F(MySQLSetUp, GoesFromNothingToThreeLoginsOnTenTablesAndBack) {
 
     // Nothing is missing any more, so there is nothing to ask, and rows stay.
     root.Execute("INSERT INTO glogin.account (Name) VALUES ('kept')");
-    wizard.repair.cmdRepairDatabase.Press();
+    Press(wizard.repair.cmdRepairDatabase);
     EXPECT_EQ(boxes.Seen().size(), 3u);
     EXPECT_EQ(support::Rows(root, "SELECT Name FROM glogin.account"), std::vector<std::string>{"kept"});
 
     boxes.Clear();
     wizard.accounts.txtAMGlobalPassword.Text("a;b} c");
-    wizard.accounts.cmdSetupAccounts.Press();
-    EXPECT_EQ(boxes.Seen(), (std::vector<SeenBox>{{"Kerno Tools :: MySQL Setup",
-                                                   "Kerno SQL accounts setup successful", kInformation}}));
     const struct {
         const char *user, *password, *table;
     } logins[] = {{"kl", "pl", "glogin.account"},
                   {"kc", "pc", "amcharacter.charinfo"},
                   {"kg", "a;b} c", "amglobal.guild"}};
+    Press(wizard.accounts.cmdCheckAccounts);
+    EXPECT_TRUE(
+        wizard.accounts.txtAccountCheck.Text().starts_with("glogin: The login \"kl\" for glogin does not"));
+    Press(wizard.accounts.cmdSetupAccounts);
+    EXPECT_EQ(boxes.Seen(), (std::vector<SeenBox>{{"Kerno Tools :: MySQL Setup",
+                                                   "Kerno SQL accounts setup successful", kInformation}}));
+    Press(wizard.accounts.cmdCheckAccounts);
+    EXPECT_EQ(wizard.accounts.txtAccountCheck.Text(),
+              "glogin: logs in\r\namcharacter: logs in\r\namglobal: logs in\r\n");
     for (const auto& login : logins) {
-        database::Connection own;
+        support::Client own;
         own.Open(database::MySQLConnectionString("localhost", login.user, login.password));
         for (const auto& other : logins) {
             const auto use = [&] { own.Execute("DELETE FROM " + std::string(other.table)); };
@@ -108,11 +120,14 @@ TEST_F(MySQLSetUp, GoesFromNothingToThreeLoginsOnTenTablesAndBack) {
     }
     EXPECT_TRUE(common::ReadFileText(kernoIni).ends_with("amglobalname=kg\r\namglobalpass=a;b} c\r\n"));
 
+    Check();
+    EXPECT_EQ(wizard.repair.lblLosses.Caption(), "There are 0 accounts, 0 characters.");
+    EXPECT_TRUE(wizard.databaseCheck.txtServerCard.Text().starts_with("MariaDB 1"));
     boxes.Clear();
     boxes.Answer(IDNO).Answer(IDYES);
-    wizard.repair.cmdDeleteDatabase.Press();
+    Press(wizard.repair.cmdDeleteDatabase);
     EXPECT_EQ(Check()[5], "All tables existed");
-    wizard.repair.cmdDeleteDatabase.Press();
+    Press(wizard.repair.cmdDeleteDatabase);
     EXPECT_EQ(boxes.Seen()[1],
               (SeenBox{"Kerno Tools :: MySQL Setup",
                        "This action will destroy all data currently in your Kerno database. Continue ?",
@@ -141,7 +156,7 @@ TEST_F(MySQLSetUp, ChecksPartialInstallationsAndForeignTables) {
     EXPECT_TRUE(boxes.Seen().empty());
     // What is already gone does not keep the others from being deleted.
     boxes.Answer(IDYES);
-    wizard.repair.cmdDeleteDatabase.Press();
+    Press(wizard.repair.cmdDeleteDatabase);
     ASSERT_EQ(boxes.Seen().size(), 2u);
     EXPECT_TRUE(boxes.Seen()[1].text.starts_with("Error Number [1008] "));
     EXPECT_EQ(Check(), kNothing);
@@ -158,10 +173,10 @@ TEST_F(MySQLSetUp, ShowsTheErrorOfEveryStep) {
     };
     const auto expectErrors = [&](const std::string& number) {
         expectError([&] { Check(); }, number);
-        expectError([&] { wizard.repair.cmdRepairDatabase.Press(); }, number);
+        expectError([&] { Press(wizard.repair.cmdRepairDatabase); }, number);
         boxes.Answer(IDYES);
-        expectError([&] { wizard.repair.cmdDeleteDatabase.Press(); }, number);
-        expectError([&] { wizard.accounts.cmdSetupAccounts.Press(); }, number);
+        expectError([&] { Press(wizard.repair.cmdDeleteDatabase); }, number);
+        expectError([&] { Press(wizard.accounts.cmdSetupAccounts); }, number);
         EXPECT_EQ(common::ReadFileText(kernoIni), kKerno);
     };
     wizard.databaseCheck.txtRootPassword.Text("wr;ong");
@@ -171,7 +186,7 @@ TEST_F(MySQLSetUp, ShowsTheErrorOfEveryStep) {
     // An account that fails ends the step before Kerno.ini is written.
     wizard.accounts.txtAMCharacterUsername.Text("k c");
     wizard.accounts.txtAMCharacterPassword.Text("o'clock");
-    expectError([&] { wizard.accounts.cmdSetupAccounts.Press(); }, "1064] ");
+    expectError([&] { Press(wizard.accounts.cmdSetupAccounts); }, "1064] ");
     EXPECT_NE(boxes.Seen().back().text.find("IDENTIFIED BY '***'"), std::string::npos);
     EXPECT_EQ(boxes.Seen().back().text.find("clock"), std::string::npos) << boxes.Seen().back().text;
     EXPECT_EQ(support::Rows(root, "SELECT User FROM mysql.user WHERE User LIKE 'k_'"),
@@ -179,7 +194,7 @@ TEST_F(MySQLSetUp, ShowsTheErrorOfEveryStep) {
         << "the rest is not sent";
     wizard.accounts.txtAMCharacterUsername.Text("kc");
     SetFileAttributesA(kernoIni.c_str(), FILE_ATTRIBUTE_READONLY);
-    expectError([&] { wizard.accounts.cmdSetupAccounts.Press(); }, "70] ");
+    expectError([&] { Press(wizard.accounts.cmdSetupAccounts); }, "70] ");
     SetFileAttributesA(kernoIni.c_str(), FILE_ATTRIBUTE_NORMAL);
 
     // The server goes away while the wizard asks: nothing of it hangs, and it goes on when it is back.
@@ -187,13 +202,110 @@ TEST_F(MySQLSetUp, ShowsTheErrorOfEveryStep) {
     {
         std::optional<support::ServerDown> down;
         boxes.Answer(IDYES, [&] { down.emplace(); });
-        expectError([&] { wizard.repair.cmdRepairDatabase.Press(); }, "20");
+        expectError([&] { Press(wizard.repair.cmdRepairDatabase); }, "20");
         expectErrors("2002] ");
         EXPECT_EQ(Labels(), before) << "labels stay as they were";
-        wizard.serverTest.cmdTestMySQL.Press();
+        Press(wizard.serverTest.cmdTestMySQL);
         EXPECT_EQ(wizard.serverTest.lblConnectionTest.Caption(), "Failed");
     }
     EXPECT_EQ(Check()[0], "Existed");
+}
+
+TEST_F(MySQLSetUp, EnterInAPasswordPressesThePagesOwnButton) {
+    wizard.Show();
+    const auto enterIn = [&](int tab, gui::TextBox& password) {
+        wizard.mstMySQL.Tab(tab);
+        password.SetFocus();
+        PostMessageA(password.Window(), WM_KEYDOWN, VK_RETURN, 0);
+    };
+    enterIn(2, wizard.databaseCheck.txtRootPassword);
+    EXPECT_TRUE(support::WaitUntil([&] { return Labels() == kNothing; }) && support::Settle());
+    enterIn(4, wizard.accounts.txtAMGlobalPassword);
+    EXPECT_TRUE(support::WaitUntil([&] { return !boxes.Seen().empty(); }) && support::Settle());
+    EXPECT_EQ(wizard.mstMySQL.Tab(), 4);
+}
+
+/// The window that says what is waited for; null when there is none in sight.
+HWND WaitingWindow() {
+    const HWND window = FindWindowA(nullptr, "Kerno Tools :: Please Wait");
+    return window && IsWindowVisible(window) ? window : nullptr;
+}
+
+TEST_F(MySQLSetUp, AServerThatIsSilentHoldsNothingUpAndCanBeCancelled) {
+    const support::SilentPort silent("127.0.0.7");
+    wizard.Show();
+    wizard.databaseCheck.txtRootHostname.Text("127.0.0.7");
+    int ticks = 0;
+    const support::Meanwhile others([&] { ++ticks; });
+    for (const bool cancel : {true, false}) {
+        ticks = 0;
+        wizard.databaseCheck.cmdCheckDB.Press();
+        EXPECT_FALSE(IsWindowEnabled(wizard.Window()));
+        ASSERT_TRUE(support::WaitUntil([] { return WaitingWindow() != nullptr; }));
+        EXPECT_GT(ticks, 5);
+        char text[200] = {};
+        GetDlgItemTextA(WaitingWindow(), IDC_frmWaiting_lblWhat, text, sizeof text);
+        EXPECT_STREQ(text, "Waiting for an answer from MySQL on 127.0.0.7.");
+        EXPECT_TRUE(support::WaitUntil([&] {
+            GetDlgItemTextA(WaitingWindow(), IDC_frmWaiting_lblTime, text, sizeof text);
+            return std::string(text).starts_with("For 2 seconds");
+        }));
+        if (!cancel)
+            break;
+        PostMessageA(GetDlgItem(WaitingWindow(), IDC_frmWaiting_cmdCancel), BM_CLICK, 0, 0);
+        EXPECT_TRUE(support::Settle());
+        EXPECT_TRUE(IsWindowEnabled(wizard.Window()) && !WaitingWindow());
+        wizard.databaseCheck.txtRootHostname.Text("localhost");
+        EXPECT_EQ(Check(), kNothing);
+        wizard.databaseCheck.txtRootHostname.Text("127.0.0.7");
+    }
+    wizard.Unload();
+    EXPECT_TRUE(support::WaitUntil([&] { return !wizard.Loaded() && !WaitingWindow(); }));
+    EXPECT_TRUE(boxes.Seen().empty());
+}
+
+TEST_F(MySQLSetUp, NoPasswordIsChangedThatTheServersCannotBeTold) {
+    auto& page = wizard.accounts;
+    const auto users = [this] {
+        return support::Rows(root, "SELECT User FROM mysql.user WHERE User LIKE 'k_'");
+    };
+    // Asked first, and a No changes nothing.
+    page.txtGloginUsername.Text("root");
+    page.txtAMGlobalPassword.Text("");
+    boxes.Answer(IDNO);
+    Press(page.cmdSetupAccounts);
+    ASSERT_EQ(boxes.Seen().size(), 1u);
+    EXPECT_EQ(boxes.Seen()[0].style, static_cast<unsigned>(MB_YESNO | MB_ICONEXCLAMATION));
+    for (const char* doubt : {"\"root\" is the administrator's own", "The password of \"kg\" is empty"})
+        EXPECT_NE(boxes.Seen()[0].text.find(doubt), std::string::npos) << boxes.Seen()[0].text;
+    // One name with two passwords: the second one is in force.
+    page.txtGloginUsername.Text("kc");
+    page.txtAMGlobalPassword.Text("pg");
+    Press(page.cmdSetupAccounts);
+    ASSERT_EQ(boxes.Seen().size(), 2u);
+    EXPECT_TRUE(
+        boxes.Seen()[1].text.starts_with("Error Number [1045] The login \"kc\" for glogin does not work: "))
+        << boxes.Seen()[1].text;
+    EXPECT_EQ(common::ReadFileText(kernoIni), kKerno);
+    modServerControl::KernoPath("");
+    support::Clean(root);
+    Press(page.cmdSetupAccounts);
+    EXPECT_TRUE(boxes.Seen().back().text.starts_with("The folder of the servers is not set"));
+    EXPECT_TRUE(users().empty());
+    EXPECT_FALSE(common::FileExists("Kerno.ini"));
+}
+
+TEST_F(MySQLSetUp, OpensBesideAKernoIniThatCannotBeRead) {
+    wizard.Unload();
+    support::WriteFile(kernoIni, "");
+    wizard.Show();
+    EXPECT_TRUE(support::WaitUntil([&] { return !boxes.Seen().empty(); }) && support::Settle());
+    EXPECT_TRUE(wizard.Loaded());
+    EXPECT_TRUE(boxes.Seen()[0].text.starts_with("Error Number [62] "));
+    EXPECT_EQ(wizard.accounts.txtGloginUsername.Text(), "");
+    Press(wizard.accounts.cmdSuggestPasswords);
+    EXPECT_EQ(wizard.accounts.txtGloginPassword.Text().size(), 16u);
+    EXPECT_NE(wizard.accounts.txtGloginPassword.Text(), wizard.accounts.txtAMGlobalPassword.Text());
 }
 
 TEST_F(MySQLSetUp, NextAndPreviousFollowTheTabs) {

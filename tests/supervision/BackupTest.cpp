@@ -131,7 +131,7 @@ struct Backup : Panel, support::Databases {
     }
     ~Backup() override { modServerControl::MySQLPath(""); }
 
-    static std::vector<std::string> Sums(database::Connection& connection, const std::string& prefix = {}) {
+    static std::vector<std::string> Sums(support::Client& connection, const std::string& prefix = {}) {
         std::vector<std::string> sums;
         for (const auto& database : suite::Databases())
             std::ranges::copy(support::Checksums(connection, prefix + std::string(database.name)),

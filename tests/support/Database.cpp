@@ -1,6 +1,6 @@
 #include "support/Database.h"
 
-#include "database/Query.h"
+#include "database/Odbc.h"
 
 #include <cstdlib>
 #include <stdexcept>
@@ -19,7 +19,7 @@ std::string ServerFolder(const std::string& host) {
 
 bool Answers(const std::string& host) {
     try {
-        database::Connection().Open(RootConnection(host));
+        Client().Open(RootConnection(host));
         return true;
     } catch (const database::Error&) {
         return false;
@@ -32,11 +32,17 @@ std::string RootConnection(const std::string& host, const std::string& database)
     return database::MySQLConnectionString(host, "root", "", database);
 }
 
+void Client::Open(const std::string& connectionString) {
+    connectionString_ = connectionString;
+    session_.reset();
+    session_ = std::make_shared<database::odbc::Session>(connectionString, 10);
+}
+
 std::string DataFolder(const std::string& host) {
     return ServerFolder(host) + "\\data";
 }
 
-std::vector<std::string> Rows(database::Connection& connection, const std::string& sql) {
+std::vector<std::string> Rows(Client& connection, const std::string& sql) {
     const database::Answer all = database::ReadAll(connection.Session(), sql);
     std::vector<std::string> rows(all.Count());
     for (std::size_t row = 0; row < rows.size(); ++row) {
@@ -48,7 +54,7 @@ std::vector<std::string> Rows(database::Connection& connection, const std::strin
     return rows;
 }
 
-std::vector<std::string> Checksums(database::Connection& connection, const std::string& database) {
+std::vector<std::string> Checksums(Client& connection, const std::string& database) {
     const std::string statement = "CHECKSUM TABLE " + database + ".";
     std::vector<std::string> sums;
     for (const std::string& table : Rows(connection, "SHOW TABLES FROM " + database))
@@ -56,7 +62,7 @@ std::vector<std::string> Checksums(database::Connection& connection, const std::
     return sums;
 }
 
-void Clean(database::Connection& connection) {
+void Clean(Client& connection) {
     for (const std::string& name : Rows(connection, "SHOW DATABASES")) {
         if (name != "mysql" && name != "sys" && !name.ends_with("_schema"))
             connection.Execute("DROP DATABASE " + database::Quoted(name));

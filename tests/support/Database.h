@@ -17,14 +17,27 @@ std::string RootConnection(const std::string& host = kLocalServer, const std::st
 /// The folder of a server's table files, for Windows programs, without a trailing backslash.
 std::string DataFolder(const std::string& host = kLocalServer);
 
+/// A client of a server that waits for every answer, from any thread.
+class Client {
+public:
+    void Open(const std::string& connectionString);
+    void Revive() { Open(std::string(connectionString_)); }
+    std::int64_t Execute(const std::string& sql) { return database::Execute(session_, sql); }
+    const database::SessionPtr& Session() const { return session_; }
+
+private:
+    std::string connectionString_;
+    database::SessionPtr session_;
+};
+
 /// All rows of a query, the fields of a row joined by "|", null as "NULL".
-std::vector<std::string> Rows(database::Connection& connection, const std::string& sql);
+std::vector<std::string> Rows(Client& connection, const std::string& sql);
 
 /// The checksums of a database's tables, each with the table's name.
-std::vector<std::string> Checksums(database::Connection& connection, const std::string& database);
+std::vector<std::string> Checksums(Client& connection, const std::string& database);
 
 /// Drops every database and login but the server's own.
-void Clean(database::Connection& connection);
+void Clean(Client& connection);
 
 /// Kills the server as a power cut would, and keeps it down as long as the object lives.
 class ServerDown {
@@ -42,8 +55,8 @@ private:
 struct Databases {
     Databases();
 
-    database::Connection root;
-    database::Connection remote;
+    Client root;
+    Client remote;
 };
 
 class DatabaseTest : public testing::Test, protected Databases {};
