@@ -316,7 +316,17 @@ void Console::Run(Command command, int number) {
     case Command::Broadcast:
         Broadcast();
         break;
+    case Command::KeepMessages:
+        memoProc_ = reinterpret_cast<WNDPROC>(
+            SetWindowLongPtrA(memo_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&KeepingMemoProc)));
+        break;
     }
+}
+
+LRESULT CALLBACK Console::KeepingMemoProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_SETTEXT)
+        return FALSE;
+    return CallWindowProcA(console->memoProc_, window, message, wParam, lParam);
 }
 
 void Console::Write(const std::string& line) {

@@ -24,6 +24,7 @@ public:
 
 private:
     static LRESULT CALLBACK MainProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+    static LRESULT CALLBACK KeepingMemoProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
     LRESULT Handle(UINT message, WPARAM wParam, LPARAM lParam);
     void MakeChildren();
     void MakeBroadcastWindow();
@@ -48,6 +49,7 @@ private:
     HWND main_ = nullptr;
     HWND headline_ = nullptr;
     HWND memo_ = nullptr;
+    WNDPROC memoProc_ = nullptr;
     HWND state_ = nullptr;
     HWND field_ = nullptr;
     HWND button_ = nullptr;

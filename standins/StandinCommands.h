@@ -15,6 +15,7 @@ enum class Command : WPARAM {
     Hang,                ///< answers no message for `number` seconds
     Crash,               ///< dies of an access violation
     Broadcast,           ///< zone only: sends what is in its text field to the players
+    KeepMessages,        ///< from now on its message box refuses to be emptied
 };
 
 inline constexpr int kMenuStart = static_cast<int>(Command::WriteLines);

@@ -13,6 +13,7 @@ SetCompressor /SOLID lzma
 
 !define TITLE "Kerno Tools"
 !define KEY "Software\Microsoft\Windows\CurrentVersion\Uninstall\${TITLE}"
+!define AUTOSTART "Software\Microsoft\Windows\CurrentVersion\Run"
 !define SHORTCUT "$SMPROGRAMS\${TITLE}.lnk"
 ; Exit status of a silent run that could not do its work.
 !define REFUSED 2
@@ -44,6 +45,11 @@ in which you may write. Settings, logs and backups that are there already stay."
 !insertmacro MUI_PAGE_DIRECTORY
 !insertmacro MUI_PAGE_INSTFILES
 !define MUI_FINISHPAGE_RUN "$INSTDIR\kTools.exe"
+; The page's second check box.
+!define MUI_FINISHPAGE_SHOWREADME
+!define MUI_FINISHPAGE_SHOWREADME_NOTCHECKED
+!define MUI_FINISHPAGE_SHOWREADME_TEXT "Supervise the servers from the tray after each start of Windows"
+!define MUI_FINISHPAGE_SHOWREADME_FUNCTION StartWithWindows
 !insertmacro MUI_PAGE_FINISH
 !define MUI_UNCONFIRMPAGE_TEXT_TOP "${TITLE} will be removed from this folder. Settings, logs, backups and the maps \
 that you added or changed stay."
@@ -70,6 +76,10 @@ that you added or changed stay."
     ${EndIf}
   ${Loop}
 !macroend
+
+Function StartWithWindows
+  WriteRegStr HKCU "${AUTOSTART}" "${TITLE}" '"$INSTDIR\kTools.exe" /supervise'
+FunctionEnd
 
 Function CheckFolder
   ClearErrors
@@ -137,6 +147,7 @@ Section Uninstall
   ReadRegStr $0 HKCU "${KEY}" InstallLocation
   ${If} $0 == $INSTDIR
     Delete "${SHORTCUT}"
+    DeleteRegValue HKCU "${AUTOSTART}" "${TITLE}"
     DeleteRegKey HKCU "${KEY}"
   ${EndIf}
 SectionEnd

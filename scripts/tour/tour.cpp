@@ -13,6 +13,7 @@
 #include "dbsetup/fraDatabaseCheck.ids.h"
 #include "dbsetup/fraServerTest.ids.h"
 #include "supervision/fraConnections.ids.h"
+#include "supervision/frmServerControl.ids.h"
 
 // clang-format off
 #include <winsock2.h>
@@ -242,6 +243,7 @@ const std::vector<Stop> kStops = {
     {"control-panel",
      Press(IDC_frmMainMenu_cmdServerControl),
      {{"ip-detection", Press(IDC_fraConnections_cmdIPDetectionSettings)},
+      {"journal", Press(IDC_frmServerControl_cmdJournal)},
       {"control-panel-menu", TrayMenu(0)}}},
     // Its first account is a game master's.
     {"account-editor",

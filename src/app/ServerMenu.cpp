@@ -2,50 +2,82 @@
 
 #include "common/Files.h"
 #include "gui/modSystemTray.h"
+#include "servers/ServerWatch.h"
+#include "servers/StubbornDialogs.h"
+#include "supervision/RestartAll.h"
 
 #include <algorithm>
+#include <optional>
 
 using namespace modServerControl;
 
-bool ServerMenu::Start(Server server) {
-    if (!AskAndStart(server))
-        return false;
+namespace {
+
+constexpr const char* kBackupQuestion =
+    "A backup has the servers down, and closes them again while it lasts. Start all the same ?";
+
+/// What is more urgent than the servers' state, in the few characters that a tooltip has.
+std::optional<std::string> TroubleText() {
+    const ULONGLONG now = GetTickCount64();
+    if (const auto dialog = Stubborn().Oldest(now))
+        return "Kerno Tools :: a dialog of " + dialog->program + " does not close";
+    for (const Server server : kServers)
+        if (const int launches = Launches().Recent(server, now); launches >= LaunchHistory::kMany)
+            return std::string("Kerno Tools :: ") + ComponentOf(server).name + " server: started " +
+                   std::to_string(launches) + " times";
+    return {};
+}
+
+} // namespace
+
+gui::Task<bool> ServerMenu::Start(Server server) {
+    const bool may = co_await MayStart(server);
+    if (!may)
+        co_return false;
+    StartWithPriority(server, kTools_, journal::Asker::Tray);
     RefreshTip();
-    return true;
+    co_return true;
 }
 
-void ServerMenu::Shutdown(Server server) {
-    modServerControl::Shutdown(server);
+gui::Task<> ServerMenu::Shutdown(Server server) {
+    CancelStart(server);
+    co_await ShutdownFor(journal::Asker::Tray, server);
     RefreshTip();
 }
 
-void ServerMenu::Restart(Server server) {
-    modServerControl::Shutdown(server);
-    StartWithPriority(server);
+gui::Task<> ServerMenu::Restart(Server server) {
+    const std::vector<Server> servers{server};
+    co_await RestartServers(servers);
 }
 
-void ServerMenu::StartKerno() {
+gui::Task<> ServerMenu::StartKerno() {
     // KernoPath ends in a separator already. Windows takes two in a row for one.
     const bool complete = std::ranges::all_of(kServers, [](Server server) {
         return common::FileExists(KernoPath() + "\\" + ComponentOf(server).executable);
     });
     if (!complete) {
-        form_.MsgBoxNow("Can't find Kerno executables in current directory");
-        return;
+        form_.Tell("Can't find Kerno executables in current directory");
+        co_return;
     }
-    if (std::ranges::all_of(kServers, [this](Server server) { return AskAndStart(server); }))
-        RefreshTip();
+    for (const Server server : kServers) {
+        const bool started = co_await Start(server);
+        if (!started)
+            co_return;
+    }
 }
 
-void ServerMenu::ShutdownKerno() {
-    ShutdownAll();
-    modSystemTray::TrayModifyIcon(form_, kKernoInactive);
-}
-
-void ServerMenu::RestartKerno() {
-    ShutdownAll();
+gui::Task<> ServerMenu::ShutdownKerno() {
+    // All of them first: the shutdown of the last one takes seconds, and a start may be due at any time.
+    std::ranges::for_each(kServers, CancelStart);
     for (const Server server : kServers)
-        StartWithPriority(server);
+        co_await ShutdownFor(journal::Asker::Tray, server);
+    modSystemTray::TrayModifyIcon(form_, kKernoInactive);
+    told_ = kKernoInactive;
+}
+
+gui::Task<> ServerMenu::RestartKerno() {
+    const std::vector<Server> servers(kServers.begin(), kServers.end());
+    co_await RestartServers(servers);
 }
 
 void ServerMenu::ShowKerno() {
@@ -55,17 +87,53 @@ void ServerMenu::HideKerno() {
     std::ranges::for_each(kServers, Hide);
 }
 
-bool ServerMenu::AskAndStart(Server server) {
-    if (IsRunning(server) && form_.MsgBoxNow(SecondInstanceQuestion(server), MB_YESNO) != IDYES)
-        return false;
-    StartWithPriority(server);
-    return true;
+gui::Task<bool> ServerMenu::MayStart(Server server) {
+    if (BackupPhase::IsOn()) {
+        const int answer = co_await form_.MsgBox(kBackupQuestion, MB_YESNO);
+        if (answer != IDYES)
+            co_return false;
+    }
+    if (!IsOwned(server) && (IsRunning(server) || IsStarting(server))) {
+        const std::string question = SecondInstanceQuestion(server);
+        const int answer = co_await form_.MsgBox(question, MB_YESNO);
+        if (answer != IDYES)
+            co_return false;
+    }
+    // Asked last, because a question may stay open for long.
+    if (IsOwned(server)) {
+        form_.Tell(supervision::kRestartUnderWay);
+        co_return false;
+    }
+    co_return true;
 }
 
-void ServerMenu::StartWithPriority(Server server) {
-    modServerControl::StartWithPriority(server, kTools_);
+gui::Task<> ServerMenu::RestartServers(std::vector<Server> servers) {
+    if (BackupPhase::IsOn()) {
+        const int answer = co_await form_.MsgBox(kBackupQuestion, MB_YESNO);
+        if (answer != IDYES)
+            co_return;
+    }
+    const supervision::Restart restart{
+        .asker = journal::Asker::Tray, .message = {}, .meanwhile = {}, .servers = servers};
+    const bool done = co_await supervision::RestartAll(restart, kTools_);
+    if (!done)
+        form_.Tell(supervision::kRestartUnderWay);
 }
 
 void ServerMenu::RefreshTip() {
     modSystemTray::TrayModifyIcon(form_, ServerStatusText());
+    told_ = TrayStatusText();
+}
+
+bool ServerMenu::AddIcon() {
+    told_ = TrayStatusText();
+    return modSystemTray::TrayAddIcon(form_, told_);
+}
+
+void ServerMenu::FollowServers() {
+    const std::string text = TroubleText().value_or(TrayStatusText());
+    if (text == told_)
+        return;
+    told_ = text;
+    modSystemTray::TrayModifyIcon(form_, text);
 }

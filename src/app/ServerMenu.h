@@ -4,29 +4,42 @@
 #include "servers/modServerControl.h"
 #include "settings/clsINI.h"
 
+#include <string>
+#include <vector>
+
 /// What the tray menu's entries do to the servers, with their questions and the icon's tooltip. Priorities
 /// come from kTools.ini.
 class ServerMenu {
 public:
     ServerMenu(gui::Form& form, const clsINI& kTools) : form_(form), kTools_(kTools) {}
 
-    /// Starts the server, after a question when it runs already. False when the answer was No.
-    bool Start(modServerControl::Server server);
-    void Shutdown(modServerControl::Server server);
-    void Restart(modServerControl::Server server);
+    /// Starts the server, after a question when it runs already, is starting, or would not run for long
+    /// because a backup has the servers down; not at all while somebody has it down for a restart. False when
+    /// it was not started.
+    gui::Task<bool> Start(modServerControl::Server server);
+    gui::Task<> Shutdown(modServerControl::Server server);
+    gui::Task<> Restart(modServerControl::Server server);
 
-    /// All three, unless an executable is missing; a No at any question ends the whole action.
-    void StartKerno();
-    void ShutdownKerno();
-    void RestartKerno();
+    /// All three, unless an executable is missing; one that is not started ends the whole action.
+    gui::Task<> StartKerno();
+    gui::Task<> ShutdownKerno();
+    gui::Task<> RestartKerno();
     void ShowKerno();
     void HideKerno();
 
+    /// Puts the icon with the servers' state there; false when there is none afterwards.
+    bool AddIcon();
+    /// Changes the icon's tooltip when something else is to be said than what it said last: about a dialog
+    /// that does not close, a server that is started again and again, or else the servers' state.
+    void FollowServers();
+
 private:
-    bool AskAndStart(modServerControl::Server server);
-    void StartWithPriority(modServerControl::Server server);
+    gui::Task<bool> MayStart(modServerControl::Server server);
+    gui::Task<> RestartServers(std::vector<modServerControl::Server> servers);
     void RefreshTip();
 
     gui::Form& form_;
     const clsINI& kTools_;
+    /// What the tooltip is about.
+    std::string told_;
 };

@@ -16,7 +16,23 @@ gui::Task<> EndAfter(std::string message, std::string title) {
     gui::End(1);
 }
 
+constexpr const char* kCaption = "Kerno Tools ::";
+
 } // namespace
+
+void BringOtherCopyToFront() {
+    modServerControl::FindWindowWhere(nullptr, "#32770", [](HWND window) {
+        DWORD process = 0;
+        GetWindowThreadProcessId(window, &process);
+        if (process == GetCurrentProcessId() || modServerControl::ReadFullTitle(window) != kCaption)
+            return false;
+        AllowSetForegroundWindow(process);
+        // As if its tray icon had been double-clicked, whether it has one or not.
+        PostMessageA(window, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(modSystemTray::kTrayDoubleClick, 0));
+        // A message box of the window has its title too, and takes no notice.
+        return false;
+    });
+}
 
 void frmMainMenu::Form_Load() {
     Start(StartUp());
@@ -27,6 +43,7 @@ gui::Task<> frmMainMenu::StartUp() {
         const int answer = co_await MsgBox(
             "It is not advisable to run few instances of this tool. Close this instance ?", MB_YESNO);
         if (answer == IDYES) {
+            BringOtherCopyToFront();
             gui::End();
             co_return;
         }
@@ -80,6 +97,7 @@ void frmMainMenu::Form_MouseDown(gui::MouseButton /*button*/, int x, int /*y*/) 
         Restore();
         BringToFront();
         inTray_ = false;
+        tmrTray.Enabled(false);
         modSystemTray::TrayDeleteIcon(*this);
     } else if (x == modSystemTray::kTrayRightDown) {
         modSystemTray::TrayShowMenu(*this, mnuSystray);
@@ -88,7 +106,7 @@ void frmMainMenu::Form_MouseDown(gui::MouseButton /*button*/, int x, int /*y*/) 
 
 void frmMainMenu::Form_TaskbarCreated() {
     if (inTray_)
-        modSystemTray::TrayAddIcon(*this, modServerControl::TrayStatusText());
+        servers_.AddIcon();
 }
 
 void frmMainMenu::Form_Error(const RuntimeError& error) {
@@ -122,9 +140,29 @@ void frmMainMenu::mnuSetUpMySQL_Click() {
 }
 
 void frmMainMenu::cmdMinimizetoTray_Click() {
-    modSystemTray::TrayAddIcon(*this, modServerControl::TrayStatusText());
-    inTray_ = true;
-    Visible(false);
+    inTray_ = servers_.AddIcon();
+    tmrTray.Enabled(inTray_);
+    // Without an icon the window stays in the task bar, or there would be no way back to it.
+    if (inTray_)
+        Visible(false);
+    else
+        State(gui::WindowState::Minimized);
+}
+
+gui::Task<> frmMainMenu::StartServer(Server server) {
+    co_await servers_.Start(server);
+}
+
+void frmMainMenu::Supervise() {
+    cmdMinimizetoTray_Click();
+    frmServerControl& panel = serverControl_.Get();
+    panel.Load(this);
+    if (panel.Loaded())
+        panel.State(gui::WindowState::Minimized);
+}
+
+void frmMainMenu::tmrTray_Timer() {
+    servers_.FollowServers();
 }
 
 gui::Task<> frmMainMenu::mnuSetPath_Click() {

@@ -9,6 +9,7 @@
 #include "gui/Control.h"
 #include "gui/FormSlot.h"
 #include "gui/Menu.h"
+#include "gui/Timer.h"
 #include "servers/modServerControl.h"
 #include "settings/clsINI.h"
 #include "supervision/frmServerControl.h"
@@ -81,6 +82,11 @@ public:
 
     /// The questions of the start are answered and the settings read: the window may be shown.
     gui::Event Started;
+    // While the icon shows, its text follows the servers.
+    gui::Timer tmrTray{*this, std::chrono::seconds(1), &frmMainMenu::tmrTray_Timer, false};
+
+    /// Instead of Show: goes to the tray, and has the control panel open there. For the start with Windows.
+    void Supervise();
 
 private:
     using Server = modServerControl::Server;
@@ -98,24 +104,26 @@ private:
     void cmdServerConfig_Click();
     void cmdServerStatus_Click();
 
+    gui::Task<> StartServer(Server server);
+    void tmrTray_Timer();
     gui::Task<> mnuSetPath_Click();
     gui::Task<> mnuSetSQLPath_Click();
     void mnuSetUpMySQL_Click();
     gui::Task<> mnuAbout_Click();
     void mnuHelp_Click();
 
-    void mnuStartKerno_Click() { servers_.StartKerno(); }
-    void mnuShutdownKerno_Click() { servers_.ShutdownKerno(); }
-    void mnuRestartKerno_Click() { servers_.RestartKerno(); }
-    void mnuStartLogin_Click() { servers_.Start(Server::Login); }
-    void mnuStartCharacter_Click() { servers_.Start(Server::Character); }
-    void mnuStartZone_Click() { servers_.Start(Server::Zone); }
-    void mnuShutdownLogin_Click() { servers_.Shutdown(Server::Login); }
-    void mnuShutdownCharacter_Click() { servers_.Shutdown(Server::Character); }
-    void mnuShutdownZone_Click() { servers_.Shutdown(Server::Zone); }
-    void mnuRestartLogin_Click() { servers_.Restart(Server::Login); }
-    void mnuRestartCharacter_Click() { servers_.Restart(Server::Character); }
-    void mnuRestartZone_Click() { servers_.Restart(Server::Zone); }
+    gui::Task<> mnuStartKerno_Click() { return servers_.StartKerno(); }
+    gui::Task<> mnuShutdownKerno_Click() { return servers_.ShutdownKerno(); }
+    gui::Task<> mnuRestartKerno_Click() { return servers_.RestartKerno(); }
+    gui::Task<> mnuStartLogin_Click() { return StartServer(Server::Login); }
+    gui::Task<> mnuStartCharacter_Click() { return StartServer(Server::Character); }
+    gui::Task<> mnuStartZone_Click() { return StartServer(Server::Zone); }
+    gui::Task<> mnuShutdownLogin_Click() { return servers_.Shutdown(Server::Login); }
+    gui::Task<> mnuShutdownCharacter_Click() { return servers_.Shutdown(Server::Character); }
+    gui::Task<> mnuShutdownZone_Click() { return servers_.Shutdown(Server::Zone); }
+    gui::Task<> mnuRestartLogin_Click() { return servers_.Restart(Server::Login); }
+    gui::Task<> mnuRestartCharacter_Click() { return servers_.Restart(Server::Character); }
+    gui::Task<> mnuRestartZone_Click() { return servers_.Restart(Server::Zone); }
     void mnuShowKerno_Click() { servers_.ShowKerno(); }
     void mnuHideKerno_Click() { servers_.HideKerno(); }
     void mnuShowLogin_Click() { modServerControl::ShowLoginServer(); }
@@ -146,3 +154,6 @@ private:
     gui::FormSlot<frmServerStatus> serverStatus_;
     gui::FormSlot<frmServerSettings> serverSettings_;
 };
+
+/// Shows the main window of another copy of the tool, out of the tray if it is there.
+void BringOtherCopyToFront();

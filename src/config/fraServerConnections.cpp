@@ -3,16 +3,17 @@
 #include "gui/MsgBox.h"
 #include "supervision/IPDetection.h"
 
-void fraServerConnections::cmdEnterIP_Click() {
-    const auto [addresses, messages] = supervision::DetectAddresses(kTools_);
-    for (const std::string& message : messages)
-        gui::MsgBoxNow(message);
-    if (!Loaded())
-        return;
-    gui::Form& form = Panel().Parent();
-    if (addresses.front().empty())
-        form.MsgBoxNow("IP Detection Failed", MB_OK, gui::kApplicationTitle);
-    else if (form.MsgBoxNow(addresses.back() + " is detected as current IP address. Use it ?", MB_YESNO,
-                            gui::kApplicationTitle) == IDYES)
-        txtServerIP.Text(addresses.back());
+gui::Task<> fraServerConnections::cmdEnterIP_Click() {
+    const supervision::Detection detection = co_await supervision::DetectAddresses(kTools_);
+    for (const std::string& message : detection.messages)
+        co_await MsgBox(message, MB_OK, gui::kApplicationTitle);
+    const std::string address = detection.addresses.back();
+    if (address.empty()) {
+        co_await MsgBox("IP Detection Failed", MB_OK, gui::kApplicationTitle);
+        co_return;
+    }
+    const std::string question = address + " is detected as current IP address. Use it ?";
+    const int answer = co_await MsgBox(question, MB_YESNO, gui::kApplicationTitle);
+    if (answer == IDYES)
+        txtServerIP.Text(address);
 }

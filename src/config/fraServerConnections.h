@@ -21,7 +21,7 @@ public:
     gui::TextBox txtGamePort{*this, IDC_fraServerConnections_txtGamePort};
 
 private:
-    void cmdEnterIP_Click();
+    gui::Task<> cmdEnterIP_Click();
 
     const clsINI& kTools_;
 };

@@ -7,6 +7,7 @@
 #include "servers/KernoKeys.h"
 #include "servers/modServerControl.h"
 #include "settings/kToolsSettings.h"
+#include "supervision/RestartAll.h"
 
 using gui::kApplicationTitle;
 using suite::Databases;
@@ -77,18 +78,20 @@ void frmServerSettings::LoadSettings() {
     priority.ShowCurrentPriorities();
 }
 
-void frmServerSettings::cmdSaveSettings_Click() {
+gui::Task<> frmServerSettings::cmdSaveSettings_Click() {
     SaveSettings();
-    MsgBoxNow("Server settings saved", MB_OK, kApplicationTitle);
+    co_await MsgBox("Server settings saved", MB_OK, kApplicationTitle);
     for (const modServerControl::Server server : modServerControl::kServers) {
-        // A shutdown lets the user go on meanwhile, closing this window included; the restart that was asked
-        // for is finished all the same, but nothing more is asked.
-        if (!Loaded())
-            return;
-        if (!modServerControl::IsRunning(server) ||
-            MsgBoxNow(modServerControl::RestartQuestion(server), MB_YESNO, kApplicationTitle) != IDYES)
+        if (!modServerControl::IsRunning(server))
             continue;
-        modServerControl::Shutdown(server);
-        modServerControl::StartWithPriority(server, kTools_);
+        const std::string question = modServerControl::RestartQuestion(server);
+        const int answer = co_await MsgBox(question, MB_YESNO, kApplicationTitle);
+        if (answer != IDYES)
+            continue;
+        const supervision::Restart restart{
+            .asker = journal::Asker::Configurator, .message = {}, .meanwhile = {}, .servers = {server}};
+        const bool done = co_await supervision::RestartAll(restart, kTools_);
+        if (!done)
+            Tell(supervision::kRestartUnderWay, MB_OK, kApplicationTitle);
     }
 }

@@ -40,7 +40,7 @@ private:
     void Form_Load() override;
     gui::CommandButton* CancelButton() override { return &cmdClose; }
 
-    void cmdSaveSettings_Click();
+    gui::Task<> cmdSaveSettings_Click();
     void cmdReload_Click() { LoadSettings(); }
     void cmdClose_Click() { Unload(); }
 

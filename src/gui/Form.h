@@ -131,6 +131,8 @@ protected:
     virtual void Form_MouseDown(MouseButton /*button*/, int /*x*/, int /*y*/) {}
     /// The task bar was made anew (its program had crashed), so its tray icons are gone.
     virtual void Form_TaskbarCreated() {}
+    /// Windows ends the session: the last moment to save, without a question.
+    virtual void Form_EndSession() {}
     /// An error that no handler of this form caught. Tells it in a message box.
     virtual void Form_Error(const RuntimeError& error);
     /// The button that Esc presses.

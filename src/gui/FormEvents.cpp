@@ -141,6 +141,10 @@ bool Form::Handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
     case WM_GETMINMAXINFO:
         reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = smallest_;
         return true;
+    case WM_ENDSESSION:
+        if (wParam)
+            Raise([this] { Form_EndSession(); });
+        return true;
     case WM_CLOSE:
         Unload();
         return true;

@@ -25,9 +25,12 @@ NOTIFYICONDATAA TrayRecord(const gui::Form& form, const std::string& tip) {
     return record;
 }
 
-void TrayAddIcon(const gui::Form& form, const std::string& tip) {
+bool TrayAddIcon(const gui::Form& form, const std::string& tip) {
+    // Or a task bar that is made anew could not tell a tool that runs as administrator.
+    ChangeWindowMessageFilterEx(form.Window(), RegisterWindowMessageA("TaskbarCreated"), MSGFLT_ALLOW,
+                                nullptr);
     NOTIFYICONDATAA record = TrayRecord(form, tip);
-    Shell_NotifyIconA(NIM_ADD, &record);
+    return Shell_NotifyIconA(NIM_ADD, &record) || Shell_NotifyIconA(NIM_MODIFY, &record);
 }
 
 void TrayModifyIcon(const gui::Form& form, const std::string& tip) {

@@ -21,7 +21,9 @@ inline constexpr std::size_t kTipSize = 64;
 /// The record that goes to the platform for the form and the tooltip.
 NOTIFYICONDATAA TrayRecord(const gui::Form& form, const std::string& tip);
 
-void TrayAddIcon(const gui::Form& form, const std::string& tip);
+/// Puts the icon there; one that is there already gets the tooltip and the picture. False when there is no
+/// icon afterwards.
+bool TrayAddIcon(const gui::Form& form, const std::string& tip);
 /// Replaces the tooltip and the picture of the form's icon.
 void TrayModifyIcon(const gui::Form& form, const std::string& tip);
 /// Nothing happens when the form has no icon there.

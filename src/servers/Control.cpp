@@ -9,7 +9,12 @@
 #include "servers/Dialogs.h"
 #include "servers/ForeignWindows.h"
 #include "servers/Priority.h"
+#include "servers/Processes.h"
+#include "servers/ServerWatch.h"
 #include "servers/ZonePause.h"
+
+#include <cstdio>
+#include <exception>
 
 namespace modServerControl {
 
@@ -58,26 +63,28 @@ std::int16_t Start(Server server) {
     // The servers look for their files in the current folder.
     if (!SetCurrentDirectoryA(KernoPath().c_str()))
         return 0;
-    return Launch(path) ? 1 : 0;
+    if (!Launch(path))
+        return 0;
+    Launches().Note(server, GetTickCount64());
+    return 1;
 }
 
-std::int16_t Shutdown(Server server) {
-    const gui::Uninterrupted uninterrupted;
+gui::Task<std::int16_t> Shutdown(Server server) {
     // A server does not close while one of its dialogs waits for an answer.
-    CloseServerDialogs();
+    co_await CloseServerDialogs();
     const HWND posted = FindServerWindow(server, ComponentOf(server).mainWindowClass, [](HWND window) {
         return PostMessageA(window, WM_CLOSE, 0, 0) != FALSE;
     });
     if (!posted)
-        return 0;
+        co_return 0;
     try {
         if (server == Server::Zone)
-            ZoneShutdownPause();
+            co_await ZoneShutdownPause();
     } catch (const RuntimeError&) {
-        return 0;
+        co_return 0;
     }
-    CloseServerDialogs();
-    return 1;
+    co_await CloseServerDialogs();
+    co_return 1;
 }
 
 std::int16_t Show(Server server) {
@@ -87,22 +94,78 @@ std::int16_t Hide(Server server) {
     return SetVisibility(server, modGUI::HideWindowAsync);
 }
 
-std::int16_t StartWithPriority(Server server, const clsINI& priorities) {
+namespace {
+
+/// One line of the journal about a launch, written when it is known what came of it, or when the tool is
+/// left.
+struct LaunchLine {
+    ~LaunchLine() { journal::WriteTo(path, asker, text); }
+
+    const std::string path = journal::Path();
+    journal::Asker asker;
+    std::string text;
+};
+
+gui::Task<> ReportLaunch(Server server, journal::Asker asker, std::string text) {
+    constexpr ULONGLONG kLongest = 60'000;
+    const ULONGLONG start = GetTickCount64();
+    LaunchLine line{.asker = asker, .text = std::move(text)};
+    while (!IsRunning(server)) {
+        const ULONGLONG passed = GetTickCount64() - start;
+        if (passed > kLongest || ProcessesOf(server).empty()) {
+            line.text += passed > kLongest ? "; no window after a minute" : "; it ended at once";
+            co_return;
+        }
+        co_await gui::Delay(std::chrono::milliseconds(100));
+    }
+    char seconds[40];
+    std::snprintf(seconds, sizeof seconds, "; window after %.1f s",
+                  static_cast<double>(GetTickCount64() - start) / 1000);
+    line.text += seconds;
+}
+
+} // namespace
+
+std::int16_t StartWithPriority(Server server, const clsINI& priorities, journal::Asker asker,
+                               const std::string& why) {
     const std::int16_t status = Start(server);
+    const std::string text =
+        ComponentOf(server).name + std::string(" server: ") + (why.empty() ? "" : why + "; ");
+    if (status)
+        gui::ToolTasks().Start(ReportLaunch(server, asker, text + "started"));
+    else
+        journal::Write(asker, text + "could not be started");
     const std::string_view key = ComponentOf(server).priorityKey;
     if (!key.empty())
         SetPriority(server, common::CInt(common::Val(priorities.INIProperty(key))));
     return status;
 }
 
-void StartAllWithPriority(const clsINI& priorities) {
-    for (const Server server : kServers)
-        StartWithPriority(server, priorities);
+gui::Task<std::int16_t> ShutdownFor(journal::Asker asker, Server server) {
+    const bool ran = IsRunning(server);
+    const std::int16_t status = co_await Shutdown(server);
+    // The zone server's status says nothing of the close: its pause takes it along.
+    journal::Write(asker, std::string(ComponentOf(server).name) +
+                              (ran ? " server: told to close" : " server: does not run, not closed"));
+    co_return status;
 }
 
-void ShutdownAll() {
-    for (const Server server : kServers)
-        Shutdown(server);
+void ForEach(std::span<const Server> servers, const std::function<void(Server)>& action) {
+    std::exception_ptr first;
+    for (const Server server : servers) {
+        try {
+            action(server);
+        } catch (const RuntimeError&) {
+            if (!first)
+                first = std::current_exception();
+        }
+    }
+    if (first)
+        std::rethrow_exception(first);
+}
+
+void StartAllWithPriority(const clsINI& priorities, journal::Asker asker) {
+    ForEach(kServers, [&](Server server) { StartWithPriority(server, priorities, asker); });
 }
 
 } // namespace modServerControl

@@ -1,22 +1,15 @@
 #include "servers/Detection.h"
 
-#include "common/Files.h"
 #include "common/FileTime.h"
-#include "common/Handle.h"
-#include "common/Text.h"
 #include "servers/ForeignWindows.h"
-
-#include <tlhelp32.h>
+#include "servers/Processes.h"
 
 #include <algorithm>
 #include <array>
-#include <optional>
 
 namespace modServerControl {
 
 namespace {
-
-using Handle = common::Handle<HANDLE, CloseHandle>;
 
 bool MatchesStart(std::string_view text, std::string_view pattern) {
     const auto matches = [](char wanted, char c) {
@@ -37,40 +30,19 @@ bool Passes(Server server, HWND window, bool (*titleTest)(Server, std::string_vi
     }
 }
 
-/// Started less than a minute ago, and still alive.
-bool IsYoung(HANDLE process) {
-    FILETIME start, end, kernel, user, now;
-    if (WaitForSingleObject(process, 0) != WAIT_TIMEOUT ||
-        !GetProcessTimes(process, &start, &end, &kernel, &user))
-        return false;
-    GetSystemTimeAsFileTime(&now);
-    constexpr ULONGLONG kMinute = 600'000'000;
-    return common::FileTimeUnits(now) - common::FileTimeUnits(start) < kMinute;
-}
-
-/// What tells a file from every other, however its path is written; nothing when it cannot be opened.
-std::optional<std::array<DWORD, 3>> FileIdentity(const std::string& path) {
-    const common::FileHandle file = common::TryOpenFile(path, 0, OPEN_EXISTING);
-    BY_HANDLE_FILE_INFORMATION information;
-    if (!file || !GetFileInformationByHandle(file.get(), &information))
-        return {};
-    return std::array{information.dwVolumeSerialNumber, information.nFileIndexHigh,
-                      information.nFileIndexLow};
-}
-
-/// By the file itself: the servers of another suite on this computer have the same names.
-bool Runs(HANDLE process, const std::string& executable) {
-    const auto running = FileIdentity(GetProcessPath(process));
-    // Two files that cannot be opened are not the same file.
-    return running && running == FileIdentity(executable);
-}
-
-bool HasWindow(DWORD process, const char* windowClass) {
-    return FindWindowWhere(nullptr, windowClass, [&](HWND window) {
+/// One of the server's windows belongs to the process, and is recognised.
+bool IsRecognised(Server server, const ProcessId& process) {
+    return FindServerWindow(server, ComponentOf(server).mainWindowClass, [&](HWND window) {
                DWORD owner = 0;
                GetWindowThreadProcessId(window, &owner);
-               return owner == process;
+               return owner == process.id;
            }) != nullptr;
+}
+
+ULONGLONG SystemNow() {
+    FILETIME now;
+    GetSystemTimeAsFileTime(&now);
+    return common::FileTimeUnits(now);
 }
 
 const char* StateText(Server server) {
@@ -113,21 +85,15 @@ bool IsRunning(Server server) {
 }
 
 bool IsStarting(Server server) {
-    const Component& component = ComponentOf(server);
-    const auto processes = common::Own<Handle>(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
-    PROCESSENTRY32 entry;
-    entry.dwSize = sizeof entry;
-    for (BOOL more = Process32First(processes.get(), &entry); more;
-         more = Process32Next(processes.get(), &entry)) {
-        if (!common::EqualsIgnoreCase(entry.szExeFile, component.executable))
-            continue;
-        const Handle process(
-            OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION | SYNCHRONIZE, FALSE, entry.th32ProcessID));
-        if (process && IsYoung(process.get()) && !HasWindow(entry.th32ProcessID, component.mainWindowClass) &&
-            Runs(process.get(), ExecutablePath(server)))
-            return true;
-    }
-    return false;
+    static std::array<ProcessAges, kServers.size()> agesOfServers;
+    ProcessAges& ages = agesOfServers[static_cast<std::size_t>(server)];
+    const std::vector<ProcessId> processes = ProcessesOf(server);
+    ages.Keep(processes);
+    const auto isStarting = [&](const ProcessId& process) {
+        return ages.Age(process, SystemNow(), GetTickCount64()) < std::chrono::minutes(1) &&
+               !IsRecognised(server, process);
+    };
+    return std::ranges::any_of(processes, isStarting);
 }
 
 std::string ServerStatusText() {

@@ -36,9 +36,8 @@ HWND MainWindow(Server server);
 /// True when the server has a main window.
 bool IsRunning(Server server);
 
-/// True while a process of the executable below KernoPath is less than a minute old and has no main window
-/// yet: a server reads its files first. A process that has the window is not starting any more, whether the
-/// window is recognised or not.
+/// True while a process of the executable below KernoPath is less than a minute old and shows no window that
+/// is recognised: a server reads its files first, and a zone server's window has no clock at once.
 bool IsStarting(Server server);
 
 /// The state of the three servers, for the tray: "Kerno Tools :: [Login(Active) Character(Inactive) ...]".

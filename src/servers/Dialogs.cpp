@@ -1,17 +1,19 @@
 #include "servers/Dialogs.h"
 
 #include "common/Text.h"
-#include "gui/Application.h"
 #include "servers/Detection.h"
 #include "servers/ForeignWindows.h"
+#include "servers/StubbornDialogs.h"
 
 #include <algorithm>
+#include <set>
 
 namespace modServerControl {
 
 namespace {
 
 constexpr ULONGLONG kMillisecondsToGo = 50;
+constexpr std::chrono::milliseconds kBetweenTries{50};
 
 /// Waits until the dialog is gone, the user does something, or it has had its time.
 void LetGo(HWND dialog) {
@@ -21,15 +23,33 @@ void LetGo(HWND dialog) {
             return;
 }
 
-/// One yield and one close after the other until nothing is closed any more; true when something was.
-bool CloseAll(const DialogTest& test) {
-    bool closed = false;
+/// One yield and one close after the other until nothing is left that was not told to close; true when one of
+/// them went.
+gui::Task<bool> CloseAll(DialogTest test) {
+    bool anyWent = false;
+    std::set<HWND> told;
     for (;;) {
-        gui::DoEvents();
-        if (CloseDialog(test).empty())
-            return closed;
-        closed = true;
+        co_await gui::NextTurn();
+        const ClosedDialog closed =
+            CloseFirstDialog([&](HWND dialog) { return !told.contains(dialog) && test(dialog); });
+        if (!closed.window)
+            break;
+        anyWent |= closed.HasGone();
+        told.insert(closed.window);
     }
+    // What is left does not close, or shows no text and is told nothing.
+    FindWindowWhere(nullptr, kDialogClass, [&](HWND dialog) {
+        if (test(dialog))
+            Stubborn().Meet(dialog, GetTickCount64());
+        return false;
+    });
+    co_return anyWent;
+}
+
+/// A dialog of either kind that is worth waiting for.
+bool HoldsUp(HWND dialog) {
+    return (IsServerDialogTitle(dialog) || IsServerProcessWindow(dialog)) &&
+           !Stubborn().IsGivenUp(dialog, GetTickCount64());
 }
 
 } // namespace
@@ -62,6 +82,10 @@ bool ServerPathWindows::Contains(HWND window) {
 
 bool IsServerDialogTitle(HWND window) {
     return NamesServer(ReadTitle(window));
+}
+
+bool IsServerDialogWholeTitle(HWND window) {
+    return NamesServer(ReadFullTitle(window));
 }
 
 bool HasDialog(const DialogTest& test) {
@@ -103,15 +127,15 @@ std::string CloseDialogByTitle() {
     return CloseDialog(IsServerDialogTitle);
 }
 
-std::int16_t CloseServerDialogs() {
-    while (HasDialog(IsServerDialogTitle) || HasDialog(IsServerProcessWindow)) {
-        const bool byProcess = CloseAll(IsServerProcessWindow);
-        const bool byTitle = CloseAll(IsServerDialogTitle);
-        // A dialog that shows no text is not closed but keeps us here; it must not cost a whole processor.
+gui::Task<std::int16_t> CloseServerDialogs() {
+    while (HasDialog(HoldsUp)) {
+        const bool byProcess = co_await CloseAll(IsServerProcessWindow);
+        const bool byTitle = co_await CloseAll(IsServerDialogTitle);
+        // A dialog that does not close keeps us here; it must not cost a whole processor.
         if (!byProcess && !byTitle)
-            MsgWaitForMultipleObjects(0, nullptr, FALSE, 10, QS_ALLINPUT);
+            co_await gui::Delay(kBetweenTries);
     }
-    return 1;
+    co_return 1;
 }
 
 } // namespace modServerControl

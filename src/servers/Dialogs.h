@@ -1,5 +1,7 @@
 #pragma once
 
+#include "gui/Task.h"
+
 #include <windows.h>
 
 #include <cstdint>
@@ -39,6 +41,9 @@ private:
 /// The window's title, as ReadTitle reads it, names one of the servers.
 bool IsServerDialogTitle(HWND window);
 
+/// The window's whole title names one of the servers: the error detector's own test.
+bool IsServerDialogWholeTitle(HWND window);
+
 /// True when some top-level dialog passes the test.
 bool HasDialog(const DialogTest& test);
 
@@ -66,8 +71,8 @@ std::int16_t HasDialogByTitle();
 std::string CloseDialogByProcess();
 std::string CloseDialogByTitle();
 
-/// Closes the servers' dialogs until none is left, dispatching the tool's own messages meanwhile; a dialog
-/// that does not close keeps it going. Always 1. Throws gui::Leaving when the tool is left.
-std::int16_t CloseServerDialogs();
+/// Closes the servers' dialogs until none is left; one that has not closed within 30 seconds is left where it
+/// is. Always 1.
+gui::Task<std::int16_t> CloseServerDialogs();
 
 } // namespace modServerControl

@@ -11,14 +11,14 @@ namespace modServerControl {
 
 namespace {
 
-using Snapshot = common::Handle<HANDLE, CloseHandle>;
+using Handle = common::Handle<HANDLE, CloseHandle>;
 
 constexpr UINT kAnswerMilliseconds = 1000;
 
-Snapshot ModulesOf(DWORD process) {
+Handle ModulesOf(DWORD process) {
     // A process that is just loading or unloading a library asks for the snapshot to be taken again.
     for (int attempt = 0; attempt < 5; ++attempt) {
-        if (auto snapshot = common::Own<Snapshot>(CreateToolhelp32Snapshot(TH32CS_SNAPMODULE, process)))
+        if (auto snapshot = common::Own<Handle>(CreateToolhelp32Snapshot(TH32CS_SNAPMODULE, process)))
             return snapshot;
         if (GetLastError() != ERROR_BAD_LENGTH)
             break;
@@ -75,17 +75,27 @@ std::string GetWindowModulePath(HWND window) {
     GetWindowThreadProcessId(window, &process);
     if (process == 0)
         return {};
-    const Snapshot modules = ModulesOf(process);
+    const Handle modules = ModulesOf(process);
     MODULEENTRY32 first;
     first.dwSize = sizeof first;
-    if (!modules || !Module32First(modules.get(), &first))
-        return {};
-    return common::Trim(first.szExePath);
+    if (modules && Module32First(modules.get(), &first))
+        return common::Trim(first.szExePath);
+    // A 32-bit program may not look into a 64-bit one, nor anybody into one that has more rights. Every
+    // program may ask for the name of the executable.
+    const Handle limited(OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, process));
+    return limited ? GetProcessPath(limited.get()) : std::string();
 }
 
 std::string GetWindowModuleName(HWND window) {
     const std::string path = GetWindowModulePath(window);
     return path.substr(path.rfind('\\') + 1);
+}
+
+bool HasMoreRights(HWND window) {
+    DWORD process = 0;
+    GetWindowThreadProcessId(window, &process);
+    const Handle changeable(OpenProcess(PROCESS_SET_INFORMATION, FALSE, process));
+    return !changeable && GetLastError() == ERROR_ACCESS_DENIED;
 }
 
 std::string GetProcessPath(HANDLE process) {

@@ -27,6 +27,10 @@ std::string GetWindowModulePath(HWND window);
 /// File name of the executable of the window's process, or "".
 std::string GetWindowModuleName(HWND window);
 
+/// True when the window's program has more rights than the tool, as one that runs as administrator has: what
+/// is posted to it does not arrive, and its priority stays what it is.
+bool HasMoreRights(HWND window);
+
 /// Full path of the executable that the process was started from, or "".
 std::string GetProcessPath(HANDLE process);
 

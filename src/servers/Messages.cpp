@@ -5,8 +5,32 @@
 #include "servers/ForeignWindows.h"
 
 #include <algorithm>
+#include <map>
 
 namespace modServerControl {
+
+namespace {
+
+/// The texts of the boxes that refused to be emptied, as those of servers with more rights do.
+std::map<HWND, std::string>& Unemptied() {
+    static std::map<HWND, std::string> texts;
+    return texts;
+}
+
+/// What of `text` was not read before, when `before` was read.
+std::string_view NewPart(std::string_view before, std::string_view text) {
+    if (before.empty())
+        return text;
+    if (text.starts_with(before))
+        return text.substr(before.size());
+    // A server cuts the beginning of a box that nobody empties.
+    constexpr std::size_t kEnough = 1000;
+    const std::string_view end = before.substr(before.size() - std::min(before.size(), kEnough));
+    const std::size_t found = text.rfind(end);
+    return found == text.npos ? text : text.substr(found + end.size());
+}
+
+} // namespace
 
 std::string ReadLog(Server server) {
     const HWND window = MainWindow(server);
@@ -21,8 +45,15 @@ std::string ReadLog(Server server) {
     if (!copied || *copied <= 0)
         return {};
     text.resize(std::min(static_cast<std::size_t>(*copied), text.size() - 1));
-    Ask(box, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(""));
-    return common::Trim(text);
+    auto& kept = Unemptied();
+    std::erase_if(kept, [](const auto& each) { return !IsWindow(each.first); });
+    const std::string fresh(NewPart(kept[box], text));
+    const auto emptied = Ask(box, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(""));
+    if (emptied && *emptied)
+        kept.erase(box);
+    else
+        kept[box] = std::move(text);
+    return common::Trim(fresh);
 }
 
 std::int16_t TypeZoneMessage(std::string_view text) {

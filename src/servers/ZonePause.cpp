@@ -3,12 +3,12 @@
 #include "common/FileTime.h"
 #include "common/Numbers.h"
 #include "common/RuntimeError.h"
-#include "gui/Application.h"
 
 #include <windows.h>
 
 #include <cstdint>
 #include <limits>
+#include <utility>
 
 namespace modServerControl {
 
@@ -55,31 +55,34 @@ private:
 
 } // namespace
 
-void RunZonePause(const PauseSurroundings& surroundings) {
-    // Volatile, so that each of the two thousand million turns is really made: the time they take is the
-    // pause that the zone server has for closing.
-    volatile std::int32_t counter = common::CLng(surroundings.now());
+ZonePause::ZonePause(PauseSurroundings surroundings)
+    : surroundings_(std::move(surroundings)), counter_(common::CLng(surroundings_.now())) {}
+
+bool ZonePause::CountOn() {
     // Time goes on by a day while the count goes on by as many turns as the processor can make. Once the
     // count is past the wanted number it stays past it, and the clock need not be read.
-    bool canEqual = true;
-    for (std::uint32_t turn = 0;; ++turn) {
-        if (turn % kTurnsBetweenLooks == 0 && surroundings.isDue())
-            surroundings.yield();
-        if (counter == std::numeric_limits<std::int32_t>::max())
+    for (;; ++turn_) {
+        if (turn_ % kTurnsBetweenLooks == 0 && !std::exchange(hadItsTurn_, false) && surroundings_.isDue()) {
+            hadItsTurn_ = true;
+            return false;
+        }
+        if (counter_ == std::numeric_limits<std::int32_t>::max())
             throw RuntimeError(common::kOverflow);
-        counter = counter + 1;
-        if (canEqual) {
-            const double wanted = surroundings.now() + kDaysAhead;
-            if (counter == wanted)
-                return;
-            canEqual = counter < wanted;
+        counter_ = counter_ + 1;
+        if (canEqual_) {
+            const double wanted = surroundings_.now() + kDaysAhead;
+            if (counter_ == wanted)
+                return true;
+            canEqual_ = counter_ < wanted;
         }
     }
 }
 
-void ZoneShutdownPause() {
+gui::Task<> ZoneShutdownPause() {
     MillisecondClock clock;
-    RunZonePause({LocalDateTime, [&] { return clock.IsDue(); }, gui::DoEvents});
+    ZonePause pause({LocalDateTime, [&] { return clock.IsDue(); }});
+    while (!pause.CountOn())
+        co_await gui::NextTurn();
 }
 
 } // namespace modServerControl

@@ -5,6 +5,7 @@
 #include "servers/Dialogs.h"
 #include "servers/ForeignWindows.h"
 #include "servers/Messages.h"
+#include "servers/Ownership.h"
 #include "servers/Priority.h"
 #include "servers/Servers.h"
 #include "servers/ZonePause.h"
@@ -82,13 +83,13 @@ inline std::int16_t StartZoneServer() {
     return Start(Server::Zone);
 }
 
-inline std::int16_t ShutdownLoginServer() {
+inline gui::Task<std::int16_t> ShutdownLoginServer() {
     return Shutdown(Server::Login);
 }
-inline std::int16_t ShutdownCharacterServer() {
+inline gui::Task<std::int16_t> ShutdownCharacterServer() {
     return Shutdown(Server::Character);
 }
-inline std::int16_t ShutdownZoneServer() {
+inline gui::Task<std::int16_t> ShutdownZoneServer() {
     return Shutdown(Server::Zone);
 }
 

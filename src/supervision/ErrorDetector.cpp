@@ -1,8 +1,10 @@
 #include "supervision/ErrorDetector.h"
 
-#include "gui/Application.h"
 #include "servers/modServerControl.h"
+#include "servers/StubbornDialogs.h"
 #include "supervision/RestartAll.h"
+
+#include <map>
 
 namespace supervision {
 
@@ -11,66 +13,91 @@ using namespace modServerControl;
 namespace {
 
 constexpr ULONGLONG kMillisecondsBetweenTries = 1000;
+constexpr std::chrono::milliseconds kWhileNoneGoes{50};
 
-/// A dialog of the servers, of either kind; null when there is none.
-HWND AnyDialog(const DialogTest& isServers) {
-    const HWND titled = FindWindowWhere(nullptr, kDialogClass, IsServerDialogTitle);
-    return titled ? titled : FindWindowWhere(nullptr, kDialogClass, isServers);
-}
-
-/// Dispatches messages until the window is gone, or `isEnded` holds, or the time between two tries is over.
-void WaitFor(HWND window, const std::function<bool()>& isEnded) {
-    const ULONGLONG start = GetTickCount64();
-    while (IsWindow(window) && !isEnded() && GetTickCount64() - start < kMillisecondsBetweenTries) {
-        MsgWaitForMultipleObjects(0, nullptr, FALSE, 10, QS_ALLINPUT);
-        gui::DoEvents();
+/// The dialogs that were told to close a moment ago.
+class Told {
+public:
+    bool Contains(HWND dialog) const {
+        const auto told = at_.find(dialog);
+        return told != at_.end() && GetTickCount64() - told->second < kMillisecondsBetweenTries;
     }
-}
+    /// True when the dialog has gone.
+    bool Note(const ClosedDialog& closed) {
+        if (!closed.window)
+            return false;
+        if (closed.HasGone()) {
+            Stubborn().Forget(closed.window);
+            return true;
+        }
+        at_[closed.window] = GetTickCount64();
+        Stubborn().Meet(closed.window, GetTickCount64());
+        return false;
+    }
+
+private:
+    std::map<HWND, ULONGLONG> at_;
+};
 
 } // namespace
 
-void ErrorDetector::Handle() const {
+gui::Task<> ErrorDetector::Handle() const {
     ServerPathWindows servers;
-    auto settings = settings_();
-    if (!settings || !settings->handleDialogs ||
-        !HasDialog([&](HWND dialog) { return servers.Contains(dialog); }) || !CloseDialogs())
-        return;
-    settings = settings_();
-    if (settings && settings->restartAll && IsZoneRunning())
-        RestartAll({.message = settings->message, .meanwhile = {}, .checkExecutables = true}, priorities_);
+    const DialogTest isServers = [&](HWND dialog) { return servers.Contains(dialog); };
+    if (!IsOn() || !HasDialog(isServers))
+        co_return;
+    const bool allClosed = co_await CloseDialogs();
+    const auto settings = settings_();
+    if (!allClosed || !settings || !settings->restartAll || !IsZoneRunning())
+        co_return;
+    const Restart restart{.asker = journal::Asker::Detector,
+                          .message = settings->message,
+                          .meanwhile = {},
+                          .checkExecutables = true};
+    co_await RestartAll(restart, priorities_);
+}
+
+bool ErrorDetector::IsOn() const {
+    const auto settings = settings_();
+    return settings && settings->handleDialogs;
 }
 
 /// False when it was ended before the last of them.
-bool ErrorDetector::CloseDialogs() const {
-    for (;;) {
+gui::Task<bool> ErrorDetector::CloseDialogs() const {
+    Told told;
+    while (IsOn()) {
         ServerPathWindows servers;
-        const DialogTest isServers = [&](HWND dialog) { return servers.Contains(dialog); };
-        const ClosedDialog error = CloseFirstDialog(isServers);
-        const ClosedDialog winError = CloseFirstDialog(IsServerDialogTitle);
-        if (const auto settings = settings_(); settings && settings->logFilename) {
-            if (!error.text.empty())
-                Log(*settings->logFilename, "Error: " + error.text);
-            if (!winError.text.empty())
-                Log(*settings->logFilename, "WinError: " + winError.text);
-        }
-        const HWND left = AnyDialog(isServers);
-        if (!left)
-            return true;
-        gui::DoEvents();
-        // A dialog that is still there after its close is slow, or will never go. Without the wait it would
-        // cost a whole processor and fill the log with its text. In a storm of dialogs that do go there must
-        // be no wait: the next one may block its server.
-        if (!error.HasGone() && !winError.HasGone())
-            WaitFor(error.window ? error.window : left, [this] { return !settings_(); });
-        if (!settings_())
-            return false;
+        const auto isServers = [&](HWND dialog) { return servers.Contains(dialog); };
+        // One that does not close must not keep the others open.
+        const ClosedDialog error =
+            CloseFirstDialog([&](HWND dialog) { return !told.Contains(dialog) && isServers(dialog); });
+        Log(error, "Error: ");
+        const bool errorWent = told.Note(error);
+        const ClosedDialog winError = CloseFirstDialog(
+            [&](HWND dialog) { return !told.Contains(dialog) && IsServerDialogWholeTitle(dialog); });
+        Log(winError, "WinError: ");
+        const bool winErrorWent = told.Note(winError);
+        if (!HasDialog(IsServerDialogWholeTitle) && !HasDialog(isServers))
+            co_return true;
+        // In a storm of dialogs that do go there must be no wait: the next one may block its server.
+        if (errorWent || winErrorWent)
+            co_await gui::NextTurn();
+        else
+            co_await gui::Delay(kWhileNoneGoes);
     }
+    co_return false;
 }
 
-void ErrorDetector::Log(const std::string& filename, const std::string& entry) const {
+void ErrorDetector::Log(const ClosedDialog& closed, const std::string& kind) const {
+    if (closed.text.empty() || !Stubborn().MayLog(closed.window, GetTickCount64()))
+        return;
+    journal::Write(journal::Asker::Detector, "dialog told to close: " + closed.text);
+    const auto settings = settings_();
+    if (!settings || !settings->logFilename)
+        return;
     log_.LogPath(common::LogFolder());
-    log_.LogFilename(filename);
-    log_.WriteLog(entry, false);
+    log_.LogFilename(*settings->logFilename);
+    log_.WriteLog(kind + closed.text, false);
 }
 
 } // namespace supervision

@@ -1,6 +1,8 @@
 #pragma once
 
 #include "common/clsLog.h"
+#include "gui/Task.h"
+#include "servers/Dialogs.h"
 #include "settings/clsINI.h"
 
 #include <functional>
@@ -21,8 +23,8 @@ struct ErrorDetectorSettings {
 class ErrorDetector {
 public:
     /// `priorities`: the file that holds the priorities of the servers. `settings` are asked at every step,
-    /// because the operator can change them meanwhile. When they are no longer there, the detector stops
-    /// where it is; only a restart that has begun is finished.
+    /// because the operator can change them meanwhile. When they are no longer there, or dialogs are no
+    /// longer to be handled, the detector stops where it is; only a restart that has begun is finished.
     ErrorDetector(clsLog& log, const clsINI& priorities,
                   std::function<std::optional<ErrorDetectorSettings>()> settings)
         : log_(log), priorities_(priorities), settings_(std::move(settings)) {}
@@ -31,12 +33,14 @@ public:
     /// settings say. Starts only when a process of a server owns a dialog; then dialogs that merely name a
     /// server in their title go too.
     ///
-    /// Dispatches messages meanwhile. A dialog that does not close keeps it going, at a try a second.
-    void Handle() const;
+    /// A dialog that does not close keeps it going, at a try a second; its text is logged again after growing
+    /// pauses.
+    gui::Task<> Handle() const;
 
 private:
-    bool CloseDialogs() const;
-    void Log(const std::string& filename, const std::string& entry) const;
+    gui::Task<bool> CloseDialogs() const;
+    bool IsOn() const;
+    void Log(const modServerControl::ClosedDialog& closed, const std::string& kind) const;
 
     clsLog& log_;
     const clsINI& priorities_;

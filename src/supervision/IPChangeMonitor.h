@@ -1,5 +1,6 @@
 #pragma once
 
+#include "gui/Task.h"
 #include "settings/clsINI.h"
 
 #include <optional>
@@ -34,14 +35,16 @@ public:
     /// `kTools` names the way of detection and the host; `kernoIni` has the address and the priorities.
     IPChangeMonitor(const clsINI& kTools, clsINI& kernoIni) : kTools_(kTools), kernoIni_(kernoIni) {}
 
-    /// Detects the address and reads the current one. May take as long as the system's resolver.
-    Addresses Look() const;
+    /// Detects the address and reads the current one.
+    gui::Task<Addresses> Look() const;
 
     /// Does about `addresses` what the settings say, when they are a change. Raises what writing Kerno.ini
     /// raises.
-    void Act(const Addresses& addresses, const IPChangeSettings& settings);
+    gui::Task<> Act(Addresses addresses, IPChangeSettings settings);
 
 private:
+    bool KernoIniExists() const;
+
     const clsINI& kTools_;
     clsINI& kernoIni_;
 };

@@ -1,6 +1,7 @@
 #include "supervision/IPDetection.h"
 
 #include "common/Numbers.h"
+#include "gui/Aside.h"
 #include "settings/kToolsSettings.h"
 
 #include <winsock2.h>
@@ -51,13 +52,16 @@ Detection Detect(const auto& nameOf) {
 
 } // namespace
 
-Detection DetectAddresses(const clsINI& kTools) {
+gui::Task<Detection> DetectAddresses(clsINI kTools) {
     const double method = common::Val(kTools.INIProperty(settings::key::kIPDetectionMethod));
-    if (method == 0)
-        return DetectLocalAddresses();
-    if (method == 1)
-        return DetectHostAddresses(kTools.INIProperty(settings::key::kDynamicHostname));
-    return {};
+    if (method != 0 && method != 1)
+        co_return Detection{};
+    // A name server that is silent holds up nothing but this.
+    const auto detect = [own = method == 0, name = kTools.INIProperty(settings::key::kDynamicHostname)] {
+        return own ? DetectLocalAddresses() : DetectHostAddresses(name);
+    };
+    Detection detection = co_await gui::Aside(detect);
+    co_return detection;
 }
 
 Detection DetectLocalAddresses() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "gui/Task.h"
 #include "settings/clsINI.h"
 
 #include <array>
@@ -25,10 +26,10 @@ struct Detection {
 };
 
 /// Detects by the method that kTools.ini names: this computer's own name, or the dynamic host name. Any other
-/// method finds nothing. May take as long as the system's resolver.
-Detection DetectAddresses(const clsINI& kTools);
+/// method finds nothing. Raises the errors of reading the file.
+gui::Task<Detection> DetectAddresses(clsINI kTools);
 
-/// The addresses of this computer's own host name.
+/// The addresses of this computer's own host name. Both take as long as the system's resolver.
 Detection DetectLocalAddresses();
 
 /// The addresses of the host `name`, which is looked up as it is.

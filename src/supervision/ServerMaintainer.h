@@ -23,7 +23,8 @@ public:
 
     /// Looks once at each server, login first and zone last, and starts those that are to run and do not. A
     /// start is not waited for, nor made again while it lasts (at most a minute); a server that fails to
-    /// start has its next try at the next call.
+    /// start has its next try at the next call, and so has one that somebody has down for a restart. Raises
+    /// the first error of reading the priorities, when all of them are started.
     void Maintain(const MaintainerSettings& settings) const;
 
 private:

@@ -8,6 +8,7 @@
 #include "supervision/RestartAll.h"
 
 #include <algorithm>
+#include <memory>
 
 using supervision::BackupAction;
 
@@ -56,13 +57,56 @@ supervision::BackupSettings fraBackup::Settings() const {
             .messageRepeats = common::Val(txtBackupMessageTimes.Text())};
 }
 
-void fraBackup::cmdEnableBackup_Click() {
+gui::Task<> fraBackup::cmdEnableBackup_Click() {
     const bool on = !tmrBackup.Enabled();
     cmdEnableBackup.Caption(on ? "Disable Backup" : "Enable Backup");
     mnuEnableBackup_.Caption(on ? "Disable AutoBackup" : "Enable AutoBackup");
     mnuEnableBackup_.Checked(on);
     tmrBackup.Enabled(on);
     ShowEnabled();
+    if (!on)
+        co_await OfferStart(false);
+}
+
+gui::Task<> fraBackup::cmdResetTimer_Click() {
+    clock.Reset();
+    co_await OfferStart(false);
+}
+
+namespace {
+
+/// Starts the servers that a backup has shut down, save for those that have come up again by themselves.
+void StartServers(const modServerControl::Predecessors& closed, const clsINI& priorities) {
+    modServerControl::ForEach(modServerControl::kServers, [&](modServerControl::Server server) {
+        const std::string name = modServerControl::ComponentOf(server).name;
+        if (closed.HaveSuccessor(server))
+            journal::Write(journal::Asker::Backup, name + " server: was started meanwhile");
+        else if (modServerControl::IsOwned(server))
+            journal::Write(journal::Asker::Backup, name + " server: left to the restart that is under way");
+        else
+            modServerControl::StartWithPriority(server, priorities, journal::Asker::Backup);
+    });
+}
+
+/// As a task of the tool: the backup that has the servers, and the page with it, may be just about to end.
+gui::Task<> StartServersWhenFree(modServerControl::Predecessors closed, clsINI priorities) {
+    const auto isFree = [] {
+        return std::ranges::none_of(modServerControl::kServers, modServerControl::IsOwned);
+    };
+    co_await gui::Until(isFree, std::chrono::seconds(10));
+    StartServers(closed, priorities);
+}
+
+} // namespace
+
+gui::Task<> fraBackup::OfferStart(bool closing) {
+    if (!phase_ && !(closing && closedByHand_))
+        co_return;
+    const int answer = co_await MsgBox("A backup has shut the servers down. Start them now ?", MB_YESNO);
+    const auto closed = phase_ ? phase_->closed : closedByHand_.value_or(modServerControl::Predecessors());
+    phase_.reset();
+    if (answer == IDYES)
+        gui::ToolTasks().Start(StartServersWhenFree(closed, state_.kerno));
 }
 
 void fraBackup::ShowEnabled() {
@@ -70,51 +114,72 @@ void fraBackup::ShowEnabled() {
 }
 
 void fraBackup::tmrBackup_Timer() {
+    // Also while a backup runs: the players were told when the servers are back.
     clock.Count();
     const supervision::BackupSettings settings = Settings();
     txtTimeLeft.Text(common::NumberText(supervision::MinutesLeft(clock.BackupSeconds(), settings)));
-    BackupAction action = BackupAction::Nothing;
     try {
-        action = supervision::ActionAt(clock.BackupSeconds(), settings);
-        Act(action, settings);
-        failure_.clear();
+        Start(ActOrReport(supervision::ActionAt(clock.BackupSeconds(), settings), settings));
     } catch (const RuntimeError& error) {
-        // What fails now will fail again in a second, but one box is enough.
-        if (failure_ != error.Description())
-            action == BackupAction::Backup ? ReportFailedBackup(error) : ShowLater(error);
-        failure_ = error.Description();
+        ReportOnce(error, BackupAction::Nothing);
     }
 }
 
-void fraBackup::Act(BackupAction action, const supervision::BackupSettings& settings) {
+gui::Task<> fraBackup::ActOrReport(BackupAction action, supervision::BackupSettings settings) {
+    try {
+        co_await Act(action, settings);
+        failure_.clear();
+    } catch (const RuntimeError& error) {
+        ReportOnce(error, action);
+    }
+}
+
+/// What fails now will fail again in a second, but one box is enough.
+void fraBackup::ReportOnce(const RuntimeError& error, BackupAction action) {
+    if (failure_ != error.Description())
+        action == BackupAction::Backup ? ReportFailedBackup(error) : ShowLater(error);
+    failure_ = error.Description();
+}
+
+gui::Task<> fraBackup::Act(BackupAction action, supervision::BackupSettings settings) {
     if (action == BackupAction::Announce) {
         if (!modServerControl::IsZoneRunning())
-            return;
+            co_return;
         SYSTEMTIME now{};
         GetLocalTime(&now);
         modServerControl::SendPlayerMessage(supervision::Announcement(clock.BackupSeconds(), settings, now));
-        return;
+        co_return;
     }
-    // The servers' shutdown and start wait for a backup by hand; the clock goes on.
+    // The servers' shutdown and start wait for a backup that is being made; the clock goes on.
     if (copying_)
-        return;
+        co_return;
     if (action == BackupAction::Backup) {
-        TimedBackup(settings.shutdownServers);
+        // Whoever restarts the servers at this moment would start them while their files are copied.
+        if (settings.shutdownServers &&
+            std::ranges::any_of(modServerControl::kServers, modServerControl::IsOwned))
+            co_return;
+        co_await TimedBackup(settings.shutdownServers);
     } else if (action == BackupAction::Restore) {
         // First, or a start that fails would start servers a second time at the next tick.
         clock.Reset();
+        const std::optional<Phase> phase = std::exchange(phase_, {});
         if (settings.shutdownServers)
-            modServerControl::StartAllWithPriority(state_.kerno);
+            StartServers(phase ? phase->closed : modServerControl::Predecessors::All(), state_.kerno);
     }
 }
 
-void fraBackup::TimedBackup(bool shutdownServers) {
+gui::Task<> fraBackup::TimedBackup(bool shutdownServers) {
     const Copying copying(*this);
     if (shutdownServers) {
         state_.BackupInProgress = true;
+        if (!phase_)
+            phase_.emplace();
         for (const modServerControl::Server server : modServerControl::kServers) {
-            if (modServerControl::IsRunning(server))
-                modServerControl::Shutdown(server);
+            // The operator may end the phase meanwhile.
+            if (!phase_ || !modServerControl::IsRunning(server))
+                continue;
+            phase_->closed.Note(server);
+            co_await modServerControl::ShutdownFor(journal::Asker::Backup, server);
         }
     }
     // The settings dialog writes this key to the tool's own file; an operator who wants timed backups puts it
@@ -126,29 +191,38 @@ void fraBackup::TimedBackup(bool shutdownServers) {
         RemoteBackup();
     // The panel was closed during the backup: its box reads empty, which must not count as "keep no backups".
     if (!Loaded())
-        return;
+        co_return;
     supervision::PruneBackups(txtNumOfBackup.Text());
     txtTimeLeft.Text("");
 }
 
-void fraBackup::BackupByHand(void (fraBackup::*backup)()) {
+gui::Task<> fraBackup::BackupByHand(void (fraBackup::*backup)()) {
     const Copying copying(*this);
-    // A backup that fails is reported, and the servers come up again all the same.
-    const auto make = [&] {
-        try {
-            (this->*backup)();
-        } catch (const RuntimeError& error) {
-            ReportFailedBackup(error);
-        }
-    };
     const bool anyRuns = std::ranges::any_of(modServerControl::kServers, modServerControl::IsRunning);
-    if (!chkShutdownServers.Value() || !anyRuns)
-        return make();
-    supervision::Restart restart{.message = {}, .meanwhile = make};
+    if (!chkShutdownServers.Value() || !anyRuns) {
+        co_await Make(backup);
+        co_return;
+    }
+    supervision::Restart restart{
+        .asker = journal::Asker::Backup, .message = {}, .meanwhile = [this, backup] { return Make(backup); }};
     if (modServerControl::IsZoneRunning() && chkBackupMessage.Value())
         restart.message = kImmediateShutdown;
     state_.BackupInProgress = true;
-    supervision::RestartAll(restart, state_.kerno);
+    closedByHand_ = modServerControl::Predecessors::All();
+    const std::shared_ptr<void> comeUp(nullptr, [this](void*) { closedByHand_.reset(); });
+    const bool done = co_await supervision::RestartAll(restart, state_.kerno);
+    if (!done)
+        Tell(supervision::kRestartUnderWay);
+}
+
+/// A backup that fails is reported, and the servers come up again all the same.
+gui::Task<> fraBackup::Make(void (fraBackup::*backup)()) {
+    try {
+        (this->*backup)();
+    } catch (const RuntimeError& error) {
+        ReportFailedBackup(error);
+    }
+    co_return;
 }
 
 void fraBackup::FileBackup() {

@@ -5,12 +5,15 @@
 #include "gui/TabPanel.h"
 #include "gui/Text.h"
 #include "gui/Timer.h"
+#include "servers/Ownership.h"
+#include "servers/Processes.h"
 #include "supervision/BackupClock.h"
 #include "supervision/clsMySQLCopyDatabase.h"
 #include "supervision/fraBackup.ids.h"
 #include "supervision/PanelState.h"
 
 #include <deque>
+#include <optional>
 
 /// The control panel's page for the automatic backup and for backups by hand.
 class fraBackup final : public gui::TabPage {
@@ -57,33 +60,48 @@ public:
     /// Raises the error from a tick of its own, once no work is under way that a message box could hold up.
     void ShowLater(const RuntimeError& error);
 
+    /// Asks whether servers that a backup has shut down are to be started now, where there are any; a backup
+    /// by hand starts them itself, unless the panel is `closing`.
+    gui::Task<> OfferStart(bool closing);
+
     /// What the controls say now.
     supervision::BackupSettings Settings() const;
 
 private:
     void Form_Load() override;
     void txtTimeLeft_KeyPress(int& key) { key = 0; }
-    void cmdEnableBackup_Click();
-    void cmdResetTimer_Click() { clock.Reset(); }
-    void cmdBackupFiles_Click() { BackupByHand(&fraBackup::FileBackup); }
-    void cmdBackupDatabase_Click() { BackupByHand(&fraBackup::RemoteBackup); }
+    gui::Task<> cmdEnableBackup_Click();
+    gui::Task<> cmdResetTimer_Click();
+    gui::Task<> cmdBackupFiles_Click() { return BackupByHand(&fraBackup::FileBackup); }
+    gui::Task<> cmdBackupDatabase_Click() { return BackupByHand(&fraBackup::RemoteBackup); }
     void tmrBackup_Timer();
     void tmrReport_Timer();
 
     class Copying;
+    /// The time in which the timed backup has the servers down.
+    struct Phase {
+        modServerControl::BackupPhase mark;
+        modServerControl::Predecessors closed;
+    };
 
-    void Act(supervision::BackupAction action, const supervision::BackupSettings& settings);
-    void TimedBackup(bool shutdownServers);
-    void BackupByHand(void (fraBackup::*backup)());
+    gui::Task<> Act(supervision::BackupAction action, supervision::BackupSettings settings);
+    gui::Task<> TimedBackup(bool shutdownServers);
+    gui::Task<> BackupByHand(void (fraBackup::*backup)());
+    gui::Task<> Make(void (fraBackup::*backup)());
+    gui::Task<> ActOrReport(supervision::BackupAction action, supervision::BackupSettings settings);
     void FileBackup();
     void RemoteBackup();
     bool ShowProgress(const std::string& what);
     void ShowEnabled();
+    void ReportOnce(const RuntimeError& error, supervision::BackupAction action);
     void ReportFailedBackup(const RuntimeError& error);
 
     PanelState& state_;
     gui::MenuItem& mnuEnableBackup_;
     bool copying_ = false;
+    std::optional<Phase> phase_;
+    /// While a backup by hand has the servers down.
+    std::optional<modServerControl::Predecessors> closedByHand_;
     std::deque<RuntimeError> toReport_;
     /// What the last tick failed with.
     std::string failure_;

@@ -1,15 +1,20 @@
 #include "supervision/fraConnections.h"
 
+#include "gui/FormSlot.h"
 #include "gui/MsgBox.h"
 #include "supervision/frmIPDetection.h"
 
-supervision::Addresses fraConnections::ShowAddresses() {
-    supervision::Addresses addresses = monitor_.Look();
+gui::Task<supervision::Addresses> fraConnections::ShowAddresses() {
+    supervision::Addresses addresses = co_await monitor_.Look();
     for (const std::string& message : addresses.messages)
-        gui::MsgBoxNow(message);
+        Tell(message, MB_OK, gui::kApplicationTitle);
     txtCurrentIPAddress.Text(addresses.current);
     txtDetectedIPAddress.Text(addresses.detected.empty() ? "IP Detection Failed" : addresses.detected);
-    return addresses;
+    co_return addresses;
+}
+
+gui::Task<> fraConnections::ShowFirst() {
+    co_await ShowAddresses();
 }
 
 supervision::IPChangeSettings fraConnections::Settings() const {
@@ -22,10 +27,9 @@ supervision::IPChangeSettings fraConnections::Settings() const {
     return settings;
 }
 
-void fraConnections::tmrMonitorIP_Timer() {
-    const supervision::Addresses addresses = ShowAddresses();
-    // A message box of a failed detection may have outlived the page, whose settings are gone then.
-    monitor_.Act(addresses, Settings());
+gui::Task<> fraConnections::tmrMonitorIP_Timer() {
+    const supervision::Addresses addresses = co_await ShowAddresses();
+    co_await monitor_.Act(addresses, Settings());
 }
 
 void fraConnections::chkOnIPChanges_Click() {
@@ -44,6 +48,7 @@ void fraConnections::chkSendMessageIPChange_Click() {
     lblMessagetoPlayers.Enabled(on);
 }
 
-void fraConnections::cmdIPDetectionSettings_Click() {
-    frmIPDetection().ShowModalNow(Panel().Parent());
+gui::Task<> fraConnections::cmdIPDetectionSettings_Click() {
+    gui::Local<frmIPDetection> form;
+    co_await form->ShowModal(Panel().Parent());
 }

@@ -38,7 +38,8 @@ public:
     gui::Timer tmrMonitorIP{*this, std::chrono::minutes(3), &fraConnections::tmrMonitorIP_Timer};
 
     /// Detects the address, shows it beside the one in Kerno.ini and returns both.
-    supervision::Addresses ShowAddresses();
+    gui::Task<supervision::Addresses> ShowAddresses();
+    gui::Task<> ShowFirst();
 
 private:
     void txtCurrentIPAddress_KeyPress(int& key) { key = 0; }
@@ -46,8 +47,8 @@ private:
     void chkOnIPChanges_Click();
     void chkRestartServer_Click();
     void chkSendMessageIPChange_Click();
-    void cmdIPDetectionSettings_Click();
-    void tmrMonitorIP_Timer();
+    gui::Task<> cmdIPDetectionSettings_Click();
+    gui::Task<> tmrMonitorIP_Timer();
 
     supervision::IPChangeSettings Settings() const;
 

@@ -1,6 +1,7 @@
 #include "supervision/fraErrorDetector.h"
 
 #include "common/Numbers.h"
+#include "servers/StubbornDialogs.h"
 
 #include <algorithm>
 
@@ -11,7 +12,7 @@ std::chrono::milliseconds supervision::CheckInterval(const std::string& seconds)
 }
 
 std::optional<supervision::ErrorDetectorSettings> fraErrorDetector::DetectorSettings() const {
-    if (!Loaded())
+    if (!chkErrorDetector.Value())
         return {};
     supervision::ErrorDetectorSettings settings{.handleDialogs = chkHandlePopups.Value() != 0,
                                                 .logFilename = {},
@@ -30,10 +31,40 @@ supervision::MaintainerSettings fraErrorDetector::MaintainerSettings() const {
                         chkZoneServer.Value() != 0}};
 }
 
+void fraErrorDetector::tmrState_Timer() {
+    gui::Label* lines[] = {&lblLoginState, &lblCharacterState, &lblZoneState};
+    for (const modServerControl::Server server : modServerControl::kServers)
+        lines[static_cast<int>(server)]->Caption(watch_.Line(server));
+    const auto stubborn = modServerControl::Stubborn().Oldest(GetTickCount64());
+    lblStubbornDialog.Caption(stubborn ? TextOf(*stubborn) : "");
+    cmdBringDialogToFront.Enabled(stubborn.has_value());
+}
+
+void fraErrorDetector::cmdBringDialogToFront_Click() {
+    if (const auto stubborn = modServerControl::Stubborn().Oldest(GetTickCount64())) {
+        ShowWindowAsync(stubborn->window, SW_SHOWNORMAL);
+        SetForegroundWindow(stubborn->window);
+    }
+}
+
 void fraErrorDetector::tmrErrorDetector_Timer() {
-    detector_.Handle();
-    // The boxes of a page that was closed meanwhile read empty, so that nothing is started any more.
+    // Servers that are gone do not wait for a dialog that does not close.
+    if (handling_)
+        return maintainer_.Maintain(MaintainerSettings());
+    handling_ = true;
+    Start(HandleAndMaintain(), [this] { handling_ = false; });
+}
+
+gui::Task<> fraErrorDetector::HandleAndMaintain() {
+    std::exception_ptr error;
+    try {
+        co_await detector_.Handle();
+    } catch (const RuntimeError&) {
+        error = std::current_exception();
+    }
     maintainer_.Maintain(MaintainerSettings());
+    if (error)
+        std::rethrow_exception(error);
 }
 
 void fraErrorDetector::txtErrorCheckInterval_Change() {

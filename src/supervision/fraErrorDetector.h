@@ -5,6 +5,7 @@
 #include "gui/TabPanel.h"
 #include "gui/Text.h"
 #include "gui/Timer.h"
+#include "servers/ServerWatch.h"
 #include "supervision/ErrorDetector.h"
 #include "supervision/fraErrorDetector.ids.h"
 #include "supervision/PanelState.h"
@@ -51,6 +52,14 @@ public:
     gui::CheckBox chkCharacterServer{*this, IDC_fraErrorDetector_chkCharacterServer};
     gui::CheckBox chkZoneServer{*this, IDC_fraErrorDetector_chkZoneServer};
 
+    gui::Label lblLoginState{*this, IDC_fraErrorDetector_lblLoginState};
+    gui::Label lblCharacterState{*this, IDC_fraErrorDetector_lblCharacterState};
+    gui::Label lblZoneState{*this, IDC_fraErrorDetector_lblZoneState};
+    gui::Label lblStubbornDialog{*this, IDC_fraErrorDetector_lblStubbornDialog};
+    gui::CommandButton cmdBringDialogToFront{*this, IDC_fraErrorDetector_cmdBringDialogToFront,
+                                             &fraErrorDetector::cmdBringDialogToFront_Click};
+
+    gui::Timer tmrState{*this, std::chrono::seconds(1), &fraErrorDetector::tmrState_Timer};
     gui::Timer tmrErrorDetector{*this, std::chrono::seconds(0), &fraErrorDetector::tmrErrorDetector_Timer,
                                 false};
 
@@ -61,15 +70,20 @@ private:
     void chkLogError_Click();
     void chkSendMessage_Click();
     void chkCheckServerProcesses_Click();
+    void cmdBringDialogToFront_Click();
+    void tmrState_Timer();
     void tmrErrorDetector_Timer();
+    gui::Task<> HandleAndMaintain();
 
-    /// Nothing once the panel was closed.
+    /// Nothing while the detector is off.
     std::optional<supervision::ErrorDetectorSettings> DetectorSettings() const;
     supervision::MaintainerSettings MaintainerSettings() const;
 
     Twins twins_;
     supervision::ErrorDetector detector_;
     supervision::ServerMaintainer maintainer_;
+    modServerControl::ServerWatch watch_;
+    bool handling_ = false;
 };
 
 namespace supervision {

@@ -18,3 +18,8 @@
 #define IDC_fraErrorDetector_chkLoginServer 1915
 #define IDC_fraErrorDetector_chkCharacterServer 1916
 #define IDC_fraErrorDetector_chkZoneServer 1917
+#define IDC_fraErrorDetector_lblLoginState 1918
+#define IDC_fraErrorDetector_lblCharacterState 1919
+#define IDC_fraErrorDetector_lblZoneState 1920
+#define IDC_fraErrorDetector_lblStubbornDialog 1921
+#define IDC_fraErrorDetector_cmdBringDialogToFront 1922

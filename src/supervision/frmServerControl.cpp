@@ -1,8 +1,11 @@
 #include "supervision/frmServerControl.h"
 
+#include "gui/FormSlot.h"
 #include "gui/modSystemTray.h"
+#include "servers/KernoKeys.h"
 #include "servers/Servers.h"
 #include "settings/kToolsSettings.h"
+#include "supervision/frmJournal.h"
 
 namespace {
 
@@ -17,13 +20,30 @@ std::string ErrorMessage(const RuntimeError& error) {
 void frmServerControl::Form_Load() {
     state.kTools.INIPath(settings::kToolsIniPath());
     state.kerno.INIPath(settings::KernoIniPath(modServerControl::KernoPath()));
-    connections.ShowAddresses();
+    // A damaged file keeps the panel from opening; the detection of the address may take longer.
+    connections.txtCurrentIPAddress.Text(state.kerno.INIProperty(suite::key::kServerAddress));
+    connections.Start(connections.ShowFirst());
     settings_.Load();
 }
 
-void frmServerControl::Form_Unload() {
-    while (!SaveSettings()) {
+/// The settings are saved when nothing more is asked.
+gui::Task<bool> frmServerControl::Form_QueryUnload() {
+    co_await backup.OfferStart(true);
+    for (;;) {
+        const auto error = SaveSettings();
+        if (!error)
+            co_return true;
+        // The file may be open elsewhere; what was typed is lost only when the operator says so.
+        const std::string text = ErrorMessage(*error) + "\n\nThe settings could not be written to " +
+                                 state.kTools.INIPath() + ". Cancel closes the window without them.";
+        const int answer = co_await MsgBox(text, MB_RETRYCANCEL | MB_ICONEXCLAMATION);
+        if (answer != IDRETRY)
+            co_return true;
     }
+}
+
+void frmServerControl::Form_EndSession() {
+    SaveSettings();
 }
 
 void frmServerControl::Form_Going() {
@@ -31,25 +51,28 @@ void frmServerControl::Form_Going() {
     inTray_ = false;
 }
 
-/// False when it failed and is to be tried again.
-bool frmServerControl::SaveSettings() {
+/// What they could not be saved for; nothing when they were.
+std::optional<RuntimeError> frmServerControl::SaveSettings() {
     try {
         settings_.Save();
-        return true;
+        return {};
     } catch (const RuntimeError& error) {
-        // The file may be open elsewhere; what was typed is lost only when the operator says so.
-        return MsgBoxNow(ErrorMessage(error) + "\n\nThe settings could not be written to " +
-                             state.kTools.INIPath() + ". Cancel closes the window without them.",
-                         MB_RETRYCANCEL | MB_ICONEXCLAMATION) != IDRETRY;
+        return error;
     }
+}
+
+gui::Task<> frmServerControl::cmdJournal_Click() {
+    gui::Local<frmJournal> form;
+    co_await form->ShowModal(*this);
 }
 
 void frmServerControl::Form_Resize() {
     if (State() != gui::WindowState::Minimized)
         return;
-    Visible(false);
-    modSystemTray::TrayAddIcon(*this, kTip);
-    inTray_ = true;
+    // Without an icon the window stays in the task bar, or there would be no way back to it.
+    inTray_ = modSystemTray::TrayAddIcon(*this, kTip);
+    if (inTray_)
+        Visible(false);
 }
 
 void frmServerControl::Form_MouseDown(gui::MouseButton /*button*/, int x, int /*y*/) {
@@ -68,8 +91,5 @@ void frmServerControl::Form_TaskbarCreated() {
 }
 
 void frmServerControl::Form_Error(const RuntimeError& error) {
-    if (gui::Uninterrupted::Any())
-        backup.ShowLater(error);
-    else
-        MsgBoxNow(ErrorMessage(error));
+    Tell(ErrorMessage(error));
 }

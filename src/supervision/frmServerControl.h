@@ -39,10 +39,13 @@ public:
                                          &frmServerControl::cmdMinimizetoTray_Click};
     gui::CommandButton cmdCloseWindow{*this, IDC_frmServerControl_cmdCloseWindow,
                                       &frmServerControl::cmdCloseWindow_Click};
+    gui::CommandButton cmdJournal{*this, IDC_frmServerControl_cmdJournal,
+                                  &frmServerControl::cmdJournal_Click};
 
 private:
     void Form_Load() override;
-    void Form_Unload() override;
+    gui::Task<bool> Form_QueryUnload() override;
+    void Form_EndSession() override;
     void Form_Going() override;
     void Form_Resize() override;
     void Form_MouseDown(gui::MouseButton button, int x, int y) override;
@@ -51,6 +54,7 @@ private:
 
     void cmdMinimizetoTray_Click() { State(gui::WindowState::Minimized); }
     void cmdCloseWindow_Click() { Unload(); }
+    gui::Task<> cmdJournal_Click();
 
     void mnuBackupFiles_Click() { backup.cmdBackupFiles.Press(); }
     void mnuBackupDatabase_Click() { backup.cmdBackupDatabase.Press(); }
@@ -63,7 +67,7 @@ private:
     void mnuExit_Click() { Unload(); }
 
     static void Toggle(gui::CheckBox& box) { box.Value(!box.Value()); }
-    bool SaveSettings();
+    std::optional<RuntimeError> SaveSettings();
 
     bool inTray_ = false;
     supervision::PanelSettings settings_{state.kTools, backup, errorDetector, connections};

@@ -15,3 +15,4 @@
 #define IDM_frmServerControl_mnuCheckProcesses 1811
 #define IDM_frmServerControl_mnuSettings 1812
 #define IDM_frmServerControl_mnuExit 1813
+#define IDC_frmServerControl_cmdJournal 1814

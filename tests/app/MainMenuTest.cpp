@@ -2,7 +2,9 @@
 #include "app/frmMainMenu.h"
 #include "app/frmSQLPath.h"
 
+#include "supervision/RestartAll.h"
 #include "support/ChildProcess.h"
+#include "support/FakeWindow.h"
 #include "support/MessageBoxes.h"
 #include "support/Surroundings.h"
 #include "support/Tray.h"
@@ -61,7 +63,8 @@ std::vector<std::string> CancelPickersDuring(const std::function<void()>& load) 
 
 TEST_F(MainMenu, TheFirstStartWritesTheDefaultsAndAsksForBothFolders) {
     std::filesystem::remove(program / "kTools.ini");
-    frmMainMenu form(false);
+    gui::Local<frmMainMenu> held(false);
+    frmMainMenu& form = *held;
     const auto pickers = CancelPickersDuring([&] { form.Load(); });
     EXPECT_EQ(pickers,
               (std::vector<std::string>{"Kerno Tools :: Server Folder", "Kerno Tools :: MySQL Folder"}));
@@ -76,7 +79,8 @@ TEST_F(MainMenu, TheFirstStartWritesTheDefaultsAndAsksForBothFolders) {
 const support::ChildEntry startsOnBrokenSettings("StartsOnBrokenSettings", [](const std::string& folder) {
     common::ProgramFolder(folder);
     support::MessageBoxes boxes;
-    frmMainMenu form(false);
+    gui::Local<frmMainMenu> held(false);
+    frmMainMenu& form = *held;
     form.Load();
     try {
         support::Settle();
@@ -96,7 +100,8 @@ TEST_F(MainMenu, SettingsThatCannotBeReadEndTheToolWithAMessage) {
 }
 
 TEST_F(MainMenu, StartsNothingWhenAnExecutableIsMissing) {
-    frmMainMenu form(false);
+    gui::Local<frmMainMenu> held(false);
+    frmMainMenu& form = *held;
     form.Load();
     std::filesystem::remove(servers.Path() + "kCharacter.exe");
     form.mnuStartKerno.Choose();
@@ -107,11 +112,14 @@ TEST_F(MainMenu, StartsNothingWhenAnExecutableIsMissing) {
 }
 
 TEST_F(MainMenu, StartsRestartsShowsHidesAndShutsDown) {
-    frmMainMenu form(false);
+    gui::Local<frmMainMenu> held(false);
+    frmMainMenu& form = *held;
     form.Load();
     std::array<HWND, 3> windows{};
     for (gui::MenuItem* start : {&form.mnuStartKerno, &form.mnuRestartKerno}) {
         start->Choose();
+        // The zone server's pause takes its time on a busy machine.
+        EXPECT_TRUE(support::Settle(std::chrono::minutes(3)));
         for (const Server server : kServers) {
             HWND& window = windows[static_cast<std::size_t>(server)];
             EXPECT_TRUE(WaitUntil([&] { return !IsWindow(window) && IsRunning(server); }));
@@ -138,8 +146,57 @@ TEST_F(MainMenu, StartsRestartsShowsHidesAndShutsDown) {
     EXPECT_TRUE(WaitUntil([&] { return !IsRunning(Server::Character); }));
 }
 
+TEST_F(MainMenu, ClicksInThePauseOfARestartDoubleNothing) {
+    gui::Local<frmMainMenu> held(false);
+    frmMainMenu& form = *held;
+    form.Load();
+    for (const Server server : kServers)
+        ASSERT_TRUE(servers.Launch(server));
+    const auto inThePause = [&](gui::MenuItem& item) {
+        form.mnuRestartKerno.Choose();
+        EXPECT_TRUE(WaitUntil([&] { return !servers.IsRunning(Server::Character); }));
+        item.Choose();
+        EXPECT_TRUE(support::Settle(std::chrono::minutes(3)));
+        EXPECT_TRUE(WaitUntil(
+            [&] { return !servers.MainWindow(Server::Zone) == (&item == &form.mnuShutdownKerno); }));
+    };
+    for (gui::MenuItem* item : {&form.mnuStartKerno, &form.mnuStartLogin, &form.mnuRestartZone}) {
+        boxes.Clear();
+        inThePause(*item);
+        EXPECT_EQ(boxes.Texts(), std::vector<std::string>{supervision::kRestartUnderWay});
+        for (const Server server : kServers)
+            EXPECT_EQ(servers.Instances(server), 1) << ComponentOf(server).name;
+    }
+    inThePause(form.mnuShutdownKerno);
+    for (const Server server : kServers)
+        EXPECT_TRUE(WaitUntil([&] { return !servers.IsRunning(server); })) << ComponentOf(server).name;
+}
+
+const support::ChildEntry hidesInTheTray("HidesInTheTray", [](const std::string& folder) {
+    common::ProgramFolder(folder);
+    gui::Local<frmMainMenu> held(false);
+    held->Load();
+    held->Supervise();
+    support::WriteFile(folder + "\\hidden.txt", "");
+    support::WaitUntil([&] { return held->Visible(); }, std::chrono::minutes(5));
+    support::WriteFile(folder + "\\shown.txt", "");
+    support::WaitUntil([] { return false; }, std::chrono::minutes(5));
+});
+
+TEST_F(MainMenu, AStartWithWindowsHidesInTheTrayAndASecondOneBringsItToTheFront) {
+    const support::ChildProcess copy("HidesInTheTray", program.Path());
+    ASSERT_TRUE(WaitUntil([&] { return common::FileExists(program / "hidden.txt"); }));
+    const HWND panel = FindWindowA(nullptr, "Kerno Tools :: Server Control");
+    EXPECT_TRUE(panel);
+    EXPECT_FALSE(IsWindowVisible(panel));
+    EXPECT_FALSE(common::FileExists(program / "shown.txt"));
+    BringOtherCopyToFront();
+    EXPECT_TRUE(WaitUntil([&] { return common::FileExists(program / "shown.txt"); }));
+}
+
 TEST_F(MainMenu, TheTrayIconTakesTheWindowAwayAndADoubleClickBringsItBack) {
-    frmMainMenu form(false);
+    gui::Local<frmMainMenu> held(false);
+    frmMainMenu& form = *held;
     form.Show();
     EXPECT_FALSE(support::HasTrayIcon(form));
     form.cmdMinimizetoTray.Press();
@@ -150,6 +207,11 @@ TEST_F(MainMenu, TheTrayIconTakesTheWindowAwayAndADoubleClickBringsItBack) {
     SendMessageA(form.Window(), WM_LBUTTONDOWN, 1, modSystemTray::kTrayDoubleClick);
     EXPECT_TRUE(form.Visible());
     EXPECT_FALSE(support::HasTrayIcon(form));
+    // A task bar that takes no icon.
+    const support::WindowHandle taskBar = support::FakeWindow("Shell_TrayWnd", "");
+    form.cmdMinimizetoTray.Press();
+    EXPECT_TRUE(form.Visible());
+    EXPECT_EQ(form.State(), gui::WindowState::Minimized);
 }
 
 /// The two pickers differ in their key, their file and their message only.

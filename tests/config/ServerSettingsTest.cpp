@@ -40,7 +40,10 @@ protected:
                     windows.push_back(each);
         return windows;
     }
-    void Save() { form.cmdSaveSettings.Press(); }
+    void Save() {
+        form.cmdSaveSettings.Press();
+        EXPECT_TRUE(support::Settle(std::chrono::minutes(3)));
+    }
 };
 
 TEST_F(ServerSettings, SavesBackWhatItLoadedAndLeavesTheRestOfBothFilesAlone) {
@@ -213,6 +216,7 @@ TEST_F(ServerSettings, OffersTheDetectedAddress) {
         if (answer)
             boxes.Answer(answer);
         form.connections.cmdEnterIP.Press();
+        EXPECT_TRUE(support::Settle());
         EXPECT_EQ(boxes.Seen(),
                   (std::vector<SeenBox>{{"kTools", message, answer ? unsigned{MB_YESNO} : MB_OK}}));
         EXPECT_EQ(form.connections.txtServerIP.Text(), shown) << settings;

@@ -20,7 +20,8 @@ TEST_F(Faults, EightHoursOfTicksHoldNothing) {
     frmServerStatus status;
     status.Load();
     status.Show();
-    frmServerControl panel;
+    gui::Local<frmServerControl> kept;
+    frmServerControl& panel = *kept;
     panel.Load();
     panel.Show();
     // No backup comes due, but all of its announcements.

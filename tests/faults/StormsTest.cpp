@@ -18,7 +18,8 @@ TEST_F(Faults, ServersThatCrashComeBackOnceEach) {
     Supervise();
     TurnOn({settings::key::kErrorCheckingInterval});
     support::MessageBoxes boxes;
-    frmServerControl panel;
+    gui::Local<frmServerControl> held;
+    frmServerControl& panel = *held;
     panel.Load();
     int most = 0;
     const auto once = [&](Server server) {
@@ -77,7 +78,7 @@ TEST_F(Faults, AStormOfDialogsIsClosedAndLogged) {
     };
     EXPECT_TRUE(WaitUntil(
         [&] {
-            detector.Handle();
+            support::Run(detector.Handle());
             return logged() == dialogs;
         },
         std::chrono::minutes(5)))

@@ -1,21 +1,22 @@
-#include "FakeWindow.h"
-
-#include "gui/Application.h"
 #include "servers/modServerControl.h"
+#include "support/FakeWindow.h"
 #include "support/Servers.h"
 #include "support/Test.h"
 
 using namespace modServerControl;
 using standin::Command;
+using support::DialogWindow;
+using support::FakeWindow;
 using support::ServerFolder;
 using support::WaitUntil;
+using support::WindowHandle;
 
 namespace {
 
 TEST(Control, StartsMinimisedAndShutsDown) {
     const ServerFolder folder;
     for (const Server server : kServers) {
-        EXPECT_EQ(Shutdown(server), 0);
+        EXPECT_EQ(support::Run(Shutdown(server)), 0);
         EXPECT_EQ(Start(server), 1);
         ASSERT_TRUE(WaitUntil([&] { return IsIconic(MainWindow(server)); }));
         // Minimised, and with the focus.
@@ -24,9 +25,9 @@ TEST(Control, StartsMinimisedAndShutsDown) {
     }
     EXPECT_EQ(std::filesystem::current_path().string() + "\\", folder.Path());
     // The zone server's pause ends in its overflow, and takes the status along.
-    EXPECT_EQ(ShutdownLoginServer(), 1);
-    EXPECT_EQ(ShutdownCharacterServer(), 1);
-    EXPECT_EQ(ShutdownZoneServer(), 0);
+    EXPECT_EQ(support::Run(ShutdownLoginServer()), 1);
+    EXPECT_EQ(support::Run(ShutdownCharacterServer()), 1);
+    EXPECT_EQ(support::Run(ShutdownZoneServer()), 0);
     EXPECT_TRUE(WaitUntil([&] {
         return std::ranges::none_of(kServers, [&](Server server) { return folder.IsRunning(server); });
     }));
@@ -69,7 +70,7 @@ TEST(Control, OutlivesServersThatRefuseHangOrCrash) {
     for (const Server server : kServers)
         ASSERT_TRUE(folder.Launch(server));
     folder.Command(Server::Character, Command::RefuseToClose);
-    EXPECT_EQ(ShutdownCharacterServer(), 1);
+    EXPECT_EQ(support::Run(ShutdownCharacterServer()), 1);
     EXPECT_TRUE(WaitUntil(
         [&] { return support::TextOf(folder.Child(Server::Character, "TMemo")).ends_with("refused.\r\n"); }));
     EXPECT_TRUE(IsCharacterRunning());
@@ -84,7 +85,7 @@ TEST(Control, OutlivesServersThatRefuseHangOrCrash) {
     EXPECT_EQ(HideLoginServer(), 1);
     EXPECT_EQ(ShowLoginServer(), 1);
     EXPECT_EQ(SetLoginPriority(4), 1);
-    EXPECT_EQ(ShutdownLoginServer(), 1);
+    EXPECT_EQ(support::Run(ShutdownLoginServer()), 1);
     EXPECT_TRUE(IsLoginRunning());
 }
 
@@ -93,7 +94,7 @@ TEST(Control, AShutdownClosesOneInstanceOnly) {
     const HWND windows[] = {folder.Launch(Server::Login), folder.Launch(Server::Login, "second.exe")};
     for (const HWND window : windows)
         folder.Command(window, Command::RefuseToClose);
-    EXPECT_EQ(ShutdownLoginServer(), 1);
+    EXPECT_EQ(support::Run(ShutdownLoginServer()), 1);
     std::ptrdiff_t asked = 0;
     for (const HWND window : windows) {
         // What it writes on demand comes after what it writes about a close.
@@ -119,12 +120,12 @@ TEST(Control, AShutdownSweepsDialogsAwayBeforeAndAfterTheClose) {
     ASSERT_TRUE(folder.Launch(Server::Login));
     folder.Command(Server::Login, Command::RaiseDialogs);
     ASSERT_TRUE(WaitUntil([&] { return folder.DialogCount() == 1; }));
-    EXPECT_EQ(ShutdownCharacterServer(), 0);
+    EXPECT_EQ(support::Run(ShutdownCharacterServer()), 0);
     EXPECT_EQ(folder.DialogCount(), 0);
 
     folder.KillAll();
     const WindowHandle server = FakeWindow("TForm1", "Kerno Login Server ", AskingServer);
-    EXPECT_EQ(ShutdownLoginServer(), 1);
+    EXPECT_EQ(support::Run(ShutdownLoginServer()), 1);
     ASSERT_TRUE(askedMeanwhile);
     EXPECT_FALSE(IsWindow(askedMeanwhile.release()));
 }
@@ -156,10 +157,24 @@ TEST(Messages, AreTakenFromTheServerAndReachThePlayersThroughTwo) {
     }
 }
 
+TEST(Messages, OfABoxThatRefusesToBeEmptiedAreTakenOnce) {
+    const ServerFolder folder;
+    ASSERT_TRUE(folder.Launch(Server::Login));
+    folder.Command(Server::Login, Command::WriteLines, 2);
+    folder.Command(Server::Login, Command::KeepMessages);
+    std::string log;
+    EXPECT_TRUE(WaitUntil([&] { return (log += ReadLoginLog()).ends_with("Line 2\r\n"); })) << log;
+    EXPECT_EQ(ReadLoginLog(), "");
+    folder.Command(Server::Login, Command::WriteLines);
+    EXPECT_TRUE(WaitUntil([&] { return !(log = ReadLoginLog()).empty(); }));
+    EXPECT_EQ(log, "Line 1\r\n");
+    EXPECT_EQ(ReadLoginLog(), "");
+}
+
 TEST(Dialogs, AreClosedByTheirKindAndSweptAwayWhoeverRaisesThem) {
     const ServerFolder folder;
     ASSERT_TRUE(folder.Launch(Server::Login));
-    EXPECT_EQ(CloseServerDialogs(), 1);
+    EXPECT_EQ(support::Run(CloseServerDialogs()), 1);
     folder.Command(Server::Login, Command::RaiseDialogs);
     ASSERT_TRUE(WaitUntil([&] { return folder.DialogCount() == 1; }));
     EXPECT_EQ(HasDialogByProcess(), 1);
@@ -179,7 +194,7 @@ TEST(Dialogs, AreClosedByTheirKindAndSweptAwayWhoeverRaisesThem) {
     const HWND stranger = folder.Launch(Server::Character, "stranger.exe");
     folder.Command(stranger, Command::RaiseTitledDialog);
     EXPECT_TRUE(WaitUntil([&] { return folder.DialogCount() == 9; }));
-    EXPECT_EQ(CloseServerDialogs(), 1);
+    EXPECT_EQ(support::Run(CloseServerDialogs()), 1);
     EXPECT_EQ(folder.DialogCount(), 0);
     EXPECT_EQ(HasDialogByProcess(), 0);
     EXPECT_EQ(HasDialogByTitle(), 0);
@@ -203,18 +218,19 @@ TEST(ZonePause, EndsByTheHour) {
     };
     for (const Case& c : cases) {
         int looks = 0;
-        int yields = 0;
-        const PauseSurroundings surroundings{[&] { return ++looks == 1 ? c.start : c.later; },
-                                             [] { return true; }, [&] { ++yields; }};
+        int slices = 0;
+        ZonePause pause({[&] { return ++looks == 1 ? c.start : c.later; }, [] { return true; }});
+        const auto run = [&] {
+            while (!pause.CountOn())
+                ++slices;
+        };
         if (c.ends)
-            EXPECT_NO_THROW(RunZonePause(surroundings)) << c.start - kLast;
+            EXPECT_NO_THROW(run()) << c.start - kLast;
         else
-            EXPECT_THROW(RunZonePause(surroundings), RuntimeError) << c.start - kLast;
+            EXPECT_THROW(run(), RuntimeError) << c.start - kLast;
         EXPECT_EQ(looks, c.looks) << c.start - kLast;
-        EXPECT_GE(yields, 1);
+        EXPECT_EQ(slices, 1) << c.start - kLast;
     }
-    const PauseSurroundings left{[] { return 40000.25; }, [] { return true; }, [] { throw gui::Leaving{}; }};
-    EXPECT_THROW(RunZonePause(left), gui::Leaving);
 }
 
 } // namespace

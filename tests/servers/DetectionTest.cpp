@@ -1,14 +1,18 @@
-#include "FakeWindow.h"
-
 #include "servers/ForeignWindows.h"
 #include "servers/modServerControl.h"
+#include "support/FakeWindow.h"
 #include "support/Servers.h"
 #include "support/Test.h"
+
+#include <sddl.h>
 
 #include <set>
 
 using namespace modServerControl;
+using support::DialogWindow;
+using support::FakeWindow;
 using support::ServerFolder;
+using support::WindowHandle;
 
 namespace {
 
@@ -98,6 +102,27 @@ TEST(Detection, ComparesExecutablesWithTheirLetterCase) {
     EXPECT_FALSE(IsZoneRunning());
     EXPECT_FALSE(IsServerProcessWindow(window));
     EXPECT_TRUE(IsServerPathWindow(window));
+}
+
+TEST(Detection, KnowsAProgramThatCannotBeLookedInto) {
+    const ServerFolder folder;
+    ServerDetectionMethod(kDetectByProcess);
+    // Everybody may end it, wait for it and ask for its name, and no more.
+    PSECURITY_DESCRIPTOR rights = nullptr;
+    ASSERT_TRUE(ConvertStringSecurityDescriptorToSecurityDescriptorA("D:(A;;0x101001;;;WD)", SDDL_REVISION_1,
+                                                                     &rights, nullptr));
+    SECURITY_ATTRIBUTES attributes{sizeof attributes, rights, FALSE};
+    STARTUPINFOA startup{};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION started{};
+    ASSERT_TRUE(CreateProcessA((folder.Path() + "kLogin.exe").c_str(), nullptr, &attributes, nullptr, FALSE,
+                               0, nullptr, nullptr, &startup, &started));
+    LocalFree(rights);
+    CloseHandle(started.hThread);
+    CloseHandle(started.hProcess);
+    ASSERT_TRUE(support::WaitUntil(IsLoginRunning));
+    EXPECT_EQ(GetWindowModuleName(MainWindow(Server::Login)), "kLogin.exe");
+    EXPECT_TRUE(HasMoreRights(MainWindow(Server::Login)));
 }
 
 TEST(Priority, PairsIndexesWithClasses) {

@@ -156,7 +156,8 @@ struct Backup : Panel, support::Databases {
 
     support::MessageBoxes boxes;
     std::vector<std::string> tables;
-    frmServerControl panel;
+    gui::Local<frmServerControl> held;
+    frmServerControl& panel = *held;
     fraBackup& page = panel.backup;
 };
 
@@ -210,6 +211,7 @@ TEST_F(Backup, FailuresAreShownOnceAndTheNextBackupWorks) {
         TickWhenDue();
         page.tmrBackup.Tick();
         EXPECT_TRUE(WaitUntil([&] { return !boxes.Seen().empty() && !page.tmrReport.Enabled(); })) << text;
+        EXPECT_TRUE(support::Settle(std::chrono::minutes(3)));
         ASSERT_EQ(boxes.Seen().size(), 1u) << text;
         EXPECT_TRUE(boxes.Texts()[0].starts_with("Kerno Tools Error :: [" + text)) << boxes.Texts()[0];
         EXPECT_EQ(page.clock.BackupSeconds(), 3601);
@@ -262,24 +264,23 @@ TEST_F(Backup, ByHandTheSuiteGoesDownAndComesUp) {
     page.chkShutdownServers.Value(1);
     page.chkBackupMessage.Value(1);
     bool downMeanwhile = false;
-    std::size_t boxesMeanwhile = 0;
+    bool failed = false;
     page.SQLCopyTable.CopyProgress = [&](const std::string&, std::size_t) {
         downMeanwhile = std::ranges::none_of(before, IsWindow);
-        // The clock and the other button wait, and so does what went wrong elsewhere.
+        // The clock and the other button wait; what goes wrong elsewhere is told, and holds up nothing.
         TickWhenDue();
         page.cmdBackupFiles.Press();
-        if (boxesMeanwhile == 0) {
+        if (!std::exchange(failed, true)) {
             support::WriteFile(kTools.INIPath(), "");
             panel.connections.tmrMonitorIP.Tick();
         }
-        boxesMeanwhile = boxes.Seen().size() + 1;
         gui::DoEvents();
         return true;
     };
     panel.mnuBackupDatabase.Choose();
+    EXPECT_TRUE(support::Settle(std::chrono::minutes(3)));
     EXPECT_TRUE(downMeanwhile);
     EXPECT_TRUE(panel.state.BackupInProgress);
-    EXPECT_EQ(boxesMeanwhile, 1u);
     EXPECT_TRUE(WaitUntil([&] { return boxes.Seen().size() == 1; }));
     EXPECT_TRUE(Folders().empty());
     for (const Server server : kServers)

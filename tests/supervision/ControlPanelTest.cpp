@@ -12,7 +12,8 @@ TEST_F(Panel, WritesItsSettingsInTheirOrderWhenItCloses) {
     support::WriteFile(kTools.INIPath(), "DynamicHostname=10.1.2.3\r\nIPDetectionMethod=1\r\n"
                                          "BackupMessage= soon = now \r\nEnableErrorDetector=7\r\n"
                                          "LogFilename=..\\a:b?\r\nDialogsOptions=2\r\nMaintainServer=x\r\n");
-    frmServerControl panel;
+    gui::Local<frmServerControl> held;
+    frmServerControl& panel = *held;
     panel.Load();
     ASSERT_TRUE(panel.Loaded());
     EXPECT_TRUE(panel.errorDetector.optRestartAllPopup.Value());
@@ -33,26 +34,30 @@ TEST_F(Panel, WritesItsSettingsInTheirOrderWhenItCloses) {
 
 TEST_F(Panel, LosesNothingTypedAndLeavesADamagedFileAlone) {
     support::MessageBoxes boxes;
-    frmServerControl panel;
+    gui::Local<frmServerControl> held;
+    frmServerControl& panel = *held;
     panel.Load();
     panel.connections.txtMessageIPChange.Text("moving");
     common::FileHandle lock(
         CreateFileA(kTools.INIPath().c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
     boxes.Answer(IDRETRY).Answer(IDRETRY, [&] { lock.reset(); });
     panel.Unload();
+    EXPECT_TRUE(support::Settle());
     ASSERT_EQ(boxes.Seen().size(), 2u);
     EXPECT_TRUE(boxes.Texts()[0].starts_with("Kerno Tools Error :: [70] Permission denied"));
     EXPECT_EQ(kTools.INIProperty(kMessageOnIPChange), "moving");
 
     support::WriteFile(kTools.INIPath(), "");
     panel.Load();
+    EXPECT_TRUE(support::Settle());
     EXPECT_FALSE(panel.Loaded());
     EXPECT_EQ(boxes.Texts().back(), "Kerno Tools Error :: [62] Input past end of file");
     EXPECT_EQ(ReadFileText(kTools.INIPath()), "");
 }
 
 TEST_F(Panel, CheckBoxesTakeTheirConsequencesWithThem) {
-    frmServerControl panel;
+    gui::Local<frmServerControl> held;
+    frmServerControl& panel = *held;
     panel.Load();
     auto& e = panel.errorDetector;
     auto& c = panel.connections;
@@ -88,7 +93,8 @@ TEST_F(Panel, CheckBoxesTakeTheirConsequencesWithThem) {
 }
 
 TEST_F(Panel, EnablesAndResetsTheBackup) {
-    frmServerControl panel;
+    gui::Local<frmServerControl> held;
+    frmServerControl& panel = *held;
     panel.Load();
     fraBackup& backup = panel.backup;
     backup.txtBackupMinutes.Text("60");
@@ -106,7 +112,8 @@ TEST_F(Panel, EnablesAndResetsTheBackup) {
 }
 
 TEST_F(Panel, ShowsBothAddressesAndLetsNobodyTypeOverThem) {
-    frmServerControl panel;
+    gui::Local<frmServerControl> held;
+    frmServerControl& panel = *held;
     fraConnections& page = panel.connections;
     for (const auto& [method, host, shown] : {std::array{"1", "10.9.8.7", "10.9.8.7"},
                                               {"1", "nobody.invalid", "IP Detection Failed"},
@@ -122,7 +129,8 @@ TEST_F(Panel, ShowsBothAddressesAndLetsNobodyTypeOverThem) {
 }
 
 TEST_F(Panel, MinimisedItWorksOnBehindItsIcon) {
-    frmServerControl panel;
+    gui::Local<frmServerControl> held;
+    frmServerControl& panel = *held;
     panel.Show();
     panel.backup.txtBackupMinutes.Text("60");
     panel.cmdMinimizetoTray.Press();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "gui/FormSlot.h"
 #include "supervision/frmServerControl.h"
 #include "support/MessageBoxes.h"
 #include "support/Surroundings.h"

@@ -46,7 +46,8 @@ TEST_F(Panel, AServerIsStartedWithThePriorityThatKernoIniHolds) {
     kTools.INIProperty(kLoginPriority, "3");
     kerno.INIProperty(kLoginPriority, "99999");
     support::MessageBoxes boxes;
-    frmServerControl panel;
+    gui::Local<frmServerControl> held;
+    frmServerControl& panel = *held;
     panel.Load();
     panel.errorDetector.chkCheckServerProcesses.Value(1);
     panel.errorDetector.chkLoginServer.Value(1);
@@ -62,14 +63,14 @@ TEST_F(Panel, ATitledDialogGoesOnlyTogetherWithOneOfAServersProcess) {
     const HWND other = servers.Launch(Server::Character, "other.exe");
     servers.Command(other, Command::RaiseTitledDialog);
     ASSERT_TRUE(WaitUntil([&] { return servers.DialogCount() == 1; }));
-    detector.Handle();
+    support::Run(detector.Handle());
     EXPECT_EQ(servers.DialogCount(), 1);
     EXPECT_EQ(Log("errors.log"), "");
 
     ASSERT_TRUE(servers.Launch(Server::Login));
     servers.Command(Server::Login, Command::RaiseDialogs);
     ASSERT_TRUE(WaitUntil([&] { return servers.DialogCount() == 2; }));
-    detector.Handle();
+    support::Run(detector.Handle());
     EXPECT_EQ(servers.DialogCount(), 0);
     const std::string cut = "Error 1: Access violation at address 00403A1C";
     EXPECT_EQ(Entries(Log("errors.log")), (std::vector<std::string>{"Error: " + cut, "WinError: " + cut}));
@@ -81,7 +82,8 @@ TEST_F(Panel, ADialogThatDoesNotCloseLeavesTheToolAlive) {
     ASSERT_TRUE(servers.Launch(Server::Login));
     servers.Command(Server::Login, Command::RaiseStubbornDialog);
     ASSERT_TRUE(WaitUntil([&] { return servers.DialogCount() == 1; }));
-    frmServerControl panel;
+    gui::Local<frmServerControl> held;
+    frmServerControl& panel = *held;
     panel.Load();
     panel.backup.cmdEnableBackup.Press();
     // The tick does not return by itself: the operator's clicks and the other timers come to it. Closed at
@@ -108,14 +110,10 @@ TEST_F(Panel, ACrashedServersDialogIsLoggedAndTheSuiteRestarted) {
         ASSERT_TRUE(before[i] = servers.Launch(kServers[i]));
     // It stays, so that what it sent to the players can be read afterwards.
     servers.Command(Server::Zone, Command::RefuseToClose);
-    frmServerControl panel;
+    gui::Local<frmServerControl> held;
+    frmServerControl& panel = *held;
     panel.Load();
     servers.Command(Server::Login, Command::RaiseDialogs);
-    // One tick only: the next may find a server that is still on its way.
-    const support::Meanwhile stop([&] {
-        if (panel.Busy())
-            panel.errorDetector.chkErrorDetector.Value(0);
-    });
     EXPECT_TRUE(WaitUntil([&] { return !IsWindow(before[0]) && !IsWindow(before[1]); }));
     const HWND zoneLog = FindWindowExA(before[2], nullptr, modServerControl::kMessageBoxClass, nullptr);
     EXPECT_TRUE(WaitUntil([&] {
@@ -131,12 +129,19 @@ TEST_F(Panel, ACrashedServersDialogIsLoggedAndTheSuiteRestarted) {
               std::vector<std::string>{"Error: Error 1: Access violation at address 00403A1C"});
 }
 
+gui::Task<> UntilDown(const support::ServerFolder& servers, bool& down) {
+    const auto isDown = [&servers] { return !servers.IsRunning(Server::Login); };
+    down = co_await gui::Until(isDown, std::chrono::seconds(30));
+}
+
 TEST_F(Panel, ARestartStartsNothingWhenAnExecutableIsMissing) {
     ASSERT_TRUE(servers.Launch(Server::Login));
     ASSERT_TRUE(DeleteFileA((servers.Path() + "kZone.exe").c_str()));
     bool down = false;
-    const auto stop = [&] { down = WaitUntil([&] { return !servers.IsRunning(Server::Login); }); };
-    RestartAll({.message = {}, .meanwhile = stop, .checkExecutables = true}, kerno);
+    const auto stop = [&] { return UntilDown(servers, down); };
+    const Restart restart{
+        .asker = journal::Asker::Detector, .message = {}, .meanwhile = stop, .checkExecutables = true};
+    EXPECT_TRUE(support::Run(RestartAll(restart, kerno)));
     EXPECT_TRUE(down);
     EXPECT_FALSE(servers.IsRunning(Server::Login));
 }
@@ -153,8 +158,9 @@ TEST_F(Panel, TheMonitorActsOnAChangedAddress) {
         kTools.INIProperty(kDynamicHostname, host);
         support::WriteFile(kerno.INIPath(), old);
         // Without a zone server the others are not restarted either.
-        monitor.Act(monitor.Look(),
-                    {.enabled = enabled, .modifyIni = modify, .restart = true, .message = "moving"});
+        const Addresses addresses = support::Run(monitor.Look());
+        support::Run(monitor.Act(
+            addresses, {.enabled = enabled, .modifyIni = modify, .restart = true, .message = "moving"}));
         EXPECT_EQ(common::ReadFileText(kerno.INIPath()), after);
         EXPECT_FALSE(servers.IsRunning(Server::Login));
     }
@@ -168,7 +174,8 @@ TEST_F(Panel, AChangeThatIsNotWrittenIsFoundAgain) {
     // what it sent to the players can be read afterwards.
     ASSERT_TRUE(servers.Launch(Server::Character));
     servers.Command(Server::Zone, Command::RefuseToClose);
-    frmServerControl panel;
+    gui::Local<frmServerControl> held;
+    frmServerControl& panel = *held;
     panel.Load();
     panel.connections.chkOnIPChanges.Value(1);
     panel.connections.chkRestartServer.Value(1);
@@ -182,7 +189,7 @@ TEST_F(Panel, AChangeThatIsNotWrittenIsFoundAgain) {
     for (const Server server : kServers)
         EXPECT_TRUE(WaitUntil([&] { return servers.MainWindow(server) != nullptr; }));
     EXPECT_EQ(kerno.INIProperty("IP"), "10.1.2.3");
-    EXPECT_TRUE(IsChange(panel.connections.ShowAddresses()));
+    EXPECT_TRUE(IsChange(support::Run(panel.connections.ShowAddresses())));
 }
 
 } // namespace

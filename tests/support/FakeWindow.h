@@ -6,6 +6,8 @@
 
 #include <string>
 
+namespace support {
+
 using WindowHandle = common::Handle<HWND, DestroyWindow>;
 
 /// A window of the test program with a server's class and any title.
@@ -30,3 +32,5 @@ inline WindowHandle DialogWindow(const std::string& title) {
                     nullptr);
     return dialog;
 }
+
+} // namespace support
