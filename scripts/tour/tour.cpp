@@ -11,6 +11,7 @@
 #include "config/fraNewPlayer.ids.h"
 #include "config/frmServerStatus.ids.h"
 #include "dbsetup/fraDatabaseCheck.ids.h"
+#include "dbsetup/fraRepair.ids.h"
 #include "dbsetup/fraServerTest.ids.h"
 #include "supervision/fraConnections.ids.h"
 #include "supervision/frmServerControl.ids.h"
@@ -52,6 +53,8 @@ struct Stop {
     std::vector<Stop> next = {};
     /// What is done in the window before its pictures are taken.
     std::function<void(HWND)> prepare = [](HWND) {};
+    /// The only page that a picture is taken of, counted from 0; all of them for -1.
+    int page = -1;
 };
 
 /// The control with this id, on whichever page of the window it is; null when there is none.
@@ -224,6 +227,47 @@ void ChangeAndList(HWND window) {
     Press(IDC_frmAccountEditor_cmdChanges)(window);
 }
 
+/// The visible windows of kTools, opened menus included.
+std::set<HWND> ToolWindows() {
+    std::set<HWND> windows;
+    EnumWindows(
+        [](HWND window, LPARAM parameter) -> BOOL {
+            DWORD process = 0;
+            GetWindowThreadProcessId(window, &process);
+            RECT bounds;
+            GetWindowRect(window, &bounds);
+            if (process == toolProcess && IsWindowVisible(window) && !IsRectEmpty(&bounds))
+                reinterpret_cast<std::set<HWND>*>(parameter)->insert(window);
+            return TRUE;
+        },
+        reinterpret_cast<LPARAM>(&windows));
+    return windows;
+}
+
+/// Waits for the box whose text begins so, and presses its button.
+void AnswerBox(const std::string& start, int button) {
+    HWND box = nullptr;
+    Expect(box, "no box came: " + start, [&] {
+        for (HWND each : ToolWindows())
+            if (TextOf(GetDlgItem(each, 0xFFFF)).starts_with(start))
+                box = each;
+        return box != nullptr;
+    });
+    PostMessageA(GetDlgItem(box, button), BM_CLICK, 0, 0);
+    Expect(box, "the box did not close", [&] { return !IsWindow(box); });
+}
+
+/// As on a server without the databases: they are deleted, and the check shows it.
+void DeleteAndCheck(HWND window) {
+    SendMessageA(ControlOf(window, IDC_fraDatabaseCheck_txtRootUsername), WM_SETTEXT, 0,
+                 reinterpret_cast<LPARAM>("root"));
+    Press(IDC_fraRepair_cmdDeleteDatabase)(window);
+    AnswerBox("This action will destroy", IDYES);
+    Press(IDC_fraDatabaseCheck_cmdCheckDB)(window);
+    Expect(window, "the databases are still there",
+           [window] { return TextOf(ControlOf(window, IDC_fraDatabaseCheck_lblAMGlobal)) == "Not Existed"; });
+}
+
 // The tour. Pages of a window need no entry.
 const std::vector<Stop> kStops = {
     {"menu-settings", MenuBar(0)},
@@ -254,29 +298,18 @@ const std::vector<Stop> kStops = {
       {"find-account", Press(IDC_frmAccountEditor_cmdFind), {}, FindGunnar}},
      ShowWholeName},
     {"mysql-setup", Press(IDM_frmMainMenu_mnuSetUpMySQL), {}, TestAndCheck},
+    // What a newcomer sees, at the end, as nothing is left then.
+    {"mysql-setup-fresh",
+     Press(IDM_frmMainMenu_mnuSetUpMySQL),
+     {{"mysql-setup-engine", Press(IDC_fraRepair_cmdRepairDatabase)}},
+     DeleteAndCheck,
+     2},
 };
 
 bool IsMenu(HWND window) {
     char name[16] = "";
     GetClassNameA(window, name, sizeof name);
     return std::string(name) == "#32768";
-}
-
-/// The visible windows of kTools, opened menus included.
-std::set<HWND> ToolWindows() {
-    std::set<HWND> windows;
-    EnumWindows(
-        [](HWND window, LPARAM parameter) -> BOOL {
-            DWORD process = 0;
-            GetWindowThreadProcessId(window, &process);
-            RECT bounds;
-            GetWindowRect(window, &bounds);
-            if (process == toolProcess && IsWindowVisible(window) && !IsRectEmpty(&bounds))
-                reinterpret_cast<std::set<HWND>*>(parameter)->insert(window);
-            return TRUE;
-        },
-        reinterpret_cast<LPARAM>(&windows));
-    return windows;
 }
 
 struct Pixels {
@@ -357,7 +390,7 @@ std::string PageInFront(HWND panel) {
     return {};
 }
 
-void TakePictures(const std::string& name, HWND window) {
+void TakePictures(const std::string& name, HWND window, int page = -1) {
     // Out of the way, or it brings up a tooltip.
     SetCursorPos(GetSystemMetrics(SM_CXSCREEN) - 1, 1);
     HWND panel = FindWindowExA(window, nullptr, WC_TABCONTROLA, nullptr);
@@ -367,9 +400,11 @@ void TakePictures(const std::string& name, HWND window) {
     }
     const int tabs = static_cast<int>(SendMessageA(panel, TCM_GETITEMCOUNT, 0, 0));
     for (int tab = 0; tab < tabs; ++tab) {
+        if (page >= 0 && tab != page)
+            continue;
         SendMessageA(panel, TCM_SETCURFOCUS, static_cast<WPARAM>(tab), 0);
-        const std::string page = PageInFront(panel);
-        Save(name + "-" + (page.empty() ? std::to_string(tab + 1) : page), BoundsOf({window}));
+        const std::string caption = PageInFront(panel);
+        Save(name + "-" + (caption.empty() ? std::to_string(tab + 1) : caption), BoundsOf({window}));
     }
 }
 
@@ -402,10 +437,14 @@ void Visit(const Stop& stop, HWND from) {
     } else {
         Log("%s: ", TextOf(window));
         stop.prepare(window);
-        TakePictures(stop.name, window);
+        TakePictures(stop.name, window, stop.page);
         for (const Stop& next : stop.next)
             Visit(next, window);
-        PostMessageA(window, WM_CLOSE, 0, 0);
+        // A question has no other way out.
+        if (HWND no = GetDlgItem(window, IDNO))
+            PostMessageA(no, BM_CLICK, 0, 0);
+        else
+            PostMessageA(window, WM_CLOSE, 0, 0);
     }
     if (!WaitUntil([&] { return !IsWindowVisible(window); }))
         Failed(stop.name + " did not close");

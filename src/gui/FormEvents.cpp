@@ -130,10 +130,10 @@ bool Form::Handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
         Raise([this] { Form_Resize(); });
         return true;
     case WM_HELP: {
-        // F1 in any control. A page without a chapter of its own leaves it to its form.
         const auto chapter = HelpChapter(templateId_);
         if (!chapter)
             return false;
+        result = TRUE;
         if (const std::string problem = ShowHelp(*chapter); !problem.empty())
             Tell(problem, MB_ICONINFORMATION);
         return true;
@@ -224,6 +224,11 @@ bool Form::TranslateKey(MSG& message) {
 bool Form::Key(const MSG& message) {
     if (message.message != WM_KEYDOWN)
         return false;
+    // A page without a chapter of its own leaves it to its form.
+    if (message.wParam == VK_F1)
+        for (HWND asked = message.hwnd; asked; asked = GetAncestor(asked, GA_PARENT))
+            if (SendMessageA(asked, WM_HELP, 0, 0) == TRUE)
+                return true;
     bool used = false;
     Raise([&] {
         // Ctrl+Tab turns the pages, as in every window with tabs; the dialog manager does not do it.

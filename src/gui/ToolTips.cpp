@@ -45,24 +45,33 @@ void FollowTheControls(HWND form, HWND toolTips) {
     }
 }
 
-/// Tells a place's text when the tooltip is about to be shown, and none where the control is hidden.
-void Answer(HWND form, NMTTDISPINFOA& asked) {
+/// Tells a place's text when the tooltip is about to be shown, and none where the control is hidden. It asks
+/// in the characters of the form's class.
+bool Answer(HWND form, NMHDR& header) {
     static char text[kLongestToolTip];
-    const HWND control = GetDlgItem(form, static_cast<int>(asked.hdr.idFrom));
-    if (!IsWindowVisible(control) || !LoadToolTip(asked.hdr.idFrom, text))
+    static wchar_t wide[kLongestToolTip];
+    const bool asksWide = header.code == static_cast<UINT>(TTN_GETDISPINFOW);
+    if (!asksWide && header.code != static_cast<UINT>(TTN_GETDISPINFOA))
+        return false;
+    const HWND control = GetDlgItem(form, static_cast<int>(header.idFrom));
+    if (!IsWindowVisible(control) || !LoadToolTip(header.idFrom, text))
         text[0] = '\0';
-    asked.lpszText = text;
+    if (asksWide) {
+        MultiByteToWideChar(CP_ACP, 0, text, -1, wide, kLongestToolTip);
+        reinterpret_cast<NMTTDISPINFOW&>(header).lpszText = wide;
+    } else {
+        reinterpret_cast<NMTTDISPINFOA&>(header).lpszText = text;
+    }
+    return true;
 }
 
 LRESULT CALLBACK RelayProcedure(HWND form, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR /*id*/,
                                 DWORD_PTR toolTips) {
     const auto tips = reinterpret_cast<HWND>(toolTips);
     if (message == WM_NOTIFY) {
-        auto* asked = reinterpret_cast<NMTTDISPINFOA*>(lParam);
-        if (asked->hdr.hwndFrom == tips && asked->hdr.code == static_cast<UINT>(TTN_GETDISPINFOA)) {
-            Answer(form, *asked);
+        auto& header = *reinterpret_cast<NMHDR*>(lParam);
+        if (header.hwndFrom == tips && Answer(form, header))
             return 0;
-        }
     }
     if (message == WM_NCDESTROY)
         RemoveWindowSubclass(form, RelayProcedure, kRelay);

@@ -65,4 +65,15 @@ std::string NextBackupText(const clsINI& kerno, bool enabled, long second, const
     return "Next: " + BackupCoverage(*option) + (left > 0 ? " at " + TimeText(After(now, left)) : " now");
 }
 
+std::string NightText(const Night& night) {
+    std::string text = "Tonight: ";
+    if (!night.watched)
+        text += "nobody watches over the servers";
+    else
+        text += std::string("stopped servers ") + (night.restarts ? "are restarted" : "stay down") +
+                ", error dialogs " + (night.closes ? "are closed" : "stay open");
+    text += ". " + night.next + ".";
+    return night.last.empty() ? text : text + " Last backup: " + night.last;
+}
+
 } // namespace supervision

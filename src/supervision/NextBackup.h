@@ -21,4 +21,17 @@ std::string BackupOptionText(const clsINI& kerno);
 std::string NextBackupText(const clsINI& kerno, bool enabled, long second, const BackupSettings& settings,
                            const SYSTEMTIME& now);
 
+/// What goes on while nobody looks.
+struct Night {
+    bool watched = false;  ///< the error detector is enabled; without it the next two count for nothing
+    bool restarts = false; ///< servers that have stopped
+    bool closes = false;   ///< error dialogs
+    std::string next;      ///< NextBackupText
+    std::string last;      ///< how the last backup ended; "" when there was none
+};
+
+/// One line about all of it: "Tonight: stopped servers are restarted, error dialogs stay. Next: ... Last
+/// backup: ...".
+std::string NightText(const Night& night);
+
 } // namespace supervision

@@ -4,7 +4,11 @@
 #include "gui/Placement.h"
 #include "support/ChildProcess.h"
 #include "support/Keyboard.h"
+#include "support/MessageBoxes.h"
+#include "support/Servers.h"
 #include "support/Test.h"
+
+#include <commctrl.h>
 
 #include <fstream>
 
@@ -256,6 +260,44 @@ TEST(Form, ANewWindowLiesOverItsOwnerOnTheOwnersMonitor) {
     RECT place;
     GetWindowRect(opened.Window(), &place);
     EXPECT_GT(place.left, 100) << "a minimized owner's own corner is no place for it";
+}
+
+TEST(Form, ATipShowsOverAControlThatIsDisabledButNotOverAHiddenOne) {
+    frmSample form;
+    form.Show();
+    form.optOther.Enabled(false);
+    RECT place;
+    GetWindowRect(form.optOther.Window(), &place);
+    const POINT middle{(place.left + place.right) / 2, (place.top + place.bottom) / 2};
+    // Where the mouse moves over a disabled control, the form behind it gets the message.
+    const auto moveTo = [&](POINT at) {
+        SetCursorPos(at.x, at.y);
+        ScreenToClient(form.Window(), &at);
+        PostMessageA(form.Window(), WM_MOUSEMOVE, 0, MAKELPARAM(at.x, at.y));
+    };
+    const auto tip = [&]() -> HWND {
+        for (HWND tips = nullptr; (tips = FindWindowExA(nullptr, tips, TOOLTIPS_CLASSA, nullptr));)
+            if (GetWindow(tips, GW_OWNER) == form.Window() && IsWindowVisible(tips))
+                return tips;
+        return nullptr;
+    };
+    moveTo(middle);
+    ASSERT_TRUE(WaitUntil([&] { return tip() != nullptr; }));
+    EXPECT_EQ(support::TextOf(tip()), "Another choice");
+    moveTo({place.right + 40, place.bottom + 40});
+    EXPECT_TRUE(WaitUntil([&] { return tip() == nullptr; }));
+    form.optOther.Visible(false);
+    moveTo(middle);
+    EXPECT_FALSE(WaitUntil([&] { return tip() != nullptr; }, std::chrono::seconds(2)));
+}
+
+TEST(Form, F1AsksForTheGuideOfTheForm) {
+    support::MessageBoxes boxes;
+    frmSample form;
+    form.Show();
+    PostMessageA(form.txtText.Window(), WM_KEYDOWN, VK_F1, 0);
+    ASSERT_TRUE(WaitUntil([&] { return boxes.Seen().size() == 1; }));
+    EXPECT_NE(boxes.Texts()[0].find("docs\\help\\the-sample.html"), std::string::npos) << boxes.Texts()[0];
 }
 
 TEST(Form, APictureShowsAGif) {

@@ -35,4 +35,17 @@ TEST(NextBackup, TellsWhatTheClockWillMakeAndWhenOrWhyNothing) {
     EXPECT_EQ(supervision::BackupOptionText(kerno), "Kerno.ini has BackupOption=2: files and remote copy");
 }
 
+TEST(NextBackup, TheNightInOneLine) {
+    const std::string next = "Next: files at 11:58 PM";
+    const std::pair<supervision::Night, std::string> cases[] = {
+        {{true, true, false, next, ""},
+         "Tonight: stopped servers are restarted, error dialogs stay open. " + next + "."},
+        {{true, false, true, next, "10 of 10 tables proven"},
+         "Tonight: stopped servers stay down, error dialogs are closed. " + next +
+             ". Last backup: 10 of 10 tables proven"},
+        {{false, true, true, next, ""}, "Tonight: nobody watches over the servers. " + next + "."}};
+    for (const auto& [night, text] : cases)
+        EXPECT_EQ(supervision::NightText(night), text);
+}
+
 } // namespace
