@@ -20,6 +20,8 @@ constexpr const char* kOldWay = "mysql_native_password";
 void fraAccounts::Form_Load() {
     txtAMGlobalPassword.Enter(cmdSetupAccounts);
     kerno_.INIPath(settings::KernoIniPath(modServerControl::KernoPath()));
+    if (!modServerControl::KernoPath().empty())
+        txtAccountCheck.Text("The accounts will be written to " + kerno_.INIPath());
     try {
         for (std::size_t i = 0; i < std::size(boxes_); ++i) {
             const auto login = suite::ReadLogin(kerno_, suite::Databases()[i]);
