@@ -5,6 +5,7 @@
 
 #include <tlhelp32.h>
 
+#include <algorithm>
 #include <unordered_set>
 
 namespace modServerControl {
@@ -31,6 +32,8 @@ Handle ModulesOf(DWORD process) {
 HWND FindWindowWhere(HWND parent, const char* windowClass, const std::function<bool(HWND)>& visit) {
     // A window that is raised or closed meanwhile leads the walk back to the others, past them, or ends it.
     // It then begins again at the top, as long as that brings up windows that were not visited yet.
+    // The system gives a session no more windows than this at a time.
+    constexpr std::size_t kMostWindows = 65'536;
     const auto after = [&](HWND window) { return FindWindowExA(parent, window, windowClass, nullptr); };
     std::unordered_set<HWND> visited;
     for (bool again = true; again;) {
@@ -38,13 +41,13 @@ HWND FindWindowWhere(HWND parent, const char* windowClass, const std::function<b
         std::unordered_set<HWND> walked;
         HWND last = nullptr;
         HWND window = nullptr;
-        while ((window = after(last)) && walked.insert(window).second) {
+        while (visited.size() < kMostWindows && (window = after(last)) && walked.insert(window).second) {
             if (visited.insert(window).second && visit(window))
                 return window;
             last = window;
         }
         const bool whole = !window && (!last || (IsWindow(last) && walked.contains(after(nullptr))));
-        again = !whole && visited.size() > before;
+        again = !whole && visited.size() > before && visited.size() < kMostWindows;
     }
     return nullptr;
 }
@@ -64,7 +67,7 @@ std::string ReadFullTitle(HWND window) {
     for (std::size_t room = 256;; room *= 4) {
         std::string text(room, '\0');
         const int read = GetWindowTextA(window, text.data(), static_cast<int>(room));
-        text.resize(read > 0 ? static_cast<std::size_t>(read) : 0);
+        text.resize(std::min(static_cast<std::size_t>(std::max(read, 0)), room - 1));
         if (text.size() + 1 < room || room >= kLongest)
             return text;
     }

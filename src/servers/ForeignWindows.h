@@ -10,8 +10,13 @@
 /// here waits for longer than a second, and what cannot be had counts as not there.
 namespace modServerControl {
 
+/// The most that is taken of one text of another program, in bytes. A window may claim any length.
+inline constexpr std::size_t kMostText = std::size_t{16} << 20;
+
 /// Calls `visit` once for each child of `parent` (for each top-level window where `parent` is null) that has
-/// the class, from the topmost down, until `visit` returns true. Returns the window it stopped at, or null.
+/// the class, from the topmost down, until `visit` returns true. Returns the window it stopped at, or null. A
+/// program that goes on making windows does not keep the walk going: there is a limit far above what a
+/// desktop can hold.
 HWND FindWindowWhere(HWND parent, const char* windowClass, const std::function<bool(HWND)>& visit);
 
 /// The title without its last character, which the windows' names and texts are compared and kept by; "" for

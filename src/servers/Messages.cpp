@@ -40,7 +40,8 @@ std::string ReadLog(Server server) {
     const auto length = Ask(box, WM_GETTEXTLENGTH, 0, 0);
     if (!length || *length <= 0)
         return {};
-    std::string text(static_cast<std::size_t>(*length) * 2 + 1, '\0');
+    const auto characters = std::min(static_cast<std::size_t>(*length), kMostText / 2);
+    std::string text(characters * 2 + 1, '\0');
     const auto copied = Ask(box, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()));
     if (!copied || *copied <= 0)
         return {};

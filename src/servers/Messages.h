@@ -8,9 +8,9 @@
 
 namespace modServerControl {
 
-/// Takes what the server has written into its message box since the last call, and empties the box. Without
-/// blanks at both ends; "" when there is nothing, no server, or one that does not answer. Of a box that
-/// refuses to be emptied only what it did not hold at the last call.
+/// Takes what the server has written into its message box since the last call, and empties the box; no more
+/// than kMostText. Without blanks at both ends; "" when there is nothing, no server, or one that does not
+/// answer. Of a box that refuses to be emptied only what it did not hold at the last call.
 std::string ReadLog(Server server);
 
 /// Types the text into the zone server's text field. 1 when every character was posted, else 0; an empty
