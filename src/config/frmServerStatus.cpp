@@ -4,7 +4,9 @@
 #include "common/Text.h"
 #include "config/ZoneTitle.h"
 #include "gui/modGUI.h"
+#include "gui/ToolTips.h"
 #include "servers/modServerControl.h"
+#include "servers/WindowOrigin.h"
 
 void frmServerStatus::Form_Load() {
     kTools_.INIPath(settings::kToolsIniPath());
@@ -12,6 +14,7 @@ void frmServerStatus::Form_Load() {
     for (Channel& channel : channels_) {
         channel.log.LogFilename(channel.logFile);
         channel.log.LogPath(folder);
+        channel.origin.clear();
     }
     traffic_ = config::TrafficMeter(totals_());
     for (const Channel& channel : channels_)
@@ -86,7 +89,8 @@ void frmServerStatus::UpdateTraffic() {
 // ---- Every five seconds
 
 void frmServerStatus::tmrUpdateMessages_Timer() {
-    for (const Channel& channel : channels_) {
+    for (Channel& channel : channels_) {
+        TellOrigin(channel);
         const std::string text = modServerControl::ReadLog(channel.server);
         if (text.empty())
             continue;
@@ -94,4 +98,13 @@ void frmServerStatus::tmrUpdateMessages_Timer() {
             channel.log.WriteLog(text, false);
         channel.box.Append(std::string(common::kLineEnd) + text);
     }
+}
+
+void frmServerStatus::TellOrigin(Channel& channel) {
+    const std::string origin = modServerControl::WindowOrigin(channel.server);
+    // A hint that is put in anew vanishes where it is being read.
+    if (origin == channel.origin)
+        return;
+    channel.origin = origin;
+    gui::SetToolTip(Window(), channel.box.Window(), origin);
 }

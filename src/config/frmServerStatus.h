@@ -99,10 +99,13 @@ private:
         /// Whether the check mark is heeded.
         bool logged;
         clsLog log{};
+        /// What the hint tells of the window that is read.
+        std::string origin{};
     };
 
     void AnchorControls();
     void SwitchLog(modServerControl::Server server);
+    void TellOrigin(Channel& channel);
     void UpdateZone();
     void UpdateTraffic();
     config::Traffic MachineTotals();

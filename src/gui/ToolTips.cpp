@@ -81,26 +81,46 @@ LRESULT CALLBACK RelayProcedure(HWND form, UINT message, WPARAM wParam, LPARAM l
     return result;
 }
 
+/// The form keeps the window of its tooltips under this name.
+constexpr const char* kToolTips = "kTools.ToolTips";
+
+HWND ToolTipsOf(HWND form) {
+    HWND toolTips = static_cast<HWND>(GetPropA(form, kToolTips));
+    if (!toolTips) {
+        toolTips =
+            CreateWindowExA(WS_EX_TOPMOST, TOOLTIPS_CLASSA, nullptr, WS_POPUP | TTS_ALWAYSTIP, CW_USEDEFAULT,
+                            CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, form, nullptr, nullptr, nullptr);
+        SendMessageA(toolTips, TTM_SETMAXTIPWIDTH, 0, kWidestToolTip);
+        SetPropA(form, kToolTips, toolTips);
+        SetWindowSubclass(form, RelayProcedure, kRelay, reinterpret_cast<DWORD_PTR>(toolTips));
+    }
+    return toolTips;
+}
+
+TTTOOLINFOA ToolOf(HWND form, HWND control) {
+    return Tool(form, TTF_IDISHWND | TTF_SUBCLASS, reinterpret_cast<UINT_PTR>(control));
+}
+
 } // namespace
 
 void AddToolTips(HWND form, const std::vector<HWND>& controls) {
-    HWND toolTips = nullptr;
     for (const HWND control : controls) {
         char text[kLongestToolTip];
         const auto id = static_cast<UINT_PTR>(GetDlgCtrlID(control));
         if (!LoadToolTip(id, text))
             continue;
-        if (!toolTips)
-            toolTips = CreateWindowExA(WS_EX_TOPMOST, TOOLTIPS_CLASSA, nullptr, WS_POPUP | TTS_ALWAYSTIP,
-                                       CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, form,
-                                       nullptr, nullptr, nullptr);
-        Add(toolTips, Tool(form, TTF_IDISHWND | TTF_SUBCLASS, reinterpret_cast<UINT_PTR>(control)), text);
-        Add(toolTips, PlaceOf(form, id), LPSTR_TEXTCALLBACKA);
+        Add(ToolTipsOf(form), ToolOf(form, control), text);
+        Add(ToolTipsOf(form), PlaceOf(form, id), LPSTR_TEXTCALLBACKA);
     }
-    if (!toolTips)
-        return;
-    SendMessageA(toolTips, TTM_SETMAXTIPWIDTH, 0, kWidestToolTip);
-    SetWindowSubclass(form, RelayProcedure, kRelay, reinterpret_cast<DWORD_PTR>(toolTips));
+}
+
+void SetToolTip(HWND form, HWND control, const std::string& text) {
+    const HWND toolTips = ToolTipsOf(form);
+    TTTOOLINFOA tool = ToolOf(form, control);
+    if (!SendMessageA(toolTips, TTM_GETTOOLINFOA, 0, reinterpret_cast<LPARAM>(&tool)))
+        return Add(toolTips, ToolOf(form, control), text.c_str());
+    tool.lpszText = const_cast<char*>(text.c_str());
+    SendMessageA(toolTips, TTM_UPDATETIPTEXTA, 0, reinterpret_cast<LPARAM>(&tool));
 }
 
 } // namespace gui
