@@ -1,5 +1,6 @@
 #include "common/Files.h"
 
+#include "common/Paths.h"
 #include "common/RuntimeError.h"
 
 #include <algorithm>
@@ -90,12 +91,6 @@ void DeleteLeftovers(const std::string& path) {
     }
 }
 
-std::string FolderOfProgram() {
-    std::string path(MAX_PATH, '\0');
-    path.resize(GetModuleFileNameA(nullptr, path.data(), MAX_PATH));
-    return path.substr(0, path.rfind('\\'));
-}
-
 std::string& ProgramFolderSlot() {
     static std::string folder = FolderOfProgram();
     return folder;
@@ -165,6 +160,10 @@ std::string ReadFileText(const std::string& path) {
     LARGE_INTEGER size;
     if (!GetFileSizeEx(file.get(), &size))
         RaiseFileError(GetLastError(), path);
+    // Far more than any file that the tool reads; in a 32-bit program no size beyond it can be told.
+    constexpr LONGLONG kLargest = 1 << 30;
+    if (size.QuadPart > kLargest)
+        RaiseFileError(ERROR_FILE_TOO_LARGE, path);
     std::string text(static_cast<std::size_t>(size.QuadPart), '\0');
     std::size_t have = 0;
     while (have < text.size()) {

@@ -7,7 +7,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace common {
 
@@ -49,7 +48,8 @@ void MakeFolder(const std::string& path);
 /// Makes one folder where it is missing. Raises the file error.
 void RequireFolder(const std::string& path);
 
-/// The whole file as 8-bit text. Raises the file error: 53 when there is no such file.
+/// The whole file as 8-bit text. Raises the file error: 53 when there is no such file, 75 for one beyond 1
+/// GB.
 std::string ReadFileText(const std::string& path);
 
 /// A file on its way to take the place of `path`. It is written beside it, under a name of this process's own
@@ -85,6 +85,7 @@ void ReplaceFileText(const std::string& path, std::string_view text);
 void AppendFileText(const std::string& path, std::string_view text);
 
 /// Folder of the running program, without a trailing backslash. Everything the tool keeps lies below it.
+/// Raises 75 where the folder has no name that fits.
 const std::string& ProgramFolder();
 
 /// Puts the tool's files elsewhere than beside its program, for a run that must leave the real ones alone.

@@ -1,8 +1,11 @@
 #include "common/Text.h"
 
+#include "common/RuntimeError.h"
+
 #include <windows.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace common {
 
@@ -73,8 +76,15 @@ std::vector<std::string_view> Lines(std::string_view text) {
 
 namespace {
 
+/// Raises 6 where the system's functions could not be told the length.
+template <typename View> int LengthOf(const View& text) {
+    if (!std::in_range<int>(text.size()))
+        throw RuntimeError(kOverflow);
+    return static_cast<int>(text.size());
+}
+
 std::wstring Widened(UINT codePage, std::string_view text) {
-    const int length = static_cast<int>(text.size());
+    const int length = LengthOf(text);
     const int size = MultiByteToWideChar(codePage, 0, text.data(), length, nullptr, 0);
     std::wstring wide(static_cast<std::size_t>(size), L'\0');
     MultiByteToWideChar(codePage, 0, text.data(), length, wide.data(), size);
@@ -82,7 +92,7 @@ std::wstring Widened(UINT codePage, std::string_view text) {
 }
 
 std::string Narrowed(UINT codePage, std::wstring_view text) {
-    const int length = static_cast<int>(text.size());
+    const int length = LengthOf(text);
     const int size = WideCharToMultiByte(codePage, 0, text.data(), length, nullptr, 0, nullptr, nullptr);
     std::string narrow(static_cast<std::size_t>(size), '\0');
     WideCharToMultiByte(codePage, 0, text.data(), length, narrow.data(), size, nullptr, nullptr);

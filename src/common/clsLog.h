@@ -15,7 +15,8 @@ public:
     common::Property<std::string> LogFilename;
 
     /// Appends the message as it is and a line end; below a line with the local time unless `plain`. False
-    /// when there is no file name or the file cannot be written: a log never disturbs its owner.
+    /// when there is no file name, it leads to a device, or the file cannot be written: a log never disturbs
+    /// its owner.
     bool WriteLog(const std::string& message, bool plain) const;
 };
 

@@ -35,4 +35,22 @@ TEST(Log, AppendsEntriesAndNeverComplains) {
     EXPECT_FALSE(log.WriteLog("X", true));
 }
 
+TEST(Log, GoesIntoNoDevice) {
+    const support::TempFolder folder;
+    clsLog log;
+    log.LogPath(folder.Path() + "\\");
+    for (const char* name : {"NUL", "con", "Aux.log", "COM1", "lpt9 .txt", "com\xB2.log", "sub\\nul",
+                             "prn.a.b/x", "C:errors.log", "a.txt:hidden", "CONOUT$"}) {
+        log.LogFilename(name);
+        EXPECT_FALSE(log.WriteLog("X", true)) << name;
+    }
+    EXPECT_FALSE(common::FileExists(folder / "*"));
+    // Names like these, and what the operator means by "..", stay.
+    for (const char* name : {"console.log", "com10", "nul2.txt", "..\\kTools-safe.log"}) {
+        log.LogFilename(name);
+        EXPECT_TRUE(log.WriteLog("X", true)) << name;
+        EXPECT_TRUE(DeleteFileA((folder / name).c_str())) << name;
+    }
+}
+
 } // namespace
