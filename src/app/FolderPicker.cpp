@@ -45,14 +45,16 @@ void FolderPicker::Load() {
         drives_.AddItem(drive);
         starts.push_back(drive + "\\");
     }
-    for (auto start = starts.begin(); start != starts.end() && folders_.Path().empty(); ++start)
+    std::string shown;
+    for (auto start = starts.begin(); start != starts.end() && shown.empty(); ++start)
         try {
             folders_.Path(*start);
+            shown = *start;
         } catch (const RuntimeError&) {
             // The next one then.
         }
     for (int i = 0; i < drives_.ListCount(); ++i)
-        if (common::EqualsIgnoreCase(drives_.List(i), folders_.Path().substr(0, 2)))
+        if (common::EqualsIgnoreCase(drives_.List(i), shown.substr(0, 2)))
             lastGoodDrive_ = i;
     drives_.ListIndex(lastGoodDrive_);
 }
@@ -73,7 +75,13 @@ void FolderPicker::DriveChanged() {
 }
 
 void FolderPicker::Accept() {
-    std::string folder = folders_.Path();
+    std::string folder;
+    try {
+        folder = folders_.Path();
+    } catch (const RuntimeError& error) {
+        form_.MsgBox(error.Description());
+        return;
+    }
     if (!folder.ends_with('\\'))
         folder += '\\';
     if (!common::FileExists(folder + wanted_.requiredFile)) {

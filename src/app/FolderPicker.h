@@ -4,7 +4,6 @@
 #include "gui/Lists.h"
 
 #include <string>
-#include <vector>
 
 /// What a folder picker asks for.
 struct WantedFolder {

@@ -1,5 +1,6 @@
 #include "app/frmMainMenu.h"
 
+#include "app/FolderRights.h"
 #include "app/frmAbout.h"
 #include "app/frmBrowse.h"
 #include "app/frmSQLPath.h"
@@ -54,6 +55,9 @@ gui::Task<> frmMainMenu::StartUp() {
     co_await LoadSharedSettings();
     MakeDataFolders();
     Started.Set();
+    if (const std::string& folder = common::ProgramFolder();
+        app::RunsAsAdministrator() && app::OthersMayWrite(folder))
+        Tell(app::OpenFolderWarning(folder), MB_ICONWARNING);
 }
 
 gui::Task<> frmMainMenu::LoadSharedSettings() {
