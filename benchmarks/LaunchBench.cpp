@@ -1,4 +1,3 @@
-#include "common/Files.h"
 #include "settings/clsINI.h"
 #include "settings/kToolsSettings.h"
 #include "Surroundings.h"

@@ -11,6 +11,9 @@ fail() {
 # windows_path PATH: the path as a Windows program finds it.
 windows_path() { printf 'Z:%s' "${1//\//\\}"; }
 
+# Another version of clang lays code out in another way, and warns of other things.
+clang_version=14
+
 # Packages by purpose. The libraries named with Wine are its recommendations that it cannot do without here:
 # it loads them at run time, and recommendations are not installed. The core packages of MariaDB bring the
 # programs without a system server that would take port 3306.
@@ -21,8 +24,16 @@ packages_database=(mariadb-server-core mariadb-client-core mariadb-client odbc-m
 packages_display=(xvfb)
 packages_build_i686=(g++-mingw-w64-i686-posix)
 packages_package=(nsis zip unzip cmark-gfm)
-packages_test=(x11-utils googletest clang-format python3)
+packages_test=(x11-utils googletest "clang-format-$clang_version" shellcheck python3)
 packages_browser=(x11vnc novnc websockify)
+packages_tidy=("clang-tidy-$clang_version")
+
+# clang_tool NAME: the program of that version; fails where it is another one.
+clang_tool() {
+    local tool=$1-$clang_version
+    [[ $("$tool" --version 2>/dev/null) == *"version $clang_version."* ]] || fail "$tool is missing, or not of version $clang_version"
+    printf '%s\n' "$tool"
+}
 
 # install_missing PACKAGE...: asks apt-get for those of the packages that are not there.
 install_missing() {

@@ -13,8 +13,6 @@
 #include "settings/clsINI.h"
 #include "settings/kToolsSettings.h"
 
-#include <utility>
-
 namespace {
 
 constexpr const char* kTitle = "Kerno Tools :: Accounts Editor";
