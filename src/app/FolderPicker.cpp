@@ -79,7 +79,7 @@ void FolderPicker::Accept() {
     try {
         folder = folders_.Path();
     } catch (const RuntimeError& error) {
-        form_.MsgBox(error.Description());
+        form_.Tell(error.Description());
         return;
     }
     if (!folder.ends_with('\\'))

@@ -21,14 +21,12 @@ std::string LongPath(const std::string& path) {
 } // namespace
 
 std::string OriginText(unsigned long process, const std::string& path, const std::string& folder) {
-    std::string text = "Read from process " + std::to_string(process) + ", ";
+    const std::string number = "rocess " + std::to_string(process) + ", ";
     if (path.empty())
-        return text + "whose program Windows does not tell";
-    text += path;
-    const std::string own = LongPath(path).substr(0, LongPath(path).rfind('\\') + 1);
-    if (!common::EqualsIgnoreCase(own, LongPath(folder)))
-        text += "\r\nThis program is NOT in the folder of the servers.";
-    return text;
+        return "P" + number + "whose program Windows does not tell";
+    const std::string own = LongPath(path.substr(0, path.rfind('\\') + 1));
+    return (common::EqualsIgnoreCase(own, LongPath(folder)) ? "P" : "NOT from the folder of the servers: p") +
+           number + path;
 }
 
 std::string WindowOrigin(Server server) {

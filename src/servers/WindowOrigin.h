@@ -7,7 +7,7 @@
 namespace modServerControl {
 
 /// Tells what program is behind the window that the server is read from, which any program may have given the
-/// right class and title: "Read from process 1234, C:\Kerno\kLogin.exe", with a mark where that is not in the
+/// right class and title: "Process 1234, C:\Kerno\kLogin.exe", with a mark where that is not in the
 /// servers' folder.
 std::string WindowOrigin(Server server);
 

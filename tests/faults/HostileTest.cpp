@@ -2,9 +2,12 @@
 
 #include "config/frmServerStatus.h"
 #include "gui/modSystemTray.h"
+#include "servers/ForeignWindows.h"
 #include "servers/modServerControl.h"
 #include "supervision/frmServerControl.h"
 #include "support/ChildProcess.h"
+
+#include <commctrl.h>
 
 namespace {
 
@@ -141,6 +144,22 @@ protected:
         SendMessageTimeoutA(FindWindowA("TForm1", kLiar), question, 0, 0, SMTO_NORMAL, 10'000, &answer);
         return static_cast<int>(answer);
     }
+    /// The tooltip of a form's control.
+    static std::string Hint(const gui::Form& form, const gui::Control& control) {
+        char text[1024] = "";
+        TTTOOLINFOA tool{};
+        tool.cbSize = TTTOOLINFOA_V1_SIZE;
+        tool.hwnd = form.Window();
+        tool.uId = reinterpret_cast<UINT_PTR>(control.Window());
+        tool.lpszText = text;
+        const auto inForm = [&](HWND window) {
+            if (GetWindow(window, GW_OWNER) == form.Window())
+                SendMessageA(window, TTM_GETTEXTA, sizeof text, reinterpret_cast<LPARAM>(&tool));
+            return *text != '\0';
+        };
+        modServerControl::FindWindowWhere(nullptr, TOOLTIPS_CLASSA, inForm);
+        return text;
+    }
 };
 
 TEST_F(Hostile, WindowsThatLieEndNothingAndAreNotTouched) {
@@ -163,6 +182,13 @@ TEST_F(Hostile, WindowsThatLieEndNothingAndAreNotTouched) {
         EXPECT_TRUE(WaitUntil([&] { return Ask(kTimesAsked) >= round; })) << "the box is not read";
     }
     EXPECT_EQ(Ask(kIntrusions), 0);
+    // Whose windows they are can be seen.
+    const std::string outside = "NOT from the folder of the servers";
+    const std::string login = Hint(status, status.txtLoginStatus);
+    EXPECT_NE(login.find(outside), std::string::npos) << login;
+    const std::string zone = Hint(status, status.txtZoneStatus);
+    EXPECT_NE(zone.find(servers.Path() + "kZone.exe"), std::string::npos) << zone;
+    EXPECT_EQ(zone.find(outside), std::string::npos) << zone;
     EXPECT_TRUE(fixture.Running());
     EXPECT_TRUE(boxes.Seen().empty());
 }
