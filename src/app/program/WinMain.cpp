@@ -10,9 +10,10 @@ namespace {
 
 /// In a box, or where there is no desktop for one, to whoever started the program.
 void TellBeforeTheEnd(const std::string& reason) {
-    const std::string text = "Kerno Tools cannot start. " + reason;
-    if (MessageBoxA(nullptr, text.c_str(), "Kerno Tools", MB_ICONERROR) != 0)
+    std::string text = "Kerno Tools cannot start. " + reason;
+    if (MessageBoxA(nullptr, text.c_str(), "Kerno Tools", MB_ICONERROR) > 0)
         return;
+    text += "\r\nNo window can be shown here. Please start it on a desktop.\r\n";
     DWORD written = 0;
     WriteFile(GetStdHandle(STD_ERROR_HANDLE), text.c_str(), static_cast<DWORD>(text.size()), &written,
               nullptr);
