@@ -1,6 +1,7 @@
 #pragma once
 
 #include "frmSample.ids.h"
+#include "SamplePage.h"
 
 #include "gui/Lists.h"
 #include "gui/Menu.h"
@@ -12,14 +13,6 @@
 #include <algorithm>
 #include <functional>
 #include <vector>
-
-class SamplePage final : public gui::TabPage {
-public:
-    explicit SamplePage(gui::TabPanel& panel) : TabPage(panel, IDD_SamplePage) {}
-
-    gui::TextBox txtFirst{*this, IDC_SamplePage_txtFirst};
-    gui::CommandButton cmdSecond{*this, IDC_SamplePage_cmdSecond};
-};
 
 /// A form that writes down every event, and runs what a test plugs in.
 class frmSample final : public gui::Form {

@@ -15,8 +15,5 @@
 #define IDC_frmSample_stcPlug 9013
 #define IDC_frmSample_tabPages 9014
 #define IDC_frmSample_txtLog 9015
-#define IDD_SamplePage 9030
-#define IDC_SamplePage_txtFirst 9031
-#define IDC_SamplePage_cmdSecond 9032
 #define IDR_frmSample_bar 9020
 #define IDM_frmSample_mnuInBar 9022
