@@ -253,6 +253,8 @@ void frmAccountEditor::ShowNone() {
 void frmAccountEditor::chkIsGM_Click() {
     for (gui::CheckBox* box : PrivilegeBoxes)
         box->Enabled(chkIsGM.Value() != 0);
+    cmdGiveAllPrivileges.Enabled(chkIsGM.Value() != 0);
+    cmdRemoveAllPrivileges.Enabled(chkIsGM.Value() != 0);
     TellWaiting();
 }
 

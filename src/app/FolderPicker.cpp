@@ -39,8 +39,9 @@ std::string CurrentFolder() {
 void FolderPicker::Load() {
     // A folder that has gone leaves the tool's own place to start from, and where that has no drive, in a
     // network, any drive that can be read.
-    std::vector<std::string> starts{wanted_.get().empty() ? CurrentFolder() : wanted_.get(),
-                                    common::ProgramFolder()};
+    const std::string stored = clsINI(settings::kToolsIniPath()).INIProperty(wanted_.key);
+    std::vector<std::string> starts{wanted_.get(), stored, CurrentFolder(), common::ProgramFolder()};
+    std::erase(starts, std::string());
     for (const std::string& drive : Drives()) {
         drives_.AddItem(drive);
         starts.push_back(drive + "\\");

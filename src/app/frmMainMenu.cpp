@@ -36,6 +36,9 @@ void BringOtherCopyToFront() {
 }
 
 void frmMainMenu::Form_Load() {
+    // A drive without a medium is told by our own message, not by a box of the system's that stops
+    // everything.
+    SetErrorMode(SEM_FAILCRITICALERRORS);
     Start(StartUp());
 }
 
@@ -96,14 +99,15 @@ void frmMainMenu::Form_Going() {
     modSystemTray::TrayDeleteIcon(*this);
 }
 
-void frmMainMenu::Form_MouseDown(gui::MouseButton /*button*/, int x, int /*y*/) {
-    if (x == modSystemTray::kTrayDoubleClick) {
+void frmMainMenu::Form_MouseDown(gui::MouseButton /*button*/, int x, int y) {
+    const int event = modSystemTray::EventOf(*this, x, y);
+    if (event == modSystemTray::kTrayDoubleClick) {
         Restore();
         BringToFront();
         inTray_ = false;
         tmrTray.Enabled(false);
         modSystemTray::TrayDeleteIcon(*this);
-    } else if (x == modSystemTray::kTrayRightDown) {
+    } else if (event == modSystemTray::kTrayRightDown) {
         modSystemTray::TrayShowMenu(*this, mnuSystray);
     }
 }
@@ -170,9 +174,46 @@ void frmMainMenu::tmrTray_Timer() {
 }
 
 gui::Task<> frmMainMenu::mnuSetPath_Click() {
+    const std::string before = modServerControl::KernoPath();
     gui::Local<frmBrowse> picker;
     co_await picker->ShowModal(*this);
+    if (modServerControl::KernoPath() != before)
+        UseServerFolder();
 }
+
+void frmMainMenu::UseServerFolder() {
+    std::string reopened;
+    std::string busy;
+    // The panel may be in the middle of a backup, and holds nothing of the file's but its place.
+    if (frmServerControl* panel = serverControl_.Peek())
+        panel->UseServerFolder();
+    const auto reopen = [&](auto& slot) {
+        gui::Form* form = slot.Peek();
+        if (!form || !form->Loaded())
+            return;
+        const std::string caption = "\n" + form->Caption();
+        // It stays when it is at work, or asks about what was not saved.
+        if (!form->Busy())
+            form->Unload();
+        if (slot.Peek()) {
+            busy += caption;
+            return;
+        }
+        slot.Get().Show(this);
+        reopened += caption;
+    };
+    reopen(serverSettings_);
+    reopen(accountEditor_);
+    reopen(mySQLSetUp_);
+    std::string text = "The servers' folder is " + modServerControl::KernoPath() + " now.";
+    if (!reopened.empty())
+        text += "\n\nThese windows were opened anew to show what is in it:" + reopened;
+    if (!busy.empty())
+        text += "\n\nThese windows still work with the folder before. Close them and open them again:" + busy;
+    if (!reopened.empty() || !busy.empty())
+        Tell(text);
+}
+
 gui::Task<> frmMainMenu::mnuSetSQLPath_Click() {
     gui::Local<frmSQLPath> picker;
     co_await picker->ShowModal(*this);

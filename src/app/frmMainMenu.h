@@ -22,6 +22,11 @@ public:
     explicit frmMainMenu(bool previousInstance)
         : Form(IDD_frmMainMenu), previousInstance_(previousInstance) {}
 
+    /// Points the open windows that hold the servers' folder to the present one, and tells which.
+    void UseServerFolder();
+    /// The configurator, while it is open.
+    frmServerSettings* Configurator() { return serverSettings_.Peek(); }
+
     gui::CommandButton cmdAccountEditor{*this, IDC_frmMainMenu_cmdAccountEditor,
                                         &frmMainMenu::cmdAccountEditor_Click};
     gui::CommandButton cmdServerControl{*this, IDC_frmMainMenu_cmdServerControl,

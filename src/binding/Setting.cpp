@@ -50,26 +50,34 @@ int CheckedByNumber(std::string_view text) {
 }
 
 Setting::Setting(clsINI& file, std::string_view key, gui::TextBox& box)
-    : file_(&file), key_(key), show_([&box](const std::string& text) { box.Text(text); }),
+    : file_(&file), key_(key), control_(&box), show_([&box](const std::string& text) { box.Text(text); }),
       value_([&box] { return box.Text(); }) {}
 
 Setting::Setting(clsINI& file, std::string_view key, gui::CheckBox& box, const NumberOf& checked)
-    : file_(&file), key_(key), show_([&box, checked](const std::string& text) { box.Value(checked(text)); }),
+    : file_(&file), key_(key), control_(&box),
+      show_([&box, checked](const std::string& text) { box.Value(checked(text)); }),
       value_([&box] { return std::to_string(box.Value()); }) {}
 
 Setting::Setting(clsINI& file, std::string_view key, gui::ComboBox& list, const NumberOf& index)
-    : file_(&file), key_(key),
+    : file_(&file), key_(key), control_(&list),
       show_([&list, index](const std::string& text) { list.ListIndex(index(text)); }),
       value_([&list] { return std::to_string(list.ListIndex()); }) {}
 
 Setting::Setting(clsINI& file, std::string_view key, const Choices& choices)
-    : file_(&file), key_(key), show_([choices](const std::string& text) { ShowChoice(choices, text); }),
+    : file_(&file), key_(key), control_(choices.options[0]),
+      show_([choices](const std::string& text) { ShowChoice(choices, text); }),
       value_([choices] { return ChosenNumber(choices); }) {}
 
 void Setting::Show(const std::string& text) {
     show_(text);
     loaded_ = text;
     shown_ = Value();
+}
+
+void Setting::Saved() {
+    shown_ = Value();
+    if (shown_)
+        loaded_ = *shown_;
 }
 
 void Load(const Runs& runs) {

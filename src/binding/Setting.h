@@ -39,10 +39,14 @@ public:
     Setting(clsINI& file, std::string_view key, const Choices& choices);
 
     clsINI& File() const { return *file_; }
+    /// The control; the first one of several choices.
+    gui::Control& Control() const { return *control_; }
     std::string_view Key() const { return key_; }
 
     /// Shows a text of the file, which runs the control's handler, and remembers it.
     void Show(const std::string& text);
+    /// The text of the file is now what the control says.
+    void Saved();
     /// The text of the file that was shown last.
     const std::string& Loaded() const { return loaded_; }
     /// What the control says, as text for the file: "0" or "1" for a check box, the number of an entry or a
@@ -55,6 +59,7 @@ public:
 private:
     clsINI* file_;
     std::string_view key_;
+    gui::Control* control_;
     std::function<void(const std::string&)> show_;
     std::function<std::optional<std::string>()> value_;
     std::string loaded_;

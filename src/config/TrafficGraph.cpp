@@ -139,6 +139,12 @@ double GraphScale(double highest) {
     return scale;
 }
 
+bool TrafficGraph::Message(HWND window, UINT message, WPARAM& /*wParam*/, LPARAM /*lParam*/) {
+    if (message == WM_SETFOCUS || message == WM_KILLFOCUS)
+        InvalidateRect(window, nullptr, FALSE);
+    return false;
+}
+
 void TrafficGraph::Add(const Traffic& speed) {
     speeds_.push_back(speed);
     if (speeds_.size() > kSeconds)
@@ -157,6 +163,11 @@ void TrafficGraph::Draw(const DRAWITEMSTRUCT& item) {
     SetBkMode(memory.get(), TRANSPARENT);
     Canvas canvas(memory.get(), size);
     DrawGraph(canvas, speeds_, size);
+    if (GetFocus() == Window()) {
+        const RECT frame{1, 1, size.cx - 1, size.cy - 1};
+        SetTextColor(memory.get(), kInk);
+        DrawFocusRect(memory.get(), &frame);
+    }
     BitBlt(item.hDC, item.rcItem.left, item.rcItem.top, size.cx, size.cy, memory.get(), 0, 0, SRCCOPY);
     SelectObject(memory.get(), fontBefore);
     SelectObject(memory.get(), before);

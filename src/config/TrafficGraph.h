@@ -7,7 +7,8 @@
 
 namespace config {
 
-/// Draws the speeds of the last two minutes, the newest at the right edge. The template gives it
+/// Draws the speeds of the last two minutes, the newest at the right edge, and a frame while it has the
+/// keyboard. The template gives it
 /// SS_OWNERDRAW.
 class TrafficGraph : public gui::Control {
 public:
@@ -17,6 +18,8 @@ public:
     void Add(const Traffic& speed);
 
 private:
+    void Attached() override { Watch(Window()); }
+    bool Message(HWND window, UINT message, WPARAM& wParam, LPARAM lParam) override;
     void Draw(const DRAWITEMSTRUCT& item) override;
 
     std::deque<Traffic> speeds_;

@@ -3,9 +3,11 @@
 #include "config/fraPriority.ids.h"
 #include "gui/Lists.h"
 #include "gui/TabPanel.h"
+#include "gui/Timer.h"
 #include "servers/Servers.h"
 
 #include <array>
+#include <optional>
 
 /// The process priorities: the stored ones, and those that the running servers have at present. The indexes
 /// of all six lists are priority indexes.
@@ -26,6 +28,8 @@ public:
     gui::CommandButton cmdApplyPriorityChanges{*this, IDC_fraPriority_cmdApplyPriorityChanges,
                                                &fraPriority::cmdApplyPriorityChanges_Click};
 
+    gui::Timer tmrFollow{*this, std::chrono::seconds(1), &fraPriority::tmrFollow_Timer};
+
     /// Shows what the running servers have; a server that does not run has no list.
     void ShowCurrentPriorities();
 
@@ -34,11 +38,17 @@ private:
         modServerControl::Server server;
         gui::ComboBox& list;
         gui::Label& notRunning;
+        /// What was seen of the server last: its priority, nothing when it does not run.
+        std::optional<int> seen{};
     };
 
     void Form_Load() override;
     void cboZonePriority_KeyPress(int& key);
     void cmdApplyPriorityChanges_Click();
+    void tmrFollow_Timer();
+
+    static std::optional<int> PriorityOf(const Current& current);
+    static void Show(Current& current, std::optional<int> priority);
 
     std::array<Current, 3> current_{
         {{modServerControl::Server::Login, cboLoginPriority, lblNotRunning1},

@@ -6,8 +6,11 @@
 #include "servers/Databases.h"
 #include "servers/KernoKeys.h"
 #include "servers/modServerControl.h"
+#include "settings/IniText.h"
 #include "settings/kToolsSettings.h"
 #include "supervision/RestartAll.h"
+
+#include <algorithm>
 
 using gui::kApplicationTitle;
 using suite::Databases;
@@ -76,10 +79,81 @@ void frmServerSettings::Form_Load() {
 void frmServerSettings::LoadSettings() {
     binding::Load({&settings_});
     priority.ShowCurrentPriorities();
+    saved_.clear();
+    tmrChanges_Timer();
+}
+
+std::string frmServerSettings::ChangedKeys() const {
+    std::string keys;
+    for (const binding::Setting& setting : settings_)
+        if (setting.Changed())
+            keys.append(keys.empty() ? "" : ", ").append(setting.Key());
+    return keys;
+}
+
+void frmServerSettings::tmrChanges_Timer() {
+    std::vector<const gui::Form*> changedPages;
+    for (const binding::Setting& setting : settings_) {
+        setting.Control().Marked(setting.Changed());
+        if (setting.Changed())
+            changedPages.push_back(&setting.Control().Parent());
+    }
+    for (const gui::Form* page : std::initializer_list<const gui::Form*>{
+             &connections, &experiences, &database, &priority, &newPlayer, &misc})
+        mstServerConfigurator.Mark(*page, std::ranges::count(changedPages, page) > 0);
+    const std::string keys = ChangedKeys();
+    lblChanges.Caption(keys.empty() ? saved_ : "Not saved yet: " + keys);
+}
+
+/// Other windows of the tool write into these files too, and people do. What was not touched here follows the
+/// file; what was changed on both sides is asked about. False when nothing is to be saved.
+gui::Task<bool> frmServerSettings::AgreeWithFiles() {
+    if (!common::FileExists(kerno_.INIPath())) {
+        const std::string question =
+            "There is no Kerno.ini at " + kerno_.INIPath() +
+            " any more. Save would make one that holds nothing but the settings of this "
+            "window. Make it ?";
+        const int answer = co_await MsgBox(question, MB_YESNO | MB_ICONQUESTION, kApplicationTitle);
+        co_return answer == IDYES;
+    }
+    std::vector<std::pair<binding::Setting*, std::string>> changedByBoth;
+    std::string keys;
+    const std::string kernoText = kerno_.Text();
+    const std::string toolText = kTools_.Text();
+    for (binding::Setting& setting : settings_) {
+        const auto present =
+            settings::FindValue(&setting.File() == &kerno_ ? kernoText : toolText, setting.Key());
+        if (!present || *present == setting.Loaded() || present == setting.Value())
+            continue;
+        if (!setting.Changed()) {
+            setting.Show(*present);
+            continue;
+        }
+        changedByBoth.emplace_back(&setting, *present);
+        keys.append("\n").append(setting.Key());
+    }
+    if (changedByBoth.empty())
+        co_return true;
+    const std::string question =
+        "These settings were changed here, and meanwhile in the file too:\n" + keys +
+        "\n\nYes saves what this window says, No keeps what the file says, Cancel saves nothing.";
+    const int answer = co_await MsgBox(question, MB_YESNOCANCEL | MB_ICONQUESTION, kApplicationTitle);
+    if (answer == IDNO)
+        for (const auto& [setting, text] : changedByBoth)
+            setting->Show(text);
+    co_return answer == IDYES || answer == IDNO;
 }
 
 gui::Task<> frmServerSettings::cmdSaveSettings_Click() {
+    const bool agreed = co_await AgreeWithFiles();
+    if (!agreed)
+        co_return;
+    const std::string changed = ChangedKeys();
     SaveSettings();
+    for (binding::Setting& setting : settings_)
+        setting.Saved();
+    saved_ = changed.empty() ? "Saved. Nothing was changed here." : "Saved: " + changed;
+    tmrChanges_Timer();
     co_await MsgBox("Server settings saved", MB_OK, kApplicationTitle);
     for (const modServerControl::Server server : modServerControl::kServers) {
         if (!modServerControl::IsRunning(server))

@@ -8,6 +8,7 @@
 #include "config/fraPriority.h"
 #include "config/fraServerConnections.h"
 #include "config/frmServerSettings.ids.h"
+#include "gui/Timer.h"
 
 #include <vector>
 
@@ -35,16 +36,26 @@ public:
     void LoadSettings();
     /// Writes every control back: Kerno.ini first, then kTools.ini, each in one step. Raises the file error.
     void SaveSettings() { binding::Save({&settings_}); }
+    /// The keys whose controls say other than the files did when they were read, in the order of the tabs'
+    /// settings, with commas between them.
+    std::string ChangedKeys() const;
+
+    /// Which settings are not saved yet, and after Save which ones it changed.
+    gui::Label lblChanges{*this, IDC_frmServerSettings_lblChanges};
+    gui::Timer tmrChanges{*this, std::chrono::milliseconds(300), &frmServerSettings::tmrChanges_Timer};
 
 private:
     void Form_Load() override;
     gui::CommandButton* CancelButton() override { return &cmdClose; }
 
     gui::Task<> cmdSaveSettings_Click();
+    void tmrChanges_Timer();
+    gui::Task<bool> AgreeWithFiles();
     void cmdReload_Click() { LoadSettings(); }
     void cmdClose_Click() { Unload(); }
 
     clsINI kerno_;
     clsINI kTools_;
     std::vector<binding::Setting> settings_;
+    std::string saved_; ///< what the label says while nothing is changed
 };

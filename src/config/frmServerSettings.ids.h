@@ -5,3 +5,4 @@
 #define IDC_frmServerSettings_cmdSaveSettings 1502
 #define IDC_frmServerSettings_cmdReload 1503
 #define IDC_frmServerSettings_cmdClose 1504
+#define IDC_frmServerSettings_lblChanges 1505

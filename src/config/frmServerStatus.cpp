@@ -27,6 +27,9 @@ void frmServerStatus::AnchorControls() {
     anchors_.Add(fraTraffic, {0, 0, 1, 0});
     anchors_.Add(picSpeeds, {0, 0, 1, 0});
     // Each message box takes a third of the growth.
+    anchors_.Add(lblLoginMore, {1, 0, 1, 0});
+    anchors_.Add(lblCharacterMore, {1, kThird, 1, kThird});
+    anchors_.Add(lblZoneMore, {1, 2 * kThird, 1, 2 * kThird});
     anchors_.Add(txtLoginStatus, {0, 0, 1, kThird});
     anchors_.Add(lblCharacterHead, {0, kThird, 0, kThird});
     anchors_.Add(txtCharacterStatus, {0, kThird, 1, 2 * kThird});
@@ -42,6 +45,10 @@ void frmServerStatus::Form_MouseDown(gui::MouseButton button, int /*x*/, int /*y
 void frmServerStatus::fraTraffic_MouseDown(gui::MouseButton button, int /*x*/, int /*y*/) {
     if (button == gui::MouseButton::Right)
         mnuStats.Show();
+}
+
+void frmServerStatus::Form_ContextMenu(HWND control, POINT at) {
+    (control == picSpeeds.Window() ? mnuStats : mnuFormMenu).Show(at);
 }
 
 void frmServerStatus::mnuAlwaysOnTop_Click() {
@@ -60,6 +67,12 @@ void frmServerStatus::SwitchLog(modServerControl::Server server) {
 void frmServerStatus::tmrUpdate_Timer() {
     UpdateZone();
     UpdateTraffic();
+    UpdateMarks();
+}
+
+void frmServerStatus::UpdateMarks() {
+    for (const Channel& channel : channels_)
+        channel.more.Visible(!channel.box.EndInView());
 }
 
 void frmServerStatus::UpdateZone() {

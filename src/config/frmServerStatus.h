@@ -29,11 +29,18 @@ public:
     explicit frmServerStatus(TotalsReader totals) : Form(IDD_frmServerStatus), totals_(std::move(totals)) {}
 
     gui::RichTextBox txtLoginStatus{*this, IDC_frmServerStatus_txtLoginStatus,
-                                    &frmServerStatus::txtLoginStatus_Click};
+                                    &frmServerStatus::txtLoginStatus_Click,
+                                    &frmServerStatus::txtLoginStatus_ContextMenu};
     gui::RichTextBox txtCharacterStatus{*this, IDC_frmServerStatus_txtCharacterStatus,
-                                        &frmServerStatus::txtCharacterStatus_Click};
+                                        &frmServerStatus::txtCharacterStatus_Click,
+                                        &frmServerStatus::txtCharacterStatus_ContextMenu};
     gui::RichTextBox txtZoneStatus{*this, IDC_frmServerStatus_txtZoneStatus,
-                                   &frmServerStatus::txtZoneStatus_Click};
+                                   &frmServerStatus::txtZoneStatus_Click,
+                                   &frmServerStatus::txtZoneStatus_ContextMenu};
+    // Seen while the newest messages of a box are not.
+    gui::Label lblLoginMore{*this, IDC_frmServerStatus_lblLoginMore};
+    gui::Label lblCharacterMore{*this, IDC_frmServerStatus_lblCharacterMore};
+    gui::Label lblZoneMore{*this, IDC_frmServerStatus_lblZoneMore};
     gui::Label lblCharacterHead{*this, IDC_frmServerStatus_lblCharacterHead};
     gui::Label lblZoneHead{*this, IDC_frmServerStatus_lblZoneHead};
     gui::Label lblServerUptime{*this, IDC_frmServerStatus_lblServerUptime};
@@ -72,10 +79,15 @@ private:
     void Form_Load() override;
     void Form_Resize() override { anchors_.Apply(); }
     void Form_MouseDown(gui::MouseButton button, int x, int y) override;
+    void Form_MenuKey(POINT at) override { mnuFormMenu.Show(at); }
+    void Form_ContextMenu(HWND control, POINT at) override;
 
     void txtLoginStatus_Click() { mnuLoginMessage.Show(); }
+    void txtLoginStatus_ContextMenu(POINT at) { mnuLoginMessage.Show(at); }
     void txtCharacterStatus_Click() { mnuCharacterMessage.Show(); }
+    void txtCharacterStatus_ContextMenu(POINT at) { mnuCharacterMessage.Show(at); }
     void txtZoneStatus_Click() { mnuZoneMessage.Show(); }
+    void txtZoneStatus_ContextMenu(POINT at) { mnuZoneMessage.Show(at); }
     void fraTraffic_MouseDown(gui::MouseButton button, int x, int y);
 
     void mnuAlwaysOnTop_Click();
@@ -93,6 +105,7 @@ private:
     struct Channel {
         modServerControl::Server server;
         gui::RichTextBox& box;
+        gui::Label& more;
         gui::MenuItem& mnuLog;
         std::string_view key;
         const char* logFile;
@@ -106,6 +119,7 @@ private:
     void AnchorControls();
     void SwitchLog(modServerControl::Server server);
     void TellOrigin(Channel& channel);
+    void UpdateMarks();
     void UpdateZone();
     void UpdateTraffic();
     config::Traffic MachineTotals();
@@ -114,11 +128,11 @@ private:
     /// In the order of the servers. The login server's messages go to no log, whatever its check mark says:
     /// operators know that window as it is, and the mark is kept for them.
     std::array<Channel, 3> channels_{
-        {{modServerControl::Server::Login, txtLoginStatus, mnuLogLogin, settings::key::kLogLogin,
-          "LoginServer.log", false},
-         {modServerControl::Server::Character, txtCharacterStatus, mnuLogCharacter,
+        {{modServerControl::Server::Login, txtLoginStatus, lblLoginMore, mnuLogLogin,
+          settings::key::kLogLogin, "LoginServer.log", false},
+         {modServerControl::Server::Character, txtCharacterStatus, lblCharacterMore, mnuLogCharacter,
           settings::key::kLogCharacter, "CharacterServer.log", true},
-         {modServerControl::Server::Zone, txtZoneStatus, mnuLogZone, settings::key::kLogZone,
+         {modServerControl::Server::Zone, txtZoneStatus, lblZoneMore, mnuLogZone, settings::key::kLogZone,
           "ZoneServer.log", true}}};
     CIpHelper ipHelper_;
     TotalsReader totals_ = [this] { return MachineTotals(); };

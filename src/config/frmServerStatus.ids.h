@@ -14,6 +14,9 @@
 #define IDC_frmServerStatus_picSpeeds 1411
 #define IDC_frmServerStatus_lblCharacterHead 1412
 #define IDC_frmServerStatus_lblZoneHead 1413
+#define IDC_frmServerStatus_lblLoginMore 1414
+#define IDC_frmServerStatus_lblCharacterMore 1415
+#define IDC_frmServerStatus_lblZoneMore 1416
 
 #define IDR_frmServerStatus_mnuFormMenu 1440
 #define IDR_frmServerStatus_mnuLoginMessage 1441

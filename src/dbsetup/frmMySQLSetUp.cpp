@@ -16,9 +16,6 @@ void frmMySQLSetUp::Form_Error(const RuntimeError& error) {
 
 void frmMySQLSetUp::mstMySQL_Click() {
     const bool onFirstTab = mstMySQL.Tab() == 0;
-    // The keyboard focus would be lost in a button that is disabled under it.
-    if (onFirstTab && GetFocus() == cmdPrevious.Window())
-        cmdNext.SetFocus();
     cmdPrevious.Enabled(!onFirstTab);
     cmdNext.Caption(OnLastTab() ? "Finish" : "Next");
 }

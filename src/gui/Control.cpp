@@ -4,6 +4,8 @@
 
 #include <commctrl.h>
 
+#include <algorithm>
+
 namespace gui {
 
 Control::Control(Form& form, int id) : form_(form), id_(id) {
@@ -37,6 +39,19 @@ void Control::Visible(bool visible) {
 
 void Control::SetFocus() {
     ::SetFocus(window_);
+}
+
+void Control::Marked(bool marked) {
+    if (!mark_ && marked && window_) {
+        const RECT bounds = Bounds();
+        // In a colour of the system, so that it is seen in every scheme.
+        const int width = std::max(2, GetSystemMetrics(SM_CXEDGE) * 3 / 2);
+        mark_ = CreateWindowExA(WS_EX_NOPARENTNOTIFY, "Static", nullptr, WS_CHILD | SS_BLACKRECT,
+                                bounds.left - 2 * width, bounds.top, width, bounds.bottom - bounds.top,
+                                form_.Window(), nullptr, nullptr, nullptr);
+    }
+    if (mark_)
+        ShowWindow(mark_, marked ? SW_SHOWNA : SW_HIDE);
 }
 
 RECT Control::Bounds() const {

@@ -26,6 +26,9 @@ public:
     bool Visible() const;
     void Visible(bool visible);
     void SetFocus();
+    /// A bar to the left of the control, by which a form can mark it.
+    bool Marked() const { return mark_ && IsWindowVisible(mark_); }
+    void Marked(bool marked);
 
     /// Position and size in pixels, in the form's client area.
     RECT Bounds() const;
@@ -73,6 +76,7 @@ private:
     Form& form_;
     int id_;
     HWND window_ = nullptr;
+    HWND mark_ = nullptr;
     std::vector<HWND> watched_;
     bool drawingFailed_ = false;
 };

@@ -1,5 +1,6 @@
 #include "gui/Form.h"
 
+#include "gui/Accessible.h"
 #include "gui/Control.h"
 #include "gui/Menu.h"
 #include "gui/MsgBox.h"
@@ -126,6 +127,8 @@ void Form::Attach() {
     for (const Control* control : controls_)
         tools.push_back(control->window_);
     AddToolTips(window_, tools);
+    for (const Control* control : controls_)
+        SetAccessibleName(control->window_, AccessibleNameOf(control->window_));
     for (PopupMenu* menu : popupMenus_)
         menu->Attach();
     for (Timer* timer : timers_)
@@ -158,7 +161,7 @@ void Form::Forget() {
     window_ = nullptr;
     std::erase(LoadedForms(), this);
     for (Control* control : controls_)
-        control->window_ = nullptr;
+        control->window_ = control->mark_ = nullptr;
     for (PopupMenu* menu : popupMenus_)
         menu->Detach();
     disabledOwner_.reset();

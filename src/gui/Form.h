@@ -129,6 +129,10 @@ protected:
     virtual void Form_Resize() {}
     /// A press on the form's own surface; x and y in pixels.
     virtual void Form_MouseDown(MouseButton /*button*/, int /*x*/, int /*y*/) {}
+    /// Alt or F10 in a form without a menu bar; the place for a menu of the form.
+    virtual void Form_MenuKey(POINT /*at*/) {}
+    /// Shift+F10 or the menu key in a control that has no menu itself; `at` is its corner on the screen.
+    virtual void Form_ContextMenu(HWND /*control*/, POINT /*at*/) {}
     /// The task bar was made anew (its program had crashed), so its tray icons are gone.
     virtual void Form_TaskbarCreated() {}
     /// Windows ends the session: the last moment to save, without a question.

@@ -1,3 +1,4 @@
+#include "gui/Accessible.h"
 #include "gui/Control.h"
 #include "gui/Focus.h"
 #include "gui/Form.h"
@@ -15,6 +16,12 @@ namespace {
 UINT TaskbarCreatedMessage() {
     static const UINT message = RegisterWindowMessageA("TaskbarCreated");
     return message;
+}
+
+POINT CornerOf(HWND window) {
+    POINT corner{};
+    ClientToScreen(window, &corner);
+    return corner;
 }
 
 /// Posted by a form to itself when it has come to the front.
@@ -117,6 +124,20 @@ bool Form::Handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
     case WM_MBUTTONDOWN:
         MouseDown(MouseButton::Middle, x, y);
         return true;
+    case WM_SYSCOMMAND:
+        if ((wParam & 0xFFF0) != SC_KEYMENU || lParam != 0 || GetMenu(window_))
+            return false;
+        Raise([this] { Form_MenuKey(CornerOf(window_)); });
+        return true;
+    case WM_CONTEXTMENU:
+        // By the keyboard; the mouse has its own events.
+        if (lParam != -1)
+            return false;
+        Raise([&] {
+            const auto control = reinterpret_cast<HWND>(wParam);
+            Form_ContextMenu(control, CornerOf(control));
+        });
+        return true;
     case WM_ACTIVATE:
         // The dialog manager gives the focus back to the control that had it, which may be disabled by now.
         if (LOWORD(wParam) != WA_INACTIVE)
@@ -148,6 +169,10 @@ bool Form::Handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
     case WM_CLOSE:
         Unload();
         return true;
+    case WM_DESTROY:
+        for (const Control* control : controls_)
+            ForgetAccessibleName(control->window_);
+        return false;
     case WM_NCDESTROY:
         Forget();
         return true;

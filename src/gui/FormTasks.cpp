@@ -38,6 +38,9 @@ Task<> Form::ShowModal(Form& owner) {
         co_return;
     disabledOwner_.emplace(owner.Window());
     ShowWindow(window_, SW_SHOW);
+    // At the first start there is no window of ours yet from which it would come to the front by itself.
+    if (!owner.Visible())
+        BringToFront();
     co_await gone_->Happened();
 }
 

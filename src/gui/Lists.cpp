@@ -97,7 +97,7 @@ void ComboBox::Command(int code) {
 bool ComboBox::Message(HWND /*window*/, UINT message, WPARAM& wParam, LPARAM /*lParam*/) {
     // Whoever turns the wheel over a closed list wants to see more of the window, not to choose in passing.
     if (message == WM_MOUSEWHEEL)
-        return !Send(CB_GETDROPPEDSTATE);
+        return !Open();
     if (message != WM_CHAR || !keyPress_)
         return false;
     int key = static_cast<int>(wParam);

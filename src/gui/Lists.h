@@ -62,6 +62,8 @@ public:
     ComboBox(F& form, int id, void (C::*keyPress)(int&))
         : ListControl(form, id, kMessages, {}), keyPress_(Bind(form, keyPress)) {}
     std::string Text() const { return WindowText(); }
+    /// Whether the list is dropped down.
+    bool Open() const { return Send(CB_GETDROPPEDSTATE) != 0; }
     /// Text of the field; does not run Change.
     void Text(const std::string& text) { WindowText(text); }
 

@@ -42,6 +42,24 @@ void TabPanel::Tab(int index) {
     Raise(click_);
 }
 
+void TabPanel::Mark(const Form& page, bool marked) {
+    for (std::size_t i = 0; i < pages_.size(); ++i) {
+        if (pages_[i] != &page)
+            continue;
+        std::string caption = page.Caption() + (marked ? " *" : "");
+        char shown[128] = "";
+        TCITEMA item{};
+        item.mask = TCIF_TEXT;
+        item.pszText = shown;
+        item.cchTextMax = sizeof shown;
+        Send(TCM_GETITEMA, i, reinterpret_cast<LPARAM>(&item));
+        if (caption == shown)
+            return;
+        item.pszText = caption.data();
+        Send(TCM_SETITEMA, i, reinterpret_cast<LPARAM>(&item));
+    }
+}
+
 void TabPanel::LoadInside() {
     for (TabPage* page : pages_)
         page->LoadPage();

@@ -17,6 +17,8 @@ public:
     /// Brings a page to the front and runs the Click handler.
     void Tab(int index);
     int Tabs() const { return static_cast<int>(pages_.size()); }
+    /// A star behind the caption of a page's tab.
+    void Mark(const Form& page, bool marked);
 
 private:
     friend class TabPage;

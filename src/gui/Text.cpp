@@ -83,13 +83,32 @@ int RichTextBox::WholeLines(int height) const {
     return height - (height - frameHeight_) % lineHeight_;
 }
 
+bool RichTextBox::EndInView() const {
+    const LRESULT lastLine = Send(EM_GETLINECOUNT) - 1;
+    POINTL at{};
+    RECT text{};
+    Send(EM_POSFROMCHAR, reinterpret_cast<WPARAM>(&at), Send(EM_LINEINDEX, static_cast<WPARAM>(lastLine)));
+    Send(EM_GETRECT, 0, reinterpret_cast<LPARAM>(&text));
+    return at.y + lineHeight_ / 2 < text.bottom;
+}
+
 void RichTextBox::Append(const std::string& text) {
     const CHARRANGE end{-1, -1};
+    const bool follows = EndInView() && !SelectsText();
+    CHARRANGE selected{};
+    POINT view{};
+    Send(EM_EXGETSEL, 0, reinterpret_cast<LPARAM>(&selected));
+    Send(EM_GETSCROLLPOS, 0, reinterpret_cast<LPARAM>(&view));
     // While it may draw, some versions go through all their lines at every change.
     Send(WM_SETREDRAW, FALSE);
     Send(EM_EXSETSEL, 0, reinterpret_cast<LPARAM>(&end));
     SendText(EM_REPLACESEL, FALSE, text);
-    Send(WM_VSCROLL, SB_BOTTOM);
+    if (follows) {
+        Send(WM_VSCROLL, SB_BOTTOM);
+    } else {
+        Send(EM_EXSETSEL, 0, reinterpret_cast<LPARAM>(&selected));
+        Send(EM_SETSCROLLPOS, 0, reinterpret_cast<LPARAM>(&view));
+    }
     Send(WM_SETREDRAW, TRUE);
     // With the frame, where the scroll bar has appeared meanwhile.
     RedrawWindow(Window(), nullptr, nullptr, RDW_INVALIDATE | RDW_FRAME);

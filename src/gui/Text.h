@@ -55,8 +55,11 @@ public:
         : TextControl(form, id, {}), click_(Bind(form, click)), contextMenu_(Bind(form, contextMenu)) {}
     using TextControl::Text;
     void Text(const std::string& text) { WindowText(text); }
-    /// Puts text behind what is there and shows its end, with the caret there; costs what the new text costs.
+    /// Puts text behind what is there; costs what the new text costs. The end comes into sight, with the
+    /// caret there, unless the reader has scrolled up or selected something: then the view stays as it is.
     void Append(const std::string& text);
+    /// Whether the last line is in sight.
+    bool EndInView() const;
 
 private:
     void Attached() override;

@@ -28,8 +28,9 @@ bool Launch(const std::string& path) {
     PROCESS_INFORMATION started{};
     // In quotation marks, or the server would take a blank in its path for the end of it.
     std::string commandLine = '"' + path + '"';
-    if (!CreateProcessA(path.c_str(), commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
-                        &startup, &started))
+    // The tool wants no box of the system's about a drive; what a server wants is its own business.
+    if (!CreateProcessA(path.c_str(), commandLine.data(), nullptr, nullptr, FALSE, CREATE_DEFAULT_ERROR_MODE,
+                        nullptr, nullptr, &startup, &started))
         return false;
     CloseHandle(started.hThread);
     CloseHandle(started.hProcess);

@@ -19,11 +19,15 @@ std::string ErrorMessage(const RuntimeError& error) {
 
 void frmServerControl::Form_Load() {
     state.kTools.INIPath(settings::kToolsIniPath());
-    state.kerno.INIPath(settings::KernoIniPath(modServerControl::KernoPath()));
+    UseServerFolder();
     // A damaged file keeps the panel from opening; the detection of the address may take longer.
     connections.txtCurrentIPAddress.Text(state.kerno.INIProperty(suite::key::kServerAddress));
     connections.Start(connections.ShowFirst());
     settings_.Load();
+}
+
+void frmServerControl::UseServerFolder() {
+    state.kerno.INIPath(settings::KernoIniPath(modServerControl::KernoPath()));
 }
 
 /// The settings are saved when nothing more is asked.
@@ -75,12 +79,13 @@ void frmServerControl::Form_Resize() {
         Visible(false);
 }
 
-void frmServerControl::Form_MouseDown(gui::MouseButton /*button*/, int x, int /*y*/) {
-    if (x == modSystemTray::kTrayDoubleClick) {
+void frmServerControl::Form_MouseDown(gui::MouseButton /*button*/, int x, int y) {
+    const int event = modSystemTray::EventOf(*this, x, y);
+    if (event == modSystemTray::kTrayDoubleClick) {
         State(gui::WindowState::Normal);
         Visible(true);
         BringToFront();
-    } else if (x == modSystemTray::kTrayRightDown) {
+    } else if (event == modSystemTray::kTrayRightDown) {
         modSystemTray::TrayShowMenu(*this, mnuPopup);
     }
 }

@@ -28,6 +28,8 @@ public:
     gui::MenuItem mnuExit{*this, IDM_frmServerControl_mnuExit, &frmServerControl::mnuExit_Click};
 
     PanelState state;
+    /// Works with Kerno.ini in the present folder of the servers from now on.
+    void UseServerFolder();
 
     gui::TabPanel mstServerControl{*this, IDC_frmServerControl_mstServerControl};
     fraConnections connections{mstServerControl, state};

@@ -104,7 +104,10 @@ TEST_F(EditorTest, EditsCarryOverAndWaitForSaveAsAdditionsAndDeletionsDo) {
     Choose("Charlie");
     editor.chkIsGM.Value(0);
     Choose("alpha");
-    EXPECT_FALSE(editor.chkWarp.Enabled());
+    for (const gui::Control* control : {static_cast<const gui::Control*>(&editor.chkWarp),
+                                        static_cast<const gui::Control*>(&editor.cmdGiveAllPrivileges),
+                                        static_cast<const gui::Control*>(&editor.cmdRemoveAllPrivileges)})
+        EXPECT_FALSE(control->Enabled());
     Fill("alpha2", "100009");
     editor.chkIsGM.Value(1);
     EXPECT_TRUE(editor.chkWarp.Enabled());

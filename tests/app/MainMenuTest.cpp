@@ -194,6 +194,26 @@ TEST_F(MainMenu, AStartWithWindowsHidesInTheTrayAndASecondOneBringsItToTheFront)
     EXPECT_TRUE(WaitUntil([&] { return common::FileExists(program / "shown.txt"); }));
 }
 
+TEST_F(MainMenu, OpenWindowsFollowTheServersFolder) {
+    kerno.INIProperty("Name", "First");
+    gui::Local<frmMainMenu> held(false);
+    frmMainMenu& form = *held;
+    form.Load();
+    form.cmdServerConfig.Press();
+    support::TempFolder other;
+    support::WriteFile(other / "Kerno.ini", "Name=Other\r\n");
+    KernoPath(other.Path() + "\\");
+    form.UseServerFolder();
+    ASSERT_TRUE(form.Configurator());
+    EXPECT_EQ(form.Configurator()->connections.txtServerName.Text(), "Other");
+    EXPECT_TRUE(support::Settle());
+    EXPECT_EQ(boxes.Texts(),
+              std::vector<std::string>{"The servers' folder is " + KernoPath() +
+                                       " now.\n\nThese windows were opened anew to show what is "
+                                       "in it:\nKerno Tools :: Server Configurator"});
+    EXPECT_TRUE(GetErrorMode() & SEM_FAILCRITICALERRORS) << "a drive without a medium is told by us";
+}
+
 TEST_F(MainMenu, TheTrayIconTakesTheWindowAwayAndADoubleClickBringsItBack) {
     gui::Local<frmMainMenu> held(false);
     frmMainMenu& form = *held;

@@ -1,5 +1,7 @@
 #include "Configurator.h"
 
+#include <commctrl.h>
+
 #include "servers/modServerControl.h"
 #include "supervision/IPDetection.h"
 
@@ -43,6 +45,22 @@ protected:
     void Save() {
         form.cmdSaveSettings.Press();
         EXPECT_TRUE(support::Settle(std::chrono::minutes(3)));
+    }
+    /// The captions of the tabs with a star.
+    std::vector<int> MarkedTabs() const {
+        std::vector<int> tabs;
+        for (int i = 0; i < form.mstServerConfigurator.Tabs(); ++i) {
+            char caption[64] = "";
+            TCITEMA item{};
+            item.mask = TCIF_TEXT;
+            item.pszText = caption;
+            item.cchTextMax = sizeof caption;
+            SendMessageA(form.mstServerConfigurator.Window(), TCM_GETITEMA, static_cast<WPARAM>(i),
+                         reinterpret_cast<LPARAM>(&item));
+            if (std::string_view(caption).ends_with(" *"))
+                tabs.push_back(i);
+        }
+        return tabs;
     }
 };
 
@@ -121,6 +139,67 @@ TEST_F(ServerSettings, ShowsBadValuesAsWhatSaveThenWrites) {
     }
 }
 
+TEST_F(ServerSettings, MarksWhatDiffersFromTheFileAndSaysWhatWasSaved) {
+    Open("Name=a\r\nAutoStart=0\r\nPriority=3\r\n");
+    form.Visible(true);
+    EXPECT_EQ(form.lblChanges.Caption(), "");
+    form.connections.txtServerName.Text("b");
+    form.misc.chkAutoStart.Value(1);
+    EXPECT_TRUE(support::WaitUntil([&] { return MarkedTabs() == std::vector<int>{0, 5}; }));
+    EXPECT_EQ(form.lblChanges.Caption(), "Not saved yet: Name, AutoStart");
+    EXPECT_TRUE(form.connections.txtServerName.Marked());
+    form.misc.chkAutoStart.Value(0);
+    EXPECT_TRUE(support::WaitUntil([&] { return MarkedTabs() == std::vector<int>{0}; }));
+    Save();
+    EXPECT_EQ(form.lblChanges.Caption(), "Saved: Name");
+    EXPECT_TRUE(MarkedTabs().empty());
+    EXPECT_FALSE(form.connections.txtServerName.Marked());
+    Save();
+    EXPECT_EQ(form.lblChanges.Caption(), "Saved. Nothing was changed here.");
+    form.connections.txtServerName.Text("c");
+    form.cmdReload.Press();
+    EXPECT_EQ(form.lblChanges.Caption(), "");
+}
+
+TEST_F(ServerSettings, WhatTheFileHasMeanwhileIsKeptOrAskedAbout) {
+    const std::string both =
+        "These settings were changed here, and meanwhile in the file too:\n\nName\n\n"
+        "Yes saves what this window says, No keeps what the file says, Cancel saves nothing.";
+    const std::pair<int, const char*> answers[] = {{IDYES, "window"}, {IDNO, "file"}, {IDCANCEL, nullptr}};
+    for (const auto& [answer, name] : answers) {
+        Open("Name=a\r\nIP=1\r\ngloginpass=x\r\nsv1port=1\r\n");
+        form.connections.txtServerName.Text("window");
+        form.connections.txtLoginPort.Text("2");
+        const std::string meanwhile = "Name=file\r\nIP=9\r\ngloginpass=y\r\nsv1port=1\r\n";
+        support::WriteFile(kerno.INIPath(), meanwhile);
+        boxes.Clear();
+        boxes.Answer(answer);
+        Save();
+        EXPECT_EQ(boxes.Texts().front(), both);
+        if (!name) {
+            EXPECT_EQ(Kerno(), meanwhile);
+            EXPECT_EQ(form.connections.txtServerName.Text(), "window");
+            continue;
+        }
+        EXPECT_TRUE(
+            Kerno().starts_with(std::string("Name=") + name + "\r\nIP=9\r\ngloginpass=y\r\nsv1port=2\r\n"))
+            << Kerno();
+        EXPECT_EQ(form.connections.txtServerIP.Text(), "9");
+    }
+}
+
+TEST_F(ServerSettings, AsksBeforeItMakesAFileThatHasGone) {
+    for (const int answer : {IDNO, IDYES}) {
+        Open("Name=a\r\n");
+        DeleteFileA(kerno.INIPath().c_str());
+        boxes.Clear();
+        boxes.Answer(answer);
+        Save();
+        EXPECT_TRUE(boxes.Texts().front().starts_with("There is no Kerno.ini at " + kerno.INIPath()));
+        EXPECT_EQ(common::FileExists(kerno.INIPath()), answer == IDYES);
+    }
+}
+
 TEST_F(ServerSettings, FilesThatCannotBeUsed) {
     form.Load();
     EXPECT_FALSE(form.Loaded());
@@ -181,7 +260,7 @@ TEST_F(ServerSettings, ChangesThePrioritiesOfRunningServers) {
     const HWND login = servers.Launch(Server::Login);
     const HWND zone = servers.Launch(Server::Zone);
     modServerControl::SetProcessPriority(zone, IDLE_PRIORITY_CLASS);
-    // The lists do not follow by themselves, and what is not shown is not applied.
+    // What is not shown is not applied.
     page.cboLoginPriority.ListIndex(1);
     page.cmdApplyPriorityChanges.Press();
     EXPECT_EQ(modServerControl::GetProcessPriority(login), DWORD{NORMAL_PRIORITY_CLASS});
@@ -198,6 +277,14 @@ TEST_F(ServerSettings, ChangesThePrioritiesOfRunningServers) {
     page.cmdApplyPriorityChanges.Press();
     EXPECT_EQ(modServerControl::GetProcessPriority(login), DWORD{BELOW_NORMAL_PRIORITY_CLASS});
     EXPECT_EQ(modServerControl::GetProcessPriority(zone), DWORD{HIGH_PRIORITY_CLASS});
+    // A class that the system refuses is not shown, what changes elsewhere is.
+    page.cboLoginPriority.ListIndex(2);
+    page.cmdApplyPriorityChanges.Press();
+    EXPECT_EQ(page.cboLoginPriority.Text(), "Below Normal");
+    page.cboLoginPriority.ListIndex(0);
+    modServerControl::SetProcessPriority(zone, IDLE_PRIORITY_CLASS);
+    EXPECT_TRUE(support::WaitUntil([&] { return page.cboZonePriority.Text() == "Low"; }));
+    EXPECT_EQ(page.cboLoginPriority.Text(), "Realtime") << "a choice that waits for the button stays";
     EXPECT_EQ(Kerno(), "Priority=2\r\n");
 }
 

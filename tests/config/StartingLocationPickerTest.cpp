@@ -150,6 +150,7 @@ TEST_F(StartingLocationPicker, HandsThePlaceToTheConfigurator) {
                 work(window);
         });
         newPlayer.cmdMapPicker.Press();
+        EXPECT_TRUE(support::Settle());
     };
     newPlayer.txtStartingX.Text("99999");
     pickWith([](HWND window) {

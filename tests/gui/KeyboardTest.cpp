@@ -162,4 +162,30 @@ TEST(Keyboard, AMessageBoxShowsWholeLines) {
     }
 }
 
+TEST(Keyboard, AMessageBoxThatWasScrolledUpStaysWhereItIs) {
+    frmSample form;
+    form.Show();
+    const HWND box = form.txtLog.Window();
+    const auto top = [&] { return SendMessageA(box, EM_GETFIRSTVISIBLELINE, 0, 0); };
+    EXPECT_TRUE(form.txtLog.EndInView());
+    for (int line = 0; line < 40; ++line)
+        form.txtLog.Append("\r\nline " + std::to_string(line));
+    EXPECT_TRUE(form.txtLog.EndInView());
+    SendMessageA(box, WM_VSCROLL, SB_TOP, 0);
+    EXPECT_FALSE(form.txtLog.EndInView());
+    form.txtLog.Append("\r\nmore");
+    EXPECT_EQ(top(), 0);
+    SendMessageA(box, WM_VSCROLL, SB_BOTTOM, 0);
+    const LRESULT end = top();
+    const CHARRANGE chosen{3, 7};
+    SendMessageA(box, EM_EXSETSEL, 0, reinterpret_cast<LPARAM>(&chosen));
+    SendMessageA(box, WM_VSCROLL, SB_BOTTOM, 0);
+    form.txtLog.Append("\r\nand more");
+    CHARRANGE kept{};
+    SendMessageA(box, EM_EXGETSEL, 0, reinterpret_cast<LPARAM>(&kept));
+    EXPECT_EQ(kept.cpMin, 3);
+    EXPECT_EQ(kept.cpMax, 7);
+    EXPECT_EQ(top(), end);
+}
+
 } // namespace
