@@ -4,6 +4,7 @@
 #include "common/Numbers.h"
 #include "common/RuntimeError.h"
 #include "common/Text.h"
+#include "supervision/BackupWork.h"
 
 #include <algorithm>
 #include <chrono>
@@ -12,8 +13,6 @@
 namespace supervision {
 
 namespace {
-
-using FindHandle = common::Handle<HANDLE, FindClose>;
 
 constexpr std::int64_t kHour = 60;
 
@@ -44,54 +43,15 @@ std::optional<std::chrono::year_month_day> Date(const std::string& text) {
     return date.ok() ? std::optional(date) : std::nullopt;
 }
 
-/// The locale's sign for the half of the day. Pruning takes names apart at their blanks and knows two signs,
-/// so a locale that has none, or one with a blank, a dot or what a file name cannot hold, gets those.
-std::string HalfOfDay(const SYSTEMTIME& time) {
+std::string LocaleText(LCTYPE type) {
     char text[40] = "";
-    GetTimeFormatA(LOCALE_USER_DEFAULT, 0, &time, "tt", text, sizeof text);
-    std::string sign = text;
-    if (sign.empty() || sign.find_first_of(" .\\/:*?\"<>|") != std::string::npos)
-        return time.wHour < 12 ? "AM" : "PM";
-    return sign;
+    GetLocaleInfoA(LOCALE_USER_DEFAULT, type, text, sizeof text);
+    return text;
 }
 
-/// Calls `visit` for each entry of the folder but itself and the one above it.
-void ForEachEntry(const std::string& folder, const auto& visit) {
-    WIN32_FIND_DATAA found{};
-    const HANDLE first = FindFirstFileA((folder + "\\*").c_str(), &found);
-    if (first == INVALID_HANDLE_VALUE)
-        return;
-    const FindHandle search(first);
-    do {
-        const std::string name = found.cFileName;
-        if (name != "." && name != "..")
-            visit(name, found.dwFileAttributes);
-    } while (FindNextFileA(search.get(), &found));
-}
-
-std::vector<std::string> FoldersIn(const std::string& folder) {
-    std::vector<std::string> folders;
-    ForEachEntry(folder, [&](const std::string& name, DWORD attributes) {
-        if (attributes & FILE_ATTRIBUTE_DIRECTORY)
-            folders.push_back(name);
-    });
-    return folders;
-}
-
-void DeleteFolder(const std::string& folder) {
-    ForEachEntry(folder, [&](const std::string& name, DWORD attributes) {
-        const std::string path = folder + "\\" + name;
-        if (attributes & FILE_ATTRIBUTE_READONLY)
-            SetFileAttributesA(path.c_str(), FILE_ATTRIBUTE_NORMAL);
-        if (!(attributes & FILE_ATTRIBUTE_DIRECTORY))
-            DeleteFileA(path.c_str());
-        else if (attributes & FILE_ATTRIBUTE_REPARSE_POINT)
-            // A link goes; what it leads to is not part of the backup.
-            RemoveDirectoryA(path.c_str());
-        else
-            DeleteFolder(path);
-    });
-    RemoveDirectoryA(folder.c_str());
+/// Pruning takes names apart at their blanks, and a file name cannot hold everything.
+bool FitsIntoName(const std::string& sign) {
+    return !sign.empty() && sign.find_first_of(" .\\/:*?\"<>|") == std::string::npos;
 }
 
 } // namespace
@@ -100,34 +60,45 @@ std::string BackupFolder() {
     return common::ProgramFolder() + "\\kTools\\Backup";
 }
 
-std::string BackupName(const SYSTEMTIME& time) {
+DaySigns LocaleDaySigns() {
+    DaySigns signs{LocaleText(LOCALE_S1159), LocaleText(LOCALE_S2359)};
+    const bool usable = FitsIntoName(signs.am) && FitsIntoName(signs.pm) && signs.am != signs.pm;
+    return usable ? signs : DaySigns{};
+}
+
+std::string BackupName(const SYSTEMTIME& time, const DaySigns& signs) {
     char text[40];
     std::snprintf(text, sizeof text, "%02u-%02u-%04u %02u %02u ", time.wDay, time.wMonth, time.wYear,
                   (time.wHour + 11) % 12 + 1, time.wMinute);
-    return text + HalfOfDay(time);
+    return text + (time.wHour < 12 ? signs.am : signs.pm);
 }
 
-std::optional<std::int64_t> BackupMinute(const std::string& name) {
+std::optional<std::int64_t> BackupMinute(const std::string& name, const DaySigns& signs) {
     const auto pieces = common::Split(name, ' ');
     if (pieces.size() != 4)
         return std::nullopt;
     const auto date = Date(pieces[0]);
     const auto hour = Digits(pieces[1], 2);
     const auto minute = Digits(pieces[2], 2);
-    if (!date || !hour || !minute)
+    // The locale may have been another one when the folder was made.
+    const auto isSign = [&](const std::string& locale, const char* usual) {
+        return common::EqualsIgnoreCase(pieces[3], locale) || common::EqualsIgnoreCase(pieces[3], usual);
+    };
+    const bool pm = isSign(signs.pm, "PM");
+    if (!date || !hour || !minute || !(pm || isSign(signs.am, "AM")))
         return std::nullopt;
-    return Minute(*date, *hour + (common::EqualsIgnoreCase(pieces[3], "PM") ? 12 : 0), *minute);
+    return Minute(*date, *hour + (pm ? 12 : 0), *minute);
 }
 
 std::vector<std::string> FoldersToPrune(const std::vector<std::string>& folders, const SYSTEMTIME& now,
-                                        std::size_t kept) {
+                                        std::size_t kept, const DaySigns& signs) {
     const std::int64_t present =
         Minute({std::chrono::year(now.wYear), std::chrono::month(now.wMonth), std::chrono::day(now.wDay)},
                now.wHour, now.wMinute);
     std::vector<std::string> names = folders;
     std::vector<std::int64_t> ages;
     for (const std::string& name : names) {
-        if (const auto minute = BackupMinute(name))
+        if (const auto minute = BackupMinute(name, signs))
             ages.push_back((present - *minute) * 60 + now.wSecond);
     }
     for (std::size_t end = ages.size(); end > 0; --end) {
@@ -143,14 +114,24 @@ std::vector<std::string> FoldersToPrune(const std::vector<std::string>& folders,
 
 std::int16_t PruneBackups(const std::string& kept) {
     const std::int32_t most = common::CLng(kept);
+    std::vector<std::string> folders;
+    for (const common::FolderEntry& entry :
+         common::EntriesOf(BackupFolder()).value_or(std::vector<common::FolderEntry>{}))
+        if (entry.IsFolder())
+            folders.push_back(entry.name);
+    if (folders.empty())
+        return 0;
     if (most < 0)
         throw RuntimeError(common::kSubscriptOutOfRange);
     SYSTEMTIME now{};
     GetLocalTime(&now);
-    const auto surplus = FoldersToPrune(FoldersIn(BackupFolder()), now, static_cast<std::size_t>(most));
+    const auto surplus = FoldersToPrune(folders, now, static_cast<std::size_t>(most));
+    if (surplus.empty())
+        return 0;
+    BackupWork work;
     for (const std::string& name : surplus)
-        DeleteFolder(BackupFolder() + "\\" + name);
-    return surplus.empty() ? 0 : 1;
+        work.Remove(name);
+    return 1;
 }
 
 } // namespace supervision

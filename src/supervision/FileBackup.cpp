@@ -4,6 +4,7 @@
 #include "servers/Servers.h"
 #include "supervision/BackupArchive.h"
 #include "supervision/Backups.h"
+#include "supervision/BackupWork.h"
 
 #include <string_view>
 
@@ -38,17 +39,14 @@ bool CopyFileOver(const std::string& from, const std::string& to, const std::fun
 void BackUpFiles(const Progress& progress) {
     SYSTEMTIME now{};
     GetLocalTime(&now);
-    // The folder of the tool's data is there from its first start on, unless it was deleted since.
-    common::RequireFolder(common::ProgramFolder() + "\\kTools");
-    common::RequireFolder(BackupFolder());
-    const std::string backup = BackupFolder() + "\\" + BackupName(now);
-    common::RequireFolder(backup);
+    BackupWork work;
+    const std::string gathered = work.Gather();
     for (const suite::Database& database : suite::Databases())
-        common::RequireFolder(FolderIn(backup, database));
+        common::MakeFolder(FolderIn(gathered, database));
     for (const suite::Database& database : suite::Databases()) {
         // The setting ends in a backslash of its own; a second one does no harm.
         const std::string source = FolderIn(modServerControl::MySQLPath() + "\\data", database) + "\\";
-        const std::string target = FolderIn(backup, database) + "\\";
+        const std::string target = FolderIn(gathered, database) + "\\";
         for (const std::size_t position : database.copyOrder) {
             for (const std::string_view ending : suite::kTableFileEndings) {
                 const std::string file = std::string(database.tables[position].name) + std::string(ending);
@@ -58,6 +56,7 @@ void BackUpFiles(const Progress& progress) {
             }
         }
     }
+    work.Publish(BackupName(now));
 }
 
 } // namespace supervision

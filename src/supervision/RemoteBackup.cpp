@@ -29,6 +29,14 @@ private:
     clsMySQLCopyDatabase& copier_;
 };
 
+void ConnectSource(clsMySQLCopyDatabase& copier, const clsINI& kernoIni, const suite::Database& database) {
+    const suite::Login login = suite::ReadLogin(kernoIni, database);
+    copier.SourceHostname(kThisComputer);
+    copier.SourceUsername(login.user);
+    copier.SourcePassword(login.password);
+    copier.ConnectSource();
+}
+
 } // namespace
 
 void BackUpDatabases(clsMySQLCopyDatabase& copier, const clsINI& kTools, const clsINI& kernoIni) {
@@ -38,11 +46,12 @@ void BackUpDatabases(clsMySQLCopyDatabase& copier, const clsINI& kTools, const c
     copier.DestinationPassword(kTools.INIProperty(settings::key::kBackupPassword));
     copier.ConnectDestination();
     for (const suite::Database& database : suite::Databases()) {
-        copier.SourceHostname(kThisComputer);
-        const suite::Login login = suite::ReadLogin(kernoIni, database);
-        copier.SourceUsername(login.user);
-        copier.SourcePassword(login.password);
-        copier.ConnectSource();
+        ConnectSource(copier, kernoIni, database);
+        copier.CheckSource(std::string(database.name));
+        copier.DisconnectSource();
+    }
+    for (const suite::Database& database : suite::Databases()) {
+        ConnectSource(copier, kernoIni, database);
         if (!copier.CopyDatabase(std::string(database.name), CopyOf(database)))
             return;
         copier.DisconnectSource();

@@ -1,5 +1,6 @@
 #include "supervision/clsMySQLCopyDatabase.h"
 
+#include "common/RuntimeError.h"
 #include "common/Text.h"
 #include "database/Blocks.h"
 #include "database/Error.h"
@@ -7,6 +8,7 @@
 #include "database/Transaction.h"
 #include "gui/RunNow.h"
 
+#include <algorithm>
 #include <initializer_list>
 
 namespace {
@@ -75,6 +77,30 @@ std::string ShowColumns(const std::string& database, const std::string& table) {
     return "SHOW COLUMNS FROM " + database + "." + table;
 }
 
+/// Of the other engines one loses its rows when the server ends, and another has none of its own.
+bool KeepsRows(const std::string& engine) {
+    constexpr const char* kEngines[] = {"MyISAM", "InnoDB", "Aria"};
+    return std::ranges::find(kEngines, engine) != std::end(kEngines);
+}
+
+/// Has the destination make databases in the character set of the source's: texts that are different in one
+/// may be the same in another, or not exist there. Old servers do not tell.
+void UseCollationOf(Connection& source, const std::string& database, Connection& destination) {
+    try {
+        const database::Value collation = gui::RunNow(source.Scalar(
+            "SELECT DEFAULT_COLLATION_NAME FROM information_schema.SCHEMATA WHERE SCHEMA_NAME = '" +
+            database + "'"));
+        const std::string name = collation.IsNull() ? "" : collation.AsText();
+        if (!name.empty())
+            ExecuteKnown(destination,
+                         {"SET SESSION collation_server = " + name,
+                          "SET SESSION character_set_server = " + name.substr(0, name.find('_'))});
+    } catch (const database::Error& error) {
+        if (error.ConnectionLost())
+            throw;
+    }
+}
+
 /// Has the next table made with the engine of the source's: the suite's tables are to stay MyISAM, whose
 /// files a file backup copies, also where a server's own choice is another one. A destination that lacks the
 /// engine uses its own, as does a view's copy.
@@ -92,7 +118,7 @@ void UseEngineOf(Connection& source, const std::string& database, const std::str
         for (gui::RunNow(status.Open(source, "SHOW TABLE STATUS FROM " + database)); !status.Eof();
              status.MoveNext()) {
             const std::string engine = status.Field("Engine").AsText();
-            if (status.Field("Name").AsText() == table && !engine.empty())
+            if (status.Field("Name").AsText() == table && KeepsRows(engine))
                 use(engine);
         }
     } catch (const database::Error& error) {
@@ -173,6 +199,7 @@ std::int16_t clsMySQLCopyDatabase::CopyDatabase(const std::string& SourceDatabas
         return 0;
     // All names before anything is dropped: a source that does not answer costs no copy.
     const std::vector<std::string> tables = Names(source_, ShowTables(SourceDatabase));
+    UseCollationOf(source_, SourceDatabase, destination_);
     if (!NoDBDelete)
         gui::RunNow(destination_.Execute("DROP DATABASE IF EXISTS " + DestinationDatabase + ";"));
     gui::RunNow(destination_.Execute("CREATE DATABASE IF NOT EXISTS " + DestinationDatabase + ";"));
@@ -226,6 +253,22 @@ std::int16_t clsMySQLCopyDatabase::CopyTable(const std::string& SourceDatabase,
     }
     gui::RunNow(transaction.Commit());
     return 1;
+}
+
+void clsMySQLCopyDatabase::CheckSource(const std::string& SourceDatabase) {
+    std::string list;
+    for (const std::string& table : Names(source_, ShowTables(SourceDatabase)))
+        list += (list.empty() ? "" : ", ") + SourceDatabase + "." + database::Quoted(table);
+    if (list.empty())
+        return;
+    const database::Answer answer = gui::RunNow(source_.ReadAll("CHECK TABLE " + list));
+    for (std::size_t row = 0; row < answer.Count(); ++row) {
+        const auto text = [&](const char* name) { return answer.At(row, answer.Position(name)).AsText(); };
+        // Notes and warnings tell of tables that are open, or of an engine that has nothing to check.
+        if (common::EqualsIgnoreCase(text("Msg_type"), "error"))
+            throw RuntimeError(kTableDamaged, text("Table") + " is damaged: " + text("Msg_text") +
+                                                  ". It is not copied; the earlier copy stays");
+    }
 }
 
 std::vector<std::string> clsMySQLCopyDatabase::GetSourceDatabaseList() {

@@ -21,6 +21,9 @@ public:
     /// The number of SQLCopyError.
     static constexpr long kNotConnected = 12345;
 
+    /// The number of the error that tells of a damaged table, as MySQL has it.
+    static constexpr long kTableDamaged = 1194;
+
     /// A column as the server describes it.
     struct Column {
         std::string field;
@@ -67,6 +70,9 @@ public:
     /// a copy that fails has also lost the one before it.
     std::int16_t CopyDatabase(const std::string& SourceDatabase, const std::string& DestinationDatabase,
                               bool NoDBDelete = false);
+
+    /// Has the source look through all tables of a database. Raises kTableDamaged, naming the table.
+    void CheckSource(const std::string& SourceDatabase);
 
     /// Empty without a connection.
     std::vector<std::string> GetSourceDatabaseList();

@@ -127,8 +127,9 @@ void fraBackup::tmrBackup_Timer() {
 
 gui::Task<> fraBackup::ActOrReport(BackupAction action, supervision::BackupSettings settings) {
     try {
-        co_await Act(action, settings);
-        failure_.clear();
+        const bool acted = co_await Act(action, settings);
+        if (acted)
+            failure_.clear();
     } catch (const RuntimeError& error) {
         ReportOnce(error, action);
     }
@@ -141,31 +142,36 @@ void fraBackup::ReportOnce(const RuntimeError& error, BackupAction action) {
     failure_ = error.Description();
 }
 
-gui::Task<> fraBackup::Act(BackupAction action, supervision::BackupSettings settings) {
+/// False when there was nothing to do, or somebody else is in the way.
+gui::Task<bool> fraBackup::Act(BackupAction action, supervision::BackupSettings settings) {
     if (action == BackupAction::Announce) {
         if (!modServerControl::IsZoneRunning())
-            co_return;
+            co_return false;
         SYSTEMTIME now{};
         GetLocalTime(&now);
         modServerControl::SendPlayerMessage(supervision::Announcement(clock.BackupSeconds(), settings, now));
-        co_return;
+        co_return true;
     }
     // The servers' shutdown and start wait for a backup that is being made; the clock goes on.
     if (copying_)
-        co_return;
+        co_return false;
     if (action == BackupAction::Backup) {
         // Whoever restarts the servers at this moment would start them while their files are copied.
         if (settings.shutdownServers &&
             std::ranges::any_of(modServerControl::kServers, modServerControl::IsOwned))
-            co_return;
+            co_return false;
         co_await TimedBackup(settings.shutdownServers);
     } else if (action == BackupAction::Restore) {
-        // First, or a start that fails would start servers a second time at the next tick.
-        clock.Reset();
+        // However they end, or a start that fails would start servers a second time at the next tick.
+        const struct CycleEnd {
+            ~CycleEnd() { clock.Reset(); }
+            supervision::BackupClock& clock;
+        } cycleEnd{clock};
         const std::optional<Phase> phase = std::exchange(phase_, {});
         if (settings.shutdownServers)
             StartServers(phase ? phase->closed : modServerControl::Predecessors::All(), state_.kerno);
     }
+    co_return action != BackupAction::Nothing;
 }
 
 gui::Task<> fraBackup::TimedBackup(bool shutdownServers) {

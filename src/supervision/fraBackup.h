@@ -84,7 +84,7 @@ private:
         modServerControl::Predecessors closed;
     };
 
-    gui::Task<> Act(supervision::BackupAction action, supervision::BackupSettings settings);
+    gui::Task<bool> Act(supervision::BackupAction action, supervision::BackupSettings settings);
     gui::Task<> TimedBackup(bool shutdownServers);
     gui::Task<> BackupByHand(void (fraBackup::*backup)());
     gui::Task<> Make(void (fraBackup::*backup)());

@@ -3,6 +3,7 @@
 #include "dbsetup/Schema.h"
 #include "supervision/BackupArchive.h"
 #include "supervision/Backups.h"
+#include "supervision/BackupWork.h"
 #include "support/Database.h"
 
 #include <limits>
@@ -73,8 +74,15 @@ TEST(BackupArchive, NamesAreMinutes) {
                                          {"30-06-2004 11 59 PM", 24 * 60 - 1},
                                          {"29-02-2004 01 00 AM", -122 * 24 * 60 + 60}})
         EXPECT_EQ(*BackupMinute(name) - midnight, expected) << name;
-    for (const char* foreign :
-         {"", "29-02-2003 01 00 AM", "30-06-2004 01 00", "30-06-2004  01 00 AM", "30-06-2004 my own files"})
+    // The signs of this locale and of any other that was in force once; whatever else ends a name is no sign.
+    const DaySigns japanese{"\x8c\xdf\x91O", "\x8c\xdf\x8c\xe3"};
+    EXPECT_EQ(BackupName(time, japanese), "30-06-2004 01 58 " + japanese.pm);
+    EXPECT_EQ(BackupMinute("30-06-2004 01 58 " + japanese.pm, japanese), midnight + 13 * 60 + 58);
+    EXPECT_EQ(BackupMinute("30-06-2004 01 58 " + japanese.am, japanese), midnight + 60 + 58);
+    EXPECT_EQ(BackupMinute("30-06-2004 01 58 pm", japanese), midnight + 13 * 60 + 58);
+    EXPECT_EQ(BackupMinute("30-06-2004 01 58 " + japanese.pm), std::nullopt);
+    for (const char* foreign : {"", "30-06-2004 01 00 old", "29-02-2003 01 00 AM", "30-06-2004 01 00",
+                                "30-06-2004  01 00 AM", "30-06-2004 my own files"})
         EXPECT_EQ(BackupMinute(foreign), std::nullopt) << foreign;
 }
 
@@ -223,8 +231,9 @@ TEST_F(Backup, FailuresAreShownOnceAndTheNextBackupWorks) {
     root.Execute("DROP TABLE amcharacter.flaginfo");
     std::filesystem::remove_all(BackupFolder());
     expectOneBox("53] File not found (2: ");
-    const std::string folder = BackupFolder() + "\\" + Folders()[0];
-    EXPECT_TRUE(common::FileExists(folder + "\\amcharacter\\charinfo.MYD"));
+    EXPECT_TRUE(Folders().empty());
+    EXPECT_FALSE(BackupWork::IsLeft());
+    root.Execute("CREATE TABLE amcharacter.flaginfo LIKE amcharacter.iteminfo");
     // A copy that cannot be made anew stays as it was. By then it may be the next minute.
     std::vector<std::string> copies;
     {
@@ -286,6 +295,20 @@ TEST_F(Backup, ByHandTheSuiteGoesDownAndComesUp) {
     for (const Server server : kServers)
         EXPECT_TRUE(WaitUntil([&] { return servers.MainWindow(server) != nullptr; }));
     EXPECT_EQ(Sums(remote, "bk_"), Sums(root));
+}
+
+TEST_F(Backup, ADamagedTableCostsNoEarlierCopy) {
+    kerno.INIProperty(kBackupOption, "1");
+    TickWhenDue();
+    const auto copies = Sums(remote, "bk_");
+    root.Execute("INSERT INTO amglobal.party SELECT seq + 100, REPEAT('x', 1000) FROM glogin.seq_1_to_100");
+    root.Execute("FLUSH TABLES");
+    std::filesystem::resize_file(support::DataFolder() + "\\amglobal\\party.MYD", 5000);
+    TickWhenDue();
+    EXPECT_TRUE(WaitUntil([&] { return boxes.Seen().size() == 1; }));
+    EXPECT_TRUE(boxes.Texts().at(0).starts_with("Kerno Tools Error :: [1194] amglobal.party is damaged: "))
+        << boxes.Texts()[0];
+    EXPECT_EQ(Sums(remote, "bk_"), copies);
 }
 
 TEST_F(Backup, EndsWithThePanel) {

@@ -125,4 +125,31 @@ TEST_F(Copier, ACopyThatWasEndedInTheMiddleIsMadeAnew) {
     EXPECT_EQ(Checksums(remote, "bk"), before);
 }
 
+TEST_F(Copier, CharacterSetsAndEnginesSurviveAServerWithOtherDefaults) {
+    const std::string server = Rows(remote, "SELECT @@GLOBAL.collation_server")[0];
+    const std::pair<const char*, const char*> cases[] = {{"latin1_bin", "utf8mb4_general_ci"},
+                                                         {"utf8mb4_bin", "latin1_swedish_ci"},
+                                                         {"cp932_bin", "latin1_swedish_ci"},
+                                                         {"latin1_bin", "cp932_japanese_ci"}};
+    for (const auto& [source, destination] : cases) {
+        remote.Execute("SET GLOBAL collation_server = " + std::string(destination));
+        root.Execute("DROP DATABASE glogin");
+        root.Execute("CREATE DATABASE glogin COLLATE " + std::string(source));
+        // Names that only letter case tells apart, and letters that the other set lacks.
+        const std::string letters = *source == 'l' ? "_latin1 0xE9" : "_utf8mb4 0xE697A5E69CAC";
+        root.Execute("CREATE TABLE glogin.t (name varchar(20) NOT NULL PRIMARY KEY) ENGINE=MyISAM");
+        root.Execute("INSERT INTO glogin.t VALUES ('a'), ('A'), (" + letters + ")");
+        root.Execute("CREATE TABLE glogin.gone (a int) ENGINE=MEMORY");
+        root.Execute("INSERT INTO glogin.gone VALUES (7)");
+        Connect();
+        EXPECT_EQ(copier.CopyDatabase("glogin", "bk_glogin"), 1) << source << ' ' << destination;
+        EXPECT_EQ(Checksums(remote, "bk_glogin"), Checksums(root, "glogin")) << source << ' ' << destination;
+        EXPECT_EQ(Rows(remote,
+                       "SELECT ENGINE FROM information_schema.tables WHERE TABLE_SCHEMA = 'bk_glogin' "
+                       "ORDER BY TABLE_NAME"),
+                  (std::vector<std::string>{"InnoDB", "MyISAM"}));
+    }
+    remote.Execute("SET GLOBAL collation_server = " + server);
+}
+
 } // namespace

@@ -1,9 +1,13 @@
 #include "support/TempFolder.h"
 
+#include "common/Files.h"
+#include "support/Wait.h"
+
 #include <windows.h>
 
 #include <filesystem>
 #include <fstream>
+#include <stdexcept>
 
 namespace support {
 
@@ -26,6 +30,33 @@ TempFolder::~TempFolder() {
 void WriteFile(const std::string& path, std::string_view text) {
     std::filesystem::create_directories(std::filesystem::path(path).parent_path());
     std::ofstream(path, std::ios::binary) << text;
+}
+
+namespace {
+
+/// The path as the system below Wine has it; "" on Windows.
+std::string UnixPath(const std::string& path) {
+    using Translate = char*(CDECL*)(const wchar_t*);
+    const auto translate = reinterpret_cast<Translate>(
+        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA("kernel32"), "wine_get_unix_file_name")));
+    return translate ? translate(std::filesystem::path(path).wstring().c_str()) : std::string();
+}
+
+} // namespace
+
+void LinkFolder(const std::string& link, const std::string& target) {
+    const std::string from = UnixPath(link);
+    std::string command = from.empty() ? "cmd /c mklink /J \"" + link + "\" \"" + target + "\""
+                                       : "Z:\\bin\\ln -s \"" + UnixPath(target) + "\" \"" + from + "\"";
+    STARTUPINFOA startup{};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION started{};
+    if (!CreateProcessA(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
+                        &started) ||
+        !WaitUntil([&] { return common::FolderExists(link); }))
+        throw std::runtime_error("no link was made: " + command);
+    CloseHandle(started.hThread);
+    CloseHandle(started.hProcess);
 }
 
 } // namespace support

@@ -24,4 +24,7 @@ private:
 /// Writes `text` as the whole file, into a folder that is made when it is missing.
 void WriteFile(const std::string& path, std::string_view text);
 
+/// Makes `link` a junction that leads to the folder `target`; under Wine what is one there, a symbolic link.
+void LinkFolder(const std::string& link, const std::string& target);
+
 } // namespace support
