@@ -142,11 +142,11 @@ void fraBackup::ReportOnce(const RuntimeError& error, BackupAction action) {
     failure_ = error.Description();
 }
 
-/// False when there was nothing to do, or somebody else is in the way.
+/// False when a backup or somebody else is in the way.
 gui::Task<bool> fraBackup::Act(BackupAction action, supervision::BackupSettings settings) {
     if (action == BackupAction::Announce) {
         if (!modServerControl::IsZoneRunning())
-            co_return false;
+            co_return true;
         SYSTEMTIME now{};
         GetLocalTime(&now);
         modServerControl::SendPlayerMessage(supervision::Announcement(clock.BackupSeconds(), settings, now));
@@ -171,7 +171,7 @@ gui::Task<bool> fraBackup::Act(BackupAction action, supervision::BackupSettings 
         if (settings.shutdownServers)
             StartServers(phase ? phase->closed : modServerControl::Predecessors::All(), state_.kerno);
     }
-    co_return action != BackupAction::Nothing;
+    co_return true;
 }
 
 gui::Task<> fraBackup::TimedBackup(bool shutdownServers) {
