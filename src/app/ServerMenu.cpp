@@ -34,8 +34,14 @@ gui::Task<bool> ServerMenu::Start(Server server) {
     const bool may = co_await MayStart(server);
     if (!may)
         co_return false;
-    StartWithPriority(server, kTools_, journal::Asker::Tray);
+    std::optional<RuntimeError> error;
+    try {
+        StartWithPriority(server, kTools_, journal::Asker::Tray);
+    } catch (const RuntimeError& raised) {
+        error = raised;
+    }
     RefreshTip();
+    TellPriorities({server}, error);
     co_return true;
 }
 
@@ -115,9 +121,40 @@ gui::Task<> ServerMenu::RestartServers(std::vector<Server> servers) {
     }
     const supervision::Restart restart{
         .asker = journal::Asker::Tray, .message = {}, .meanwhile = {}, .servers = servers};
-    const bool done = co_await supervision::RestartAll(restart, kTools_);
-    if (!done)
+    bool done = true;
+    std::optional<RuntimeError> error;
+    try {
+        done = co_await supervision::RestartAll(restart, kTools_);
+    } catch (const RuntimeError& raised) {
+        error = raised;
+    }
+    if (done)
+        TellPriorities(servers, error);
+    else
         form_.Tell(supervision::kRestartUnderWay);
+}
+
+void ServerMenu::TellPriorities(const std::vector<Server>& servers,
+                                const std::optional<RuntimeError>& error) {
+    // The servers run, so the tool goes on whatever is wrong with the number.
+    for (const Server server : servers) {
+        const std::string key(ComponentOf(server).priorityKey);
+        std::string text;
+        try {
+            text = key.empty() ? "0" : kTools_.INIProperty(key);
+        } catch (const RuntimeError&) {
+            break;
+        }
+        if (PriorityIndexIn(text))
+            continue;
+        form_.Tell(key + " in kTools.ini is \"" + text +
+                       "\", which is no number from 0 to 5. The server was started without it.",
+                   MB_ICONEXCLAMATION);
+        return;
+    }
+    if (error)
+        form_.Tell("The server was started without its priority: " + error->Description(),
+                   MB_ICONEXCLAMATION);
 }
 
 void ServerMenu::RefreshTip() {

@@ -4,6 +4,7 @@
 #include "servers/modServerControl.h"
 #include "settings/clsINI.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -36,6 +37,9 @@ public:
 private:
     gui::Task<bool> MayStart(modServerControl::Server server);
     gui::Task<> RestartServers(std::vector<modServerControl::Server> servers);
+    /// Tells which of the servers was started without its priority, and why.
+    void TellPriorities(const std::vector<modServerControl::Server>& servers,
+                        const std::optional<RuntimeError>& error);
     void RefreshTip();
 
     gui::Form& form_;

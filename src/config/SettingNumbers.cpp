@@ -15,12 +15,7 @@ int CheckValueOf(std::string_view text) {
 }
 
 int PriorityOf(std::string_view text) {
-    try {
-        const int index = common::CInt(common::Val(text));
-        return modServerControl::PriorityClassOf(index) ? index : kNormalPriority;
-    } catch (const RuntimeError&) {
-        return kNormalPriority;
-    }
+    return modServerControl::PriorityIndexIn(text).value_or(kNormalPriority);
 }
 
 } // namespace config

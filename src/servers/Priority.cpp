@@ -1,6 +1,8 @@
 #include "servers/Priority.h"
 
 #include "common/Handle.h"
+#include "common/Numbers.h"
+#include "common/RuntimeError.h"
 #include "servers/Detection.h"
 
 #include <algorithm>
@@ -38,6 +40,15 @@ std::int16_t PriorityIndexOf(DWORD priorityClass) {
     const auto found = std::ranges::find(kPriorityClasses, priorityClass);
     return found == kPriorityClasses.end() ? std::int16_t{0}
                                            : static_cast<std::int16_t>(found - kPriorityClasses.begin());
+}
+
+std::optional<int> PriorityIndexIn(std::string_view text) {
+    try {
+        const int index = common::CInt(common::Val(text));
+        return PriorityClassOf(index) ? std::optional(index) : std::nullopt;
+    } catch (const RuntimeError&) {
+        return std::nullopt;
+    }
 }
 
 std::int16_t SetProcessPriority(HWND window, DWORD priorityClass) {

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string_view>
 
 namespace modServerControl {
 
@@ -14,6 +15,10 @@ std::optional<DWORD> PriorityClassOf(int index);
 
 /// The index of a priority class; 0 for a class that has none.
 std::int16_t PriorityIndexOf(DWORD priorityClass);
+
+/// The index that a setting's text stands for: the number at its start, 0 when there is none. Nothing for a
+/// number that is no index.
+std::optional<int> PriorityIndexIn(std::string_view text);
 
 /// Gives the window's process the priority class; 1 when the system accepted it, else 0.
 std::int16_t SetProcessPriority(HWND window, DWORD priorityClass);

@@ -51,4 +51,6 @@ void fraConnections::chkSendMessageIPChange_Click() {
 gui::Task<> fraConnections::cmdIPDetectionSettings_Click() {
     gui::Local<frmIPDetection> form;
     co_await form->ShowModal(Panel().Parent());
+    // It may be looked up in another way now.
+    co_await ShowAddresses();
 }

@@ -6,6 +6,7 @@
 #include "servers/Servers.h"
 #include "settings/kToolsSettings.h"
 #include "supervision/frmJournal.h"
+#include "supervision/NextBackup.h"
 
 namespace {
 
@@ -24,6 +25,19 @@ void frmServerControl::Form_Load() {
     connections.txtCurrentIPAddress.Text(state.kerno.INIProperty(suite::key::kServerAddress));
     connections.Start(connections.ShowFirst());
     settings_.Load();
+    ShowTonight();
+}
+
+void frmServerControl::ShowTonight() {
+    supervision::Night night;
+    night.watched = errorDetector.chkErrorDetector.Value() != 0;
+    night.restarts = errorDetector.chkCheckServerProcesses.Value() != 0;
+    night.closes = errorDetector.chkHandlePopups.Value() != 0;
+    SYSTEMTIME now{};
+    GetLocalTime(&now);
+    night.next = supervision::NextBackupText(state.kerno, backup.tmrBackup.Enabled(),
+                                             backup.clock.BackupSeconds(), backup.Settings(), now);
+    lblTonight.Caption(supervision::NightText(night));
 }
 
 void frmServerControl::UseServerFolder() {

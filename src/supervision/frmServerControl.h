@@ -37,12 +37,17 @@ public:
     fraErrorDetector errorDetector{
         mstServerControl, state, {mnuEnableErrorDetector, mnuClosePopups, mnuCheckProcesses}};
 
+    /// What goes on while nobody looks.
+    gui::Label lblTonight{*this, IDC_frmServerControl_lblTonight};
     gui::CommandButton cmdMinimizetoTray{*this, IDC_frmServerControl_cmdMinimizetoTray,
                                          &frmServerControl::cmdMinimizetoTray_Click};
     gui::CommandButton cmdCloseWindow{*this, IDC_frmServerControl_cmdCloseWindow,
                                       &frmServerControl::cmdCloseWindow_Click};
     gui::CommandButton cmdJournal{*this, IDC_frmServerControl_cmdJournal,
                                   &frmServerControl::cmdJournal_Click};
+
+    /// Kerno.ini may change under the panel, so it is looked at now and then.
+    gui::Timer tmrTonight{*this, std::chrono::seconds(5), &frmServerControl::ShowTonight};
 
 private:
     void Form_Load() override;
@@ -54,6 +59,7 @@ private:
     void Form_TaskbarCreated() override;
     void Form_Error(const RuntimeError& error) override;
 
+    void ShowTonight();
     void cmdMinimizetoTray_Click() { State(gui::WindowState::Minimized); }
     void cmdCloseWindow_Click() { Unload(); }
     gui::Task<> cmdJournal_Click();

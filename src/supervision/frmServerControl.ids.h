@@ -3,6 +3,7 @@
 #define IDD_frmServerControl 1800
 #define IDC_frmServerControl_mstServerControl 1801
 #define IDC_frmServerControl_cmdMinimizetoTray 1802
+#define IDC_frmServerControl_lblTonight 1815
 #define IDC_frmServerControl_cmdCloseWindow 1803
 
 #define IDR_frmServerControl_mnuPopup 1804
