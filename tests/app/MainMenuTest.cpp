@@ -153,12 +153,16 @@ TEST_F(MainMenu, ClicksInThePauseOfARestartDoubleNothing) {
     for (const Server server : kServers)
         ASSERT_TRUE(servers.Launch(server));
     const auto inThePause = [&](gui::MenuItem& item) {
+        bool chosen = false;
+        const support::Meanwhile choose([&] {
+            if (!chosen && !servers.IsRunning(Server::Character)) {
+                chosen = true;
+                item.Choose();
+            }
+        });
         form.mnuRestartKerno.Choose();
-        EXPECT_TRUE(WaitUntil([&] { return !servers.IsRunning(Server::Character); }));
-        item.Choose();
         EXPECT_TRUE(support::Settle(std::chrono::minutes(3)));
-        EXPECT_TRUE(WaitUntil(
-            [&] { return !servers.MainWindow(Server::Zone) == (&item == &form.mnuShutdownKerno); }));
+        EXPECT_TRUE(chosen);
     };
     for (gui::MenuItem* item : {&form.mnuStartKerno, &form.mnuStartLogin, &form.mnuRestartZone}) {
         boxes.Clear();

@@ -13,6 +13,9 @@ using modServerControl::Server;
 using standin::Command;
 using support::WaitUntil;
 
+/// The zone server's pause takes its time on a busy machine.
+constexpr std::chrono::minutes kPause{3};
+
 /// A panel that looks after all servers ten times a second.
 class Restarting : public Panel {
 protected:
@@ -27,9 +30,10 @@ protected:
     }
 
     void ExpectOneOfEach(const std::string& when) {
-        EXPECT_TRUE(WaitUntil([] { return std::ranges::all_of(kServers, modServerControl::IsRunning); }))
+        EXPECT_TRUE(
+            WaitUntil([] { return std::ranges::all_of(kServers, modServerControl::IsRunning); }, kPause))
             << when;
-        EXPECT_TRUE(support::Settle(std::chrono::minutes(3)));
+        EXPECT_TRUE(support::Settle(kPause));
         for (const Server server : kServers)
             EXPECT_EQ(servers.Instances(server), 1)
                 << when << ", " << modServerControl::ComponentOf(server).name;
@@ -50,11 +54,11 @@ protected:
 TEST_F(Restarting, NobodyStartsWhatSomebodyElseRestarts) {
     ExpectOneOfEach("at first");
     const Restart restart{.asker = journal::Asker::Tray, .message = {}, .meanwhile = {}};
-    EXPECT_TRUE(support::Run(RestartAll(restart, kTools)));
+    EXPECT_TRUE(support::Run(RestartAll(restart, kTools), kPause));
     ExpectOneOfEach("after a restart under the restarter's eyes");
     {
         const auto ownership = modServerControl::Ownership::Take(kServers);
-        EXPECT_FALSE(support::Run(RestartAll(restart, kTools)));
+        EXPECT_FALSE(support::Run(RestartAll(restart, kTools), kPause));
         servers.Kill(Server::Login);
         for (int tick = 0; tick < 3; ++tick)
             panel.errorDetector.tmrErrorDetector.Tick();
@@ -88,7 +92,7 @@ TEST_F(Restarting, WhoEndsABackupsTimeIsAskedAboutTheServers) {
         ASSERT_TRUE(WaitUntil([&] { return !servers.IsRunning(Server::Login); }));
         boxes.Answer(c.answer);
         c.button.Press();
-        EXPECT_TRUE(support::Settle(std::chrono::minutes(3)));
+        EXPECT_TRUE(support::Settle(kPause));
         EXPECT_EQ(servers.IsRunning(Server::Login), c.answer == IDYES);
         EXPECT_FALSE(modServerControl::BackupPhase::IsOn());
     }
@@ -124,7 +128,7 @@ TEST_F(Restarting, AStubbornDialogKeepsNoOtherServerDown) {
     EXPECT_TRUE(WaitUntil([&] { return modServerControl::IsZoneRunning(); }));
     // Without "Close the dialogs" nobody goes on with it.
     panel.errorDetector.chkHandlePopups.Value(0);
-    EXPECT_TRUE(support::Settle(std::chrono::minutes(3)));
+    EXPECT_TRUE(support::Settle(kPause));
     EXPECT_EQ(servers.DialogCount(), 1);
 }
 

@@ -12,6 +12,9 @@ using modServerControl::Server;
 using standin::Command;
 using support::WaitUntil;
 
+/// The zone server's pause takes its time on a busy machine.
+constexpr std::chrono::minutes kPause{3};
+
 /// The entries of a log, without the stamps between them.
 std::vector<std::string> Entries(const std::string& log) {
     std::vector<std::string> entries;
@@ -119,10 +122,12 @@ TEST_F(Panel, ACrashedServersDialogIsLoggedAndTheSuiteRestarted) {
     EXPECT_TRUE(WaitUntil([&] {
         return support::TextOf(zoneLog).find("Broadcast: Back in a minute\r\n") != std::string::npos;
     })) << support::TextOf(zoneLog);
-    EXPECT_TRUE(WaitUntil([&] {
-        return servers.MainWindow(Server::Login) && servers.MainWindow(Server::Character) &&
-               servers.Instances(Server::Zone) == 2;
-    }));
+    EXPECT_TRUE(WaitUntil(
+        [&] {
+            return servers.MainWindow(Server::Login) && servers.MainWindow(Server::Character) &&
+                   servers.Instances(Server::Zone) == 2;
+        },
+        kPause));
     EXPECT_EQ(servers.Instances(Server::Login), 1);
     EXPECT_EQ(servers.Instances(Server::Character), 1);
     EXPECT_EQ(Entries(Log("errors.log")),
@@ -141,7 +146,7 @@ TEST_F(Panel, ARestartStartsNothingWhenAnExecutableIsMissing) {
     const auto stop = [&] { return UntilDown(servers, down); };
     const Restart restart{
         .asker = journal::Asker::Detector, .message = {}, .meanwhile = stop, .checkExecutables = true};
-    EXPECT_TRUE(support::Run(RestartAll(restart, kerno)));
+    EXPECT_TRUE(support::Run(RestartAll(restart, kerno), kPause));
     EXPECT_TRUE(down);
     EXPECT_FALSE(servers.IsRunning(Server::Login));
 }
@@ -187,7 +192,7 @@ TEST_F(Panel, AChangeThatIsNotWrittenIsFoundAgain) {
         return support::TextOf(zoneLog).find("Broadcast: We are moving\r\n") != std::string::npos;
     })) << support::TextOf(zoneLog);
     for (const Server server : kServers)
-        EXPECT_TRUE(WaitUntil([&] { return servers.MainWindow(server) != nullptr; }));
+        EXPECT_TRUE(WaitUntil([&] { return servers.MainWindow(server) != nullptr; }, kPause));
     EXPECT_EQ(kerno.INIProperty("IP"), "10.1.2.3");
     EXPECT_TRUE(IsChange(support::Run(panel.connections.ShowAddresses())));
 }
