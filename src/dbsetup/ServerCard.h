@@ -3,7 +3,6 @@
 #include "database/Drivers.h"
 
 #include <string>
-#include <string_view>
 #include <vector>
 
 /// What a server is, and what of the tool's work it takes.

@@ -7,7 +7,6 @@
 #include <array>
 #include <chrono>
 #include <map>
-#include <string>
 #include <vector>
 
 /// The servers' processes, whether they show a window or not.
