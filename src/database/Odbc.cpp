@@ -128,8 +128,19 @@ bool Session::ParameterArrays() {
     if (!parameterArrays_) {
         common::Handle<SQLHANDLE, FreeStatement> probe(
             Allocate(SQL_HANDLE_STMT, SQL_HANDLE_DBC, connection_.get()));
+        const auto told = [this](SQLUSMALLINT what) {
+            SQLWCHAR text[64] = {};
+            SQLSMALLINT length = 0;
+            SQLGetInfoW(connection_.get(), what, text, sizeof text, &length);
+            return common::ToNarrow(text);
+        };
+        // Only MariaDB takes an array as a whole. To MySQL it goes set by set, and when the connection
+        // breaks, the set under way is called one that arrived. Of MariaDB's drivers, 3.2.9 puts text beyond
+        // ASCII as UTF-8 into columns of any character set, and hangs in the next call after an array that
+        // was refused.
         SQLULEN size = 0;
         parameterArrays_ =
+            told(SQL_DBMS_NAME) == "MariaDB" && told(SQL_DRIVER_VER).starts_with("03.01.") &&
             SQL_SUCCEEDED(SQLSetStmtAttrW(probe.get(), SQL_ATTR_PARAMSET_SIZE, Number(2), SQL_IS_UINTEGER)) &&
             SQL_SUCCEEDED(
                 SQLGetStmtAttrW(probe.get(), SQL_ATTR_PARAMSET_SIZE, &size, SQL_IS_UINTEGER, nullptr)) &&

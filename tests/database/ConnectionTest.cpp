@@ -55,8 +55,7 @@ TEST_F(ConnectionTest, ValuesOfConnectionStringsMayHoldAnything) {
         EXPECT_TRUE(password == ConnectionValue(password) || common::ContainsIgnoreCase(password, ";") ||
                     *password == '{')
             << password;
-        const std::string escaped = common::ReplaceAll(common::ReplaceAll(password, "\\", "\\\\"), "'", "''");
-        root.Execute("GRANT ALL ON glogin.* TO friend@localhost IDENTIFIED BY '" + escaped + "'");
+        support::MakeLogin(root, "friend@localhost", password, "ALL ON glogin.*");
         Connection other;
         Open(other, MySQLConnectionString("localhost", "friend", password, "glogin"));
         EXPECT_EQ(support::Run(other.Scalar("SELECT DATABASE()")), Value("glogin"));

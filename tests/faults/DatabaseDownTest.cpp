@@ -16,7 +16,7 @@ using support::WaitUntil;
 class DatabaseDown : public Faults, protected support::Databases {
 protected:
     DatabaseDown() {
-        remote.Execute("GRANT ALL ON *.* TO keeper@'%' IDENTIFIED BY 'secret'");
+        support::MakeLogin(remote, "keeper@'%'", "secret");
         using namespace settings::key;
         Set({{kBackupHostname, support::kRemoteServer},
              {kBackupUsername, "keeper"},

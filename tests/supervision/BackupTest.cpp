@@ -122,8 +122,8 @@ struct Backup : Panel, support::Databases {
             }
         }
         root.Execute("FLUSH TABLES;");
-        root.Execute("GRANT ALL ON *.* TO suite@localhost IDENTIFIED BY 'se{}cret'");
-        remote.Execute("GRANT ALL ON *.* TO keeper@'%' IDENTIFIED BY 'pass;word'");
+        support::MakeLogin(root, "suite@localhost", "se{}cret");
+        support::MakeLogin(remote, "keeper@'%'", "pass;word");
         for (const std::string database : {"glogin", "amcharacter", "amglobal"}) {
             kerno.INIProperty(database + "name", "suite");
             kerno.INIProperty(database + "pass", "se{}cret");

@@ -54,11 +54,54 @@ std::vector<std::string> Rows(Client& connection, const std::string& sql) {
     return rows;
 }
 
+bool IsMySQL(Client& connection) {
+    return Rows(connection, "SELECT VERSION()")[0].find("MariaDB") == std::string::npos;
+}
+
+void MakeLogin(Client& connection, const std::string& login, const std::string& password,
+               const std::string& rights) {
+    const std::string escaped = common::ReplaceAll(common::ReplaceAll(password, "\\", "\\\\"), "'", "''");
+    connection.Execute("CREATE USER IF NOT EXISTS " + login);
+    connection.Execute("ALTER USER " + login + " IDENTIFIED BY '" + escaped + "'");
+    connection.Execute("GRANT " + rights + " TO " + login);
+}
+
+std::string Numbers(int first, int last) {
+    std::string sum = std::to_string(first);
+    std::string digits;
+    int unit = 1;
+    for (int place = 0; unit <= last - first; ++place, unit *= 10) {
+        const std::string digit = "d" + std::to_string(place);
+        sum += " + " + std::to_string(unit) + " * " + digit + ".n";
+        digits += (place == 0 ? "" : " CROSS JOIN ") + ("(SELECT 0 AS n UNION SELECT 1 UNION SELECT 2 UNION "
+                                                        "SELECT 3 UNION SELECT 4 UNION SELECT 5 UNION "
+                                                        "SELECT 6 UNION SELECT 7 UNION SELECT 8 UNION "
+                                                        "SELECT 9) AS " +
+                                                        digit);
+    }
+    return "(SELECT " + sum + " AS seq FROM " + digits + " HAVING seq <= " + std::to_string(last) +
+           " ORDER BY seq) AS numbers";
+}
+
+std::string Checksum(Client& connection, const std::string& database, const std::string& table) {
+    std::string row;
+    for (const std::string& column :
+         Rows(connection,
+              "SELECT CONCAT('IFNULL(', IF(DATA_TYPE REGEXP 'char|text|enum|set', CONCAT('HEX(CONVERT(`', "
+              "COLUMN_NAME, '` USING utf8mb4))'), IF(DATA_TYPE REGEXP 'blob|binary|bit', CONCAT('HEX(`', "
+              "COLUMN_NAME, '`)'), CONCAT('CAST(`', COLUMN_NAME, '` AS CHAR)'))), ',\\'null\\')') "
+              "FROM information_schema.columns WHERE TABLE_SCHEMA = '" +
+                  database + "' AND TABLE_NAME = '" + table + "' ORDER BY ORDINAL_POSITION"))
+        row += "," + column;
+    const std::string sum = "CRC32(CONCAT_WS('|'" + row + "))";
+    return Rows(connection, "SELECT COUNT(*), BIT_XOR(" + sum + "), SUM(" + sum + ") FROM " + database +
+                                ".`" + table + "`")[0];
+}
+
 std::vector<std::string> Checksums(Client& connection, const std::string& database) {
-    const std::string statement = "CHECKSUM TABLE " + database + ".";
     std::vector<std::string> sums;
     for (const std::string& table : Rows(connection, "SHOW TABLES FROM " + database))
-        sums.push_back(Rows(connection, statement + table)[0].substr(database.size()));
+        sums.push_back(table + " " + Checksum(connection, database, table));
     return sums;
 }
 
@@ -69,7 +112,7 @@ void Clean(Client& connection) {
     }
     for (const std::string& user :
          Rows(connection, "SELECT CONCAT('`', User, '`@`', Host, '`') FROM mysql.user "
-                          "WHERE User NOT IN ('root', '', 'mariadb.sys')"))
+                          "WHERE User NOT IN ('root', '', 'mariadb.sys') AND User NOT LIKE 'mysql.%'"))
         connection.Execute("DROP USER " + user);
 }
 

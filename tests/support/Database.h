@@ -5,7 +5,7 @@
 
 #include "support/Test.h"
 
-/// The private servers that scripts/mariadb.sh runs.
+/// The private servers that scripts/mariadb.sh runs, MariaDB or MySQL.
 namespace support {
 
 inline constexpr const char* kLocalServer = "localhost";
@@ -32,6 +32,20 @@ private:
 
 /// All rows of a query, the fields of a row joined by "|", null as "NULL".
 std::vector<std::string> Rows(Client& connection, const std::string& sql);
+
+/// True for MySQL, false for MariaDB: what tests expect of the one they may not find on the other.
+bool IsMySQL(Client& connection);
+
+/// Makes or changes a login ("friend@localhost") by statements that all of these servers take.
+void MakeLogin(Client& connection, const std::string& login, const std::string& password,
+               const std::string& rights = "ALL ON *.*");
+
+/// The numbers from `first` to `last` as a table with the column `seq`.
+std::string Numbers(int first, int last);
+
+/// A number that is the same for tables with the same rows on servers of different kinds, whose own ones are
+/// not.
+std::string Checksum(Client& connection, const std::string& database, const std::string& table);
 
 /// The checksums of a database's tables, each with the table's name.
 std::vector<std::string> Checksums(Client& connection, const std::string& database);
