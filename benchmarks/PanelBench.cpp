@@ -1,39 +1,13 @@
 #include "common/Files.h"
+#include "Panel.h"
 #include "servers/modServerControl.h"
-#include "settings/clsINI.h"
-#include "settings/kToolsSettings.h"
-#include "supervision/frmServerControl.h"
-#include "Surroundings.h"
 
 namespace {
 
+using bench::kLogFile;
+using bench::Panel;
 using Kind = bench::ForeignWindows::Kind;
 using modServerControl::Server;
-
-constexpr const char* kLogFile = "errors.txt";
-
-/// A control panel that keeps all three servers alive and closes their dialogs, at a check a second.
-class Panel {
-public:
-    Panel() {
-        using namespace settings::key;
-        support::WriteFile(surroundings.servers.Path() + "Kerno.ini", "IP=10.1.2.3\r\n");
-        clsINI ini(settings::kToolsIniPath());
-        for (const auto key : {kIPDetectionMethod, kEnableErrorDetector, kErrorCheckingInterval,
-                               kMaintainServer, kMaintainLoginServer, kMaintainCharacterServer,
-                               kMaintainZoneServer, kHandleDialogs, kLogErrorPopups, kCheckIPChanges})
-            ini.INIProperty(key, "1");
-        ini.INIProperty(kDialogsOptions, "0");
-        ini.INIProperty(kLogFilename, kLogFile);
-        // An address as a name: what a name server takes is no cost of the tool's.
-        ini.INIProperty(kDynamicHostname, "10.1.2.3");
-        surroundings.LaunchSuite();
-        form.Show();
-    }
-
-    bench::Surroundings surroundings;
-    frmServerControl form;
-};
 
 void MeasureTicks(frmServerControl& form, const bench::Size& size) {
     constexpr int kRuns = 50;

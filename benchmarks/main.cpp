@@ -1,5 +1,6 @@
 #include "Bench.h"
 
+#include "common/Files.h"
 #include "common/Numbers.h"
 #include "support/Wait.h"
 
@@ -18,6 +19,8 @@ using Procedures = std::map<std::string, std::function<void()>>;
 
 constexpr std::string_view kHelper = "--helper=";
 constexpr std::string_view kLog = "--log=";
+constexpr std::string_view kLast = "--last=";
+constexpr std::string_view kFigures = "--figures=";
 
 Procedures& Areas() {
     static Procedures areas;
@@ -54,18 +57,49 @@ std::string ValueText(double value) {
     return text;
 }
 
+/// The figures of the last release, and of this run: a line each, "area|what|size|unit|value".
+std::map<std::string, double> last;
+std::FILE* figures = nullptr;
+std::string area;
+int worse = 0;
+
+void ReadLast(const char* path) {
+    const std::string text = common::FileExists(path) ? common::ReadFileText(path) : "";
+    for (std::size_t at = 0; at < text.size();) {
+        const std::size_t end = std::min(text.find('\n', at), text.size());
+        const std::size_t bar = text.rfind('|', end);
+        if (bar != std::string::npos && bar > at && bar < end)
+            last[text.substr(at, bar - at)] = common::Val(text.substr(bar + 1, end - bar - 1));
+        at = end + 1;
+    }
+}
+
+/// What the figure was at the last release, marked when it was better: by more than runs of one program
+/// differ on a machine that does other things as well. Of a rate more is better, of all else less.
+std::string LastText(const std::string& key, const std::string& unit, double value) {
+    constexpr double kSpread = 1.25;
+    const auto found = last.find(key);
+    if (found == last.end())
+        return "new";
+    const bool isWorse =
+        unit.ends_with("/s") ? value * kSpread < found->second : value > found->second * kSpread;
+    worse += isWorse;
+    return ValueText(found->second) + (isWorse ? " WORSE" : "");
+}
+
 void PrintRow(const std::string& name, const std::string& size, const std::string& value,
-              const std::string& unit, const std::string& ratio) {
-    std::printf("  %-46s  %-24s  %10s %-5s  %s\n", name.c_str(), size.c_str(), value.c_str(), unit.c_str(),
-                ratio.c_str());
+              const std::string& unit, const std::string& before, const std::string& ratio) {
+    std::printf("  %-46s  %-24s  %10s %-5s  %-14s  %s\n", name.c_str(), size.c_str(), value.c_str(),
+                unit.c_str(), before.c_str(), ratio.c_str());
 }
 
 bool RunAreas(const std::string& only) {
     bool complete = true;
-    PrintRow("what", "size", "value", "unit", "ratio");
+    PrintRow("what", "size", "value", "unit", "last release", "ratio");
     for (const auto& [name, run] : Areas()) {
         if (!only.empty() && only != name)
             continue;
+        area = name;
         std::printf("%s\n", name.c_str());
         previous.clear();
         try {
@@ -105,7 +139,12 @@ void Row(const std::string& name, const Size& size, double value, const std::str
                  RatioText(value, smaller.value, "that of " + SizeText(smaller.size));
     }
     rows.insert_or_assign(size.amount, Measured{size, value});
-    PrintRow(name, SizeText(size), ValueText(value), unit, ratio);
+    const std::string key = area + "|" + name + "|" + SizeText(size) + "|" + unit;
+    PrintRow(name, SizeText(size), ValueText(value), unit, LastText(key, unit, value), ratio);
+    if (figures) {
+        std::fprintf(figures, "%s|%s\n", key.c_str(), ValueText(value).c_str());
+        std::fflush(figures);
+    }
 }
 
 double Milliseconds(const std::function<void()>& work) {
@@ -161,7 +200,8 @@ std::string HelperCommand(const std::string& name) {
     return "\"" + std::string(program) + "\" " + std::string(kHelper) + name;
 }
 
-/// ktools_bench [--log=FILE] [AREA]: prints the table, of one area only when it is named.
+/// ktools_bench [--log=FILE] [--last=FILE] [--figures=FILE] [AREA]: prints the table, of one area only when
+/// it is named, beside the figures of the last release; writes those of this run.
 int Main(int count, char** arguments) {
     std::string only;
     for (int i = 1; i < count; ++i) {
@@ -170,7 +210,11 @@ int Main(int count, char** arguments) {
             Helpers().at(std::string(argument.substr(kHelper.size())))();
             return 0;
         }
-        if (!argument.starts_with(kLog))
+        if (argument.starts_with(kLast))
+            ReadLast(argument.substr(kLast.size()).data());
+        else if (argument.starts_with(kFigures))
+            figures = std::fopen(argument.substr(kFigures.size()).data(), "w");
+        else if (!argument.starts_with(kLog))
             only = argument;
         else if (!std::freopen(argument.substr(kLog.size()).data(), "w", stdout))
             return 2;
@@ -181,6 +225,8 @@ int Main(int count, char** arguments) {
         result = RunAreas(only) ? 0 : 1;
     else
         PrintAreas();
+    if (worse > 0)
+        std::printf("%d figures are worse than at the last release\n", worse);
     // The closing line that a runner looks for, the same as that of the test programs.
     std::printf("test program ended with %d\n", result);
     return result;

@@ -1,0 +1,72 @@
+#include "app/frmMainMenu.ids.h"
+#include "settings/kToolsSettings.h"
+#include "Surroundings.h"
+
+#include <psapi.h>
+
+#include <filesystem>
+
+namespace {
+
+constexpr DWORD kMinute = 60'000;
+
+/// What a program has and uses by itself.
+class Usage {
+public:
+    explicit Usage(DWORD process)
+        : process_(OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, process)),
+          before_(ProcessorTime()) {}
+    ~Usage() { CloseHandle(process_); }
+    Usage(const Usage&) = delete;
+
+    /// Milliseconds of processor time since the object was made.
+    double Processor() const { return ProcessorTime() - before_; }
+    double Kilobytes() const {
+        PROCESS_MEMORY_COUNTERS memory{};
+        GetProcessMemoryInfo(process_, &memory, sizeof memory);
+        return static_cast<double>(memory.WorkingSetSize) / 1000;
+    }
+
+private:
+    double ProcessorTime() const {
+        FILETIME start, end, kernel, user;
+        GetProcessTimes(process_, &start, &end, &kernel, &user);
+        const auto milliseconds = [](const FILETIME& time) {
+            return (time.dwHighDateTime * 4294967296.0 + time.dwLowDateTime) / 10'000;
+        };
+        return milliseconds(kernel) + milliseconds(user);
+    }
+
+    HANDLE process_;
+    double before_;
+};
+
+const bench::Area idle("idle", [] {
+    using namespace settings::key;
+    bench::Surroundings surroundings;
+    surroundings.SetAddress();
+    surroundings.Set({{kKernoPath, surroundings.servers.Path()}, {kMySQLPath, "C:\\"}});
+    surroundings.Set({{kErrorCheckingInterval, "1"}, {kDialogsOptions, "0"}});
+    surroundings.TurnOn({kEnableErrorDetector, kMaintainServer, kMaintainLoginServer,
+                         kMaintainCharacterServer, kMaintainZoneServer, kHandleDialogs, kLogErrorPopups,
+                         kCheckIPChanges});
+    surroundings.LaunchSuite();
+    const std::string kTools = surroundings.program / "kTools.exe";
+    std::filesystem::copy_file(KTOOLS_BUILDS "/x86_64/kTools.exe", kTools);
+    const bench::Process notepad("notepad.exe"), own("\"" + kTools + "\"");
+    HWND menu = nullptr;
+    bench::WaitFor("the main window",
+                   [&] { return (menu = FindWindowA(nullptr, "Kerno Tools ::")) && IsWindowVisible(menu); });
+    for (const int button : {IDC_frmMainMenu_cmdServerControl, IDC_frmMainMenu_cmdServerStatus})
+        PostMessageA(menu, WM_COMMAND, static_cast<WPARAM>(button), 0);
+    bench::WaitFor("the control panel", [] { return FindWindowA(nullptr, "Kerno Tools :: Server Control"); });
+    const Usage usage(own.Id()), beside(notepad.Id());
+    Sleep(kMinute);
+    bench::Row("memory of Wine's notepad", "idle", beside.Kilobytes(), "kB");
+    bench::Row("memory of kTools", "idle, all supervision on", usage.Kilobytes(), "kB",
+               {beside.Kilobytes(), "notepad"});
+    bench::Row("processor time of Wine's notepad in a minute", "idle", beside.Processor(), "ms");
+    bench::Row("processor time of kTools in a minute", "idle, all supervision on", usage.Processor(), "ms");
+});
+
+} // namespace
