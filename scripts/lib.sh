@@ -142,9 +142,10 @@ start_display() {
     export DISPLAY
 }
 
-# start_wine FOLDER: makes it a Wine prefix when it is none yet, and keeps Wine's server running in it.
+# start_wine FOLDER [win32]: makes it a Wine prefix when it is none yet, and keeps Wine's server running in it.
+# A wine of a root has its own kind of prefix and its own fonts.
 start_wine() {
-    export WINEPREFIX=$1 WINEARCH=win64 WINEDEBUG=-all WINEDLLOVERRIDES=mscoree,mshtml=
+    export WINEPREFIX=$1 WINEARCH=${2-win64} WINEDEBUG=-all WINEDLLOVERRIDES=mscoree,mshtml=
     # Dates, decimal signs and AM and PM in the programs follow it; with C they are those of the United States.
     export LC_ALL=C.UTF-8
     # What a killed run left behind would go on living in its old network namespace and on its old display.
@@ -153,14 +154,16 @@ start_wine() {
         say "preparing Wine in ${WINEPREFIX#"$top"/}"
         rm -rf "$WINEPREFIX"
         mkdir -p "$WINEPREFIX"
-        unlocked wineboot -i >"$logs/wineboot.log" 2>&1 </dev/null || fail "wineboot failed: see $logs/wineboot.log"
+        unlocked wine wineboot -i >"$logs/wineboot.log" 2>&1 </dev/null || fail "wineboot failed: see $logs/wineboot.log"
         # A program that crashes must end, not wait behind a dialog.
         unlocked wine reg add 'HKCU\Software\Wine\WineDbg' /v ShowCrashDialog /t REG_DWORD /d 0 /f >/dev/null 2>&1
         unlocked wine reg add 'HKLM\Software\Microsoft\Windows NT\CurrentVersion\AeDebug' /v Debugger /d '' /f >/dev/null 2>&1
         unlocked wineserver -w
         # Debian's Wine does not look into the folder of its own fonts: without these, windows have letters for
         # title bar buttons and another font than on Windows, with other widths.
-        ln -sf /usr/share/wine/fonts/*.ttf "$WINEPREFIX/drive_c/windows/Fonts/"
+        for font in "${KTOOLS_ROOT-}"/usr/share/wine/fonts/*.ttf; do
+            ln -sf "${font#"${KTOOLS_ROOT-}"}" "$WINEPREFIX/drive_c/windows/Fonts/"
+        done
         touch "$WINEPREFIX/.complete"
     fi
     unlocked wineserver -p
@@ -169,17 +172,14 @@ start_wine() {
 
 port_is_free() { ! (exec 3<>"/dev/tcp/127.0.0.1/$1") 2>/dev/null; }
 
-# own_network: the command that runs another in a network namespace of its own; fails where that is not
-# allowed. Root needs no user namespace; others keep their user id in theirs, because MariaDB and Wine both
-# look at it.
-own_network() {
-    local try
-    if ((EUID)); then
-        try=(unshare --map-current-user --keep-caps --net)
-    else
-        try=(unshare --net)
-    fi
-    "${try[@]}" ip link set lo up 2>/dev/null || return 1
+# own_namespaces [--net] [--mount]: the command that runs another with a network or mounts of its own; fails where
+# that is not allowed. Root needs no user namespace; others keep their user id in theirs, because MariaDB and Wine
+# both look at it.
+own_namespaces() {
+    local try=(unshare "$@") proof=(true)
+    ((EUID == 0)) || try+=(--map-current-user --keep-caps)
+    [[ $* != *--net* ]] || proof=(ip link set lo up)
+    "${try[@]}" "${proof[@]}" 2>/dev/null || return 1
     printf '%s\n' "${try[@]}"
 }
 
@@ -187,8 +187,8 @@ own_network() {
 # port 3306 is free whatever runs on this machine. Returns where that is not allowed but the port is free.
 go_to_own_network() {
     local network
-    if own_network >/dev/null; then
-        mapfile -t network < <(own_network)
+    if own_namespaces --net >/dev/null; then
+        mapfile -t network < <(own_namespaces --net)
         exec "${network[@]}" "$1" --in-own-network "${@:2}"
     fi
     port_is_free 3306 || fail "port 3306 is taken, and this system does not let me have a network of my own"
@@ -203,13 +203,13 @@ start_databases() {
     eval "$("$top/scripts/mariadb.sh" env)"
 }
 
-# start_surroundings WINE_FOLDER: the display, Wine and both database servers, until the exit.
+# start_surroundings WINE_FOLDER [win32]: the display, Wine and both database servers, until the exit.
 start_surroundings() {
     mkdir -p "$logs"
     clean_up_when_done
     say "starting the display, Wine and the database servers"
     start_display 1280x1024
-    start_wine "$1"
+    start_wine "$@"
     # The first desktop of a Wine server takes long; a test's time limit must not pay for it, nor a measurement.
     unlocked wine explorer /desktop=warmup,800x600 cmd /c exit >/dev/null 2>&1 </dev/null
     start_databases

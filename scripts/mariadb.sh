@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Private MariaDB servers for trying the tool and for its tests, and the ODBC driver's alias.
+# Private database servers for trying the tool and for its tests, and the ODBC driver's alias.
 #
 #   mariadb.sh start [ADDRESS...]   starts a server on port 3306 of each address and waits until it answers
 #   mariadb.sh stop [ADDRESS...]    stops them; their data stays
@@ -12,6 +12,8 @@
 #   data/   the data folder           log     the server's messages
 #   hold    while this file exists, a server that has ended is not started again
 #   kill    when this file appears, the server is killed as by a power cut, and the file removed
+# KTOOLS_SERVERS names the kind of each server, as in "127.0.0.1=mysql 127.0.0.2=mariadb-new"; "mariadb", this
+# system's MariaDB, is the one that is not named. The others are programs of roots in the folder KTOOLS_ROOTS.
 # Logins, as servers used to come with: root without a password, and the anonymous one.
 set -euo pipefail
 
@@ -25,20 +27,46 @@ export PATH=$PATH:/usr/sbin:/sbin
 as_user=()
 [ "$(id -u)" = 0 ] && as_user=(--user=root)
 
+# kind_of ADDRESS: sets $kind, and $enter, the command that starts programs of that server's system.
+kind_of() {
+    local root=
+    kind=mariadb enter=()
+    case " ${KTOOLS_SERVERS-} " in
+    *" $1=mysql "*) kind=mysql root=mysql ;;
+    *" $1=mariadb-new "*) kind=mariadb-new root=unstable ;;
+    esac
+    [ -z "$root" ] || enter=(chroot "$KTOOLS_ROOTS/$root" /usr/bin/env PATH=/usr/sbin:/usr/bin:/sbin:/bin)
+}
+
+# make_data FOLDER: what stands in "$kind" decides how.
 make_data() {
     local data=$1/data
     [ -d "$data/mysql" ] && return
     rm -rf "$data"
-    mariadb-install-db --no-defaults "${as_user[@]}" --datadir="$data" --skip-test-db \
-        --auth-root-authentication-method=normal --innodb-log-file-size=8M >"$1/install.log" 2>&1 ||
-        fail "no data folder could be made, see $1/install.log"
+    case $kind in
+    mysql)
+        # This one makes no anonymous login by itself.
+        printf "CREATE USER IF NOT EXISTS ''@localhost;\n" >"$1/logins.sql"
+        "${enter[@]}" mysqld --no-defaults "${as_user[@]}" --datadir="$data" --initialize-insecure \
+            --init-file="$1/logins.sql" --innodb-redo-log-capacity=32M
+        ;;
+    *)
+        "${enter[@]}" mariadb-install-db --no-defaults "${as_user[@]}" --datadir="$data" --skip-test-db \
+            --auth-root-authentication-method=normal --innodb-log-file-size=8M
+        ;;
+    esac >"$1/install.log" 2>&1 || fail "no data folder could be made, see $1/install.log"
 }
 
 # Keeps one server running until the file "stop" appears. Name resolution stays on: without it a login
 # over TCP never counts as one from localhost. InnoDB's size and flushing are cut down to start quickly.
 # A table that a kill has broken is mended without a copy of it, which would keep its database from being dropped.
 supervise() {
-    local address=$1 folder=$servers/$1 server=
+    local address=$1 folder=$servers/$1 server= program
+    kind_of "$address"
+    case $kind in
+    mysql) program=(mysqld --innodb-redo-log-capacity=32M --secure-file-priv= --mysqlx=OFF --skip-log-bin) ;;
+    *) program=(mariadbd --innodb-log-file-size=8M) ;;
+    esac
     trap 'touch "$folder/stop"; [ -z "$server" ] || kill "$server" 2>/dev/null || true' TERM INT
     while [ ! -e "$folder/stop" ]; do
         if [ -e "$folder/hold" ]; then
@@ -46,9 +74,9 @@ supervise() {
             continue
         fi
         rm -f "$folder/kill"
-        mariadbd --no-defaults "${as_user[@]}" --datadir="$folder/data" --socket=server.sock \
-            --bind-address="$address" --port=3306 --pid-file="$folder/pid" \
-            --innodb-log-file-size=8M --innodb-buffer-pool-size=32M --innodb-flush-log-at-trx-commit=2 \
+        "${enter[@]}" "${program[0]}" --no-defaults "${program[@]:1}" "${as_user[@]}" --datadir="$folder/data" \
+            --socket=server.sock --bind-address="$address" --port=3306 --pid-file="$folder/pid" \
+            --innodb-buffer-pool-size=32M --innodb-flush-log-at-trx-commit=2 \
             --myisam-recover-options=QUICK >>"$folder/log" 2>&1 &
         server=$!
         while kill -0 "$server" 2>/dev/null; do
@@ -85,6 +113,10 @@ start() {
         if (exec 3<>"/dev/tcp/$address/3306") 2>/dev/null; then
             fail "port 3306 of $address is taken; stop what listens there, or run under 'unshare --net'"
         fi
+        kind_of "$address"
+        # Data of another kind of server would not do.
+        [ "$(cat "$folder/kind" 2>/dev/null || echo mariadb)" = "$kind" ] || rm -rf "$folder/data"
+        echo "$kind" >"$folder/kind"
         make_data "$folder"
         rm -f "$folder"/{stop,hold,kill,ready} "$folder/log"
         # A session of its own: an interrupt meant for the caller must not end the servers before it.
@@ -124,15 +156,17 @@ stop() {
     done
 }
 
-# An odbcinst.ini of our own that gives the installed MariaDB driver the name that the tool asks for.
+# An odbcinst.ini of our own that gives the MariaDB driver beside Wine (in KTOOLS_ROOT, where that is set) the
+# name that the tool asks for.
 make_alias() {
-    local library
-    for library in /usr/lib/*/odbc/libmaodbc.so /usr/lib64/libmaodbc.so /usr/local/lib/*/libmaodbc.so; do
+    local library root=${KTOOLS_ROOT-}
+    for library in "$root"/usr/lib/*/odbc/libmaodbc.so "$root"/usr/lib64/libmaodbc.so \
+        "$root"/usr/local/lib/*/libmaodbc.so; do
         [ -e "$library" ] && break
     done
     [ -e "$library" ] || fail "the MariaDB ODBC driver is missing (package odbc-mariadb)"
     mkdir -p "$servers/odbc"
-    printf '[MySQL ODBC 3.51 Driver]\nDriver=%s\nThreading=0\n' "$library" >"$servers/odbc/odbcinst.ini"
+    printf '[MySQL ODBC 3.51 Driver]\nDriver=%s\nThreading=0\n' "${library#"$root"}" >"$servers/odbc/odbcinst.ini"
 }
 
 set_environment() {

@@ -1,4 +1,5 @@
-# The playground: a program folder, a server folder and a MySQL folder to try kTools in. Sourced after lib.sh.
+# The playground: a program folder, a server folder and a MySQL folder to try kTools in. Sourced after lib.sh
+# and platforms.sh, and used on the platform that platform_is has set.
 # shellcheck shell=bash
 
 # put_text TEMPLATE FILE [SED EXPRESSION]: as a Windows text file, unless the file is there already.
@@ -10,7 +11,7 @@ lay_out() {
     local folder=$1 program map
     mkdir -p "$folder"/{kTools/kTools,Kerno/database,MySQL/bin,.servers/127.0.0.1}
     for program in kTools kLogin kCharacter kZone; do
-        program=$(find "$top/build/x86_64" -name "$program.exe" -print -quit)
+        program=$(find "$top/build/$platform_preset" -name "$program.exe" -print -quit)
         [[ -n $program ]] || continue
         case $program in
         */kTools.exe) cp -u "$program" "$folder/kTools/" ;;
@@ -33,15 +34,15 @@ lay_out() {
 # start_playground FOLDER: Wine and the database server; the folders are C:\kTools, C:\Kerno and C:\MySQL.
 start_playground() {
     local folder=$1 name
-    start_wine "$folder/.wine"
+    start_wine "$folder/.wine" "$platform_bits"
     for name in kTools Kerno MySQL; do
         [[ -e $WINEPREFIX/drive_c/$name ]] || ln -s "../../$name" "$WINEPREFIX/drive_c/$name"
     done
-    export KTOOLS_MARIADB=$folder/.servers
+    export KTOOLS_MARIADB=$folder/.servers KTOOLS_SERVERS="127.0.0.1=$platform_local"
     say "starting the database server"
     start_databases 127.0.0.1
     if [[ ! -e $folder/.servers/filled ]]; then
-        { unlocked wine "$(find "$top/build/x86_64" -name schema.exe -print -quit)" &&
+        { unlocked wine "$(find "$top/build/$platform_preset" -name schema.exe -print -quit)" &&
             cat "$top/scripts/playground/databases.sql"; } |
             mariadb --no-defaults -h 127.0.0.1 -P 3306 -u root ||
             fail "the databases could not be filled"

@@ -17,6 +17,9 @@ INSERT IGNORE INTO amcharacter.charinfo (AID, CID, Name, BaseLv, JobLv, Zeny) VA
 INSERT IGNORE INTO amglobal.party (Name, MemData) VALUES ('Night Watch', '');
 
 -- The logins that Kerno.ini gives the servers.
-GRANT ALL PRIVILEGES ON glogin.* TO kerno_login@localhost IDENTIFIED BY 'login-secret';
-GRANT ALL PRIVILEGES ON amcharacter.* TO kerno_character@localhost IDENTIFIED BY 'character-secret';
-GRANT ALL PRIVILEGES ON amglobal.* TO kerno_global@localhost IDENTIFIED BY 'global-secret';
+CREATE USER IF NOT EXISTS kerno_login@localhost IDENTIFIED BY 'login-secret';
+CREATE USER IF NOT EXISTS kerno_character@localhost IDENTIFIED BY 'character-secret';
+CREATE USER IF NOT EXISTS kerno_global@localhost IDENTIFIED BY 'global-secret';
+GRANT ALL PRIVILEGES ON glogin.* TO kerno_login@localhost;
+GRANT ALL PRIVILEGES ON amcharacter.* TO kerno_character@localhost;
+GRANT ALL PRIVILEGES ON amglobal.* TO kerno_global@localhost;
