@@ -5,6 +5,7 @@
 #include "settings/kToolsSettings.h"
 #include "supervision/BackupArchive.h"
 #include "supervision/Backups.h"
+#include "supervision/BackupWork.h"
 #include "supervision/RestartAll.h"
 
 #include <algorithm>
@@ -39,6 +40,14 @@ private:
 };
 
 void fraBackup::Form_Load() {
+    try {
+        // A copy of the tool that was killed may have left a dated folder there.
+        if (supervision::BackupWork::IsLeft()) {
+            const supervision::BackupWork inOrder;
+        }
+    } catch (const RuntimeError&) {
+        // The next backup tells what stands in the way.
+    }
     SQLCopyTable.SQLCopyError = [this](long number, const std::string& description) {
         ReportFailedBackup(RuntimeError(number, description));
     };
