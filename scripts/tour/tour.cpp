@@ -263,6 +263,8 @@ void DeleteAndCheck(HWND window) {
                  reinterpret_cast<LPARAM>("root"));
     Press(IDC_fraRepair_cmdDeleteDatabase)(window);
     AnswerBox("This action will destroy", IDYES);
+    // The deletion goes on behind the box, and the wizard does one thing at a time.
+    Sleep(5000);
     Press(IDC_fraDatabaseCheck_cmdCheckDB)(window);
     Expect(window, "the databases are still there",
            [window] { return TextOf(ControlOf(window, IDC_fraDatabaseCheck_lblAMGlobal)) == "Not Existed"; });
