@@ -61,7 +61,7 @@ make_data() {
 # over TCP never counts as one from localhost. InnoDB's size and flushing are cut down to start quickly.
 # A table that a kill has broken is mended without a copy of it, which would keep its database from being dropped.
 supervise() {
-    local address=$1 folder=$servers/$1 server= program
+    local address=$1 folder=$servers/$1 server='' program
     kind_of "$address"
     case $kind in
     mysql) program=(mysqld --innodb-redo-log-capacity=32M --secure-file-priv= --mysqlx=OFF --skip-log-bin) ;;

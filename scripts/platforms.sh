@@ -51,7 +51,7 @@ platform_is() {
 }
 root_folder() { echo "$top/build/roots/$1"; }
 
-# make_root NAME: makes the root when it is missing or has another recipe. Fails with the reason in $missing when
+# make_root NAME: makes the root when it is missing or has another recipe. Fails with the reason in $no_root when
 # there is none afterwards; one of before is better than none.
 make_root() {
     local folder try=(unshare --mount) log=$top/build/roots/$1.log recipe
@@ -64,17 +64,17 @@ make_root() {
     ((EUID == 0)) || try=(unshare --map-root-user --map-auto --mount)
     # shellcheck disable=SC2046
     if ! "${try[@]}" true 2>"$log"; then
-        missing="neither root nor allowed a user namespace with users of its own (newuidmap, /etc/subuid)"
+        no_root="neither root nor allowed a user namespace with users of its own (newuidmap, /etc/subuid)"
     elif ! EUID_OUTSIDE=$EUID unlocked "${try[@]}" "$top/scripts/make-root" "$folder.new" $(root_recipe "$1") \
         >"$log" 2>&1 </dev/null; then
-        missing="the root $1 could not be made: $(grep -E '^E:|^W: Failed|could not|no mirror' "$log" | head -n 1)"
+        no_root="the root $1 could not be made: $(grep -E '^E:|^W: Failed|could not|no mirror' "$log" | head -n 1)"
     else
         "${try[@]}" rm -rf --one-file-system "$folder"
         mv "$folder.new" "$folder" && printf '%s' "$recipe" >"$folder/.recipe" && return
-        missing="the root $1 could not be put in its place"
+        no_root="the root $1 could not be put in its place"
     fi
     if [[ -f $folder/.recipe ]]; then
-        say "$missing; the root of before is used"
+        say "$no_root; the root of before is used"
         return
     fi
     return 1

@@ -2,7 +2,6 @@
 
 #include <oleacc.h>
 
-#include <algorithm>
 #include <initguid.h>
 
 namespace gui {

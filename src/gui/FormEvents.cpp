@@ -261,6 +261,12 @@ bool Form::Key(const MSG& message) {
             const int by = GetKeyState(VK_SHIFT) < 0 ? -1 : 1;
             used = std::ranges::any_of(controls_, [by](Control* control) { return control->TurnPage(by); });
         }
+        // A box of several lines on a page would go round inside its page.
+        if (!used && message.wParam == VK_TAB &&
+            (SendMessageA(message.hwnd, WM_GETDLGCODE, 0, 0) & (DLGC_WANTALLKEYS | DLGC_WANTTAB))) {
+            SendMessageA(window_, WM_NEXTDLGCTL, GetKeyState(VK_SHIFT) < 0, FALSE);
+            used = true;
+        }
         if (used)
             return;
         const auto pressed = std::ranges::find_if(controls_, [&](const Control* control) {

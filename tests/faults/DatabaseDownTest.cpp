@@ -28,6 +28,7 @@ protected:
     }
 
     std::string LastBox() {
+        EXPECT_TRUE(support::Settle(std::chrono::minutes(3)));
         const auto texts = boxes.Texts();
         boxes.Clear();
         return texts.empty() ? "" : texts.back();

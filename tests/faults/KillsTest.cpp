@@ -79,7 +79,9 @@ TEST(Kills, WhilePrivilegesAreSavedLeaveAWholeFileAndAWholeBackup) {
                     EXPECT_EQ(left.Retrieve(id), left.Retrieve(1)) << each;
                 changed += left.Retrieve(1)[0];
             }
-        });
+        },
+        // A saving writes three files to the disk: the dated one, the earlier one and the file itself.
+        std::chrono::milliseconds(60));
     EXPECT_GT(changed, kills / 2) << "most kills fell before the saving";
 }
 

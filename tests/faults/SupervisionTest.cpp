@@ -61,18 +61,12 @@ protected:
     gui::Local<frmServerControl> held;
     frmServerControl& panel = *held;
     common::FileHandle lock;
-    HWND stranger = nullptr;
 };
 
 TEST_F(Supervision, AServerThatDiesIsBackOnceInEveryTrouble) {
     const std::string logs = program / "kTools\\Logs";
     const Fault faults[] = {
         {"a hung server", [&](Server victim) { servers.Command(Next(victim), Command::Hang, 5); }},
-        {"a hung window of another program",
-         [&](Server) {
-             stranger = servers.Launch(Server::Character, "stranger.exe");
-             servers.Command(stranger, Command::Hang, 5);
-         }},
         {"a dialog that does not close",
          [&](Server victim) { servers.Command(Next(victim), Command::RaiseStubbornDialog); },
          [&] { servers.KillAll(); }},

@@ -86,13 +86,13 @@ bool ChildProcess::Running() const {
 }
 
 void KillDuring(const std::string& name, int times, const std::function<void(const std::string&)>& prepare,
-                const std::function<void(const std::string&)>& check) {
+                const std::function<void(const std::string&)>& check, std::chrono::milliseconds latest) {
     // Most of a kill is the start of its process, which keeps no processor busy.
     constexpr unsigned kLanes = 4;
     std::atomic<int> left = times;
     const auto killInTurn = [&](const std::string& folder, unsigned lane) {
         std::mt19937 random(lane);
-        std::uniform_int_distribution<int> microseconds(0, 8'000);
+        std::uniform_int_distribution<long long> microseconds(0, std::chrono::microseconds(latest).count());
         prepare(folder);
         while (left-- > 0 && !testing::Test::HasFailure()) {
             ChildProcess child(name, folder);

@@ -2,6 +2,7 @@
 
 #include "common/Files.h"
 
+#include <chrono>
 #include <functional>
 #include <string>
 
@@ -30,11 +31,12 @@ private:
 };
 
 /// Starts the entry `times` times, each time on a folder that `prepare` has filled, and kills it at a random
-/// moment of its first milliseconds; `check` looks at what every kill left, and the next child goes on from
+/// moment up to `latest`; `check` looks at what every kill left, and the next child goes on from
 /// there. The entry must go on until it is killed. A few folders are worked on side by side, so both may be
 /// called by several threads at once.
 void KillDuring(const std::string& name, int times, const std::function<void(const std::string&)>& prepare,
-                const std::function<void(const std::string&)>& check);
+                const std::function<void(const std::string&)>& check,
+                std::chrono::milliseconds latest = std::chrono::milliseconds(8));
 
 /// Runs the entry that the program's arguments ask for; false when they ask for none.
 bool RunAsChild(int count, char** arguments);
