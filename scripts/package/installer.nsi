@@ -243,7 +243,12 @@ Section
   ; The version that is there knows which of its files are to go and which have been changed and stay.
   ${If} $earlier != ""
   ${AndIf} ${FileExists} $earlier
+    ; The start with Windows is the operator's choice, which an upgrade keeps.
+    ReadRegStr $8 HKCU "${AUTOSTART}" "${TITLE}"
     ExecWait '"$earlier" /S _?=$INSTDIR'
+    ${If} $8 != ""
+      WriteRegStr HKCU "${AUTOSTART}" "${TITLE}" $8
+    ${EndIf}
     ; A program cannot delete itself while it runs where it stands.
     Delete $earlier
   ${EndIf}
