@@ -27,7 +27,7 @@ void MeasureStore(support::Client& root, int accounts) {
     clsAccountSQL store;
     store.SQLHostname(support::kLocalServer);
     store.SQLUsername("root");
-    const double open = bench::MedianOf(kRuns, [&] { Done(store.ConnectSQL()); });
+    const double open = bench::MedianOf(kRuns, [&] { Done(support::Run(store.ConnectSQL())); });
     bench::Row("store: open", size, open, "ms", {read, "reading the rows"});
     bench::Row("store: GetUniqueAccountID", size, bench::PerRun(kRuns, [&] { store.GetUniqueAccountID(); }),
                "ms");
@@ -42,7 +42,7 @@ void MeasureStore(support::Client& root, int accounts) {
                 store.AccountPassword("changed" + std::to_string(next));
                 Done(store.SaveCurrentRecord());
             }
-            times.push_back(bench::Milliseconds([&] { Done(store.UpdateAccountSQL()); }));
+            times.push_back(bench::Milliseconds([&] { Done(support::Run(store.UpdateAccountSQL())); }));
         }
         bench::Row("store: save of " + std::to_string(changes) + " changed", size, bench::Median(times),
                    "ms");
@@ -56,12 +56,16 @@ void MeasureEditor(int accounts) {
     std::vector<double> opens;
     for (int i = 0; i < kRuns; ++i) {
         form.Unload();
-        opens.push_back(bench::Milliseconds([&] { form.Show(); }));
+        opens.push_back(bench::Milliseconds([&] {
+            form.Show();
+            support::Settle();
+        }));
     }
     bench::Row("editor: open", size, bench::Median(opens), "ms");
     const auto fillID = [&] { form.cmdAutofillID.Press(); };
     bench::Row("editor: fill in a free number", size, bench::PerRun(kRuns, fillID), "ms");
     form.cmdReload.Press();
+    support::Settle();
     int next = 0;
     const auto choose = [&] { form.cboAccountName.ListIndex(next++ * 997 % accounts); };
     choose();
@@ -71,7 +75,10 @@ void MeasureEditor(int accounts) {
     std::vector<double> saves;
     for (int i = 0; i < kRuns; ++i) {
         form.txtEmail.Text("new" + std::to_string(i) + "@example.org");
-        saves.push_back(bench::Milliseconds([&] { form.cmdSave.Press(); }));
+        saves.push_back(bench::Milliseconds([&] {
+            form.cmdSave.Press();
+            support::Settle();
+        }));
     }
     bench::Row("editor: save, with its message", size, bench::Median(saves), "ms");
 }
@@ -81,7 +88,7 @@ void MeasureWaitingChanges(int accounts) {
     clsAccountSQL store;
     store.SQLHostname(support::kLocalServer);
     store.SQLUsername("root");
-    Done(store.ConnectSQL());
+    Done(support::Run(store.ConnectSQL()));
     constexpr int kChanges = 1000;
     for (int i = 1; i <= kChanges; ++i) {
         Done(store.MoveToAccount(NameOf(i)));

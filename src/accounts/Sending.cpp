@@ -31,14 +31,16 @@ FieldTexts TextsOf(const clsAccountSQL& store, std::size_t row, bool onServer) {
 }
 
 /// Finds out why the row was not there as it was read.
-void LookAt(clsAccountSQL& store, std::size_t row, SendResult& result) {
+gui::Task<> LookAt(clsAccountSQL& store, std::size_t row, SendResult& result) {
     const std::string account = AccountText(store, row);
     const FieldTexts read = TextsOf(store, row, true);
-    std::optional<FieldTexts> theirs;
-    if (!store.AskServer(common::CLng(read[Index(Field::Id)].value_or("0")), theirs)) {
+    const std::int64_t id = common::CLng(read[Index(Field::Id)].value_or("0"));
+    const clsAccountSQL::Found found = co_await store.AskServer(id);
+    if (!found.asked) {
         result.refused.push_back(WithReason(account + ": it was changed on the server", store.LastError()));
-        return;
+        co_return;
     }
+    const auto& theirs = found.texts;
     const bool isDeleted = store.StateOf(row) == State::Deleted;
     if (!theirs && isDeleted) {
         store.Forget(row);
@@ -55,17 +57,18 @@ void LookAt(clsAccountSQL& store, std::size_t row, SendResult& result) {
     }
 }
 
-void SendAccounts(clsAccountSQL& store, SendResult& result) {
-    if (store.UpdateAccountSQL())
-        return;
+gui::Task<> SendAccounts(clsAccountSQL& store, SendResult& result) {
+    const std::int16_t sent = co_await store.UpdateAccountSQL();
+    if (sent)
+        co_return;
     result.error = store.LastError();
     result.connectionLost = store.ConnectionLost() || store.Refusals().empty();
     if (result.connectionLost)
-        return;
+        co_return;
     const auto refusals = store.Refusals();
     for (const auto& refusal : refusals) {
         if (refusal.error.Number() == database::kRowChanged)
-            LookAt(store, refusal.row, result);
+            co_await LookAt(store, refusal.row, result);
         else
             result.refused.push_back(AccountText(store, refusal.row) + ": [" +
                                      std::to_string(refusal.error.Number()) + "] " +
@@ -142,19 +145,19 @@ void TellMet(const GMTable::Met& met, SendResult& result) {
     result.notes.push_back(note);
 }
 
-void SendPrivileges(clsAccountSQL& store, SendResult& result) {
+gui::Task<> SendPrivileges(clsAccountSQL& store, SendResult& result) {
     const auto waiting = WaitingNumbers(store);
     std::vector<std::int32_t> changed;
     std::ranges::set_difference(store.GMData().ChangedIds(), waiting, std::back_inserter(changed));
-    std::map<std::int32_t, std::string> owners;
-    if (!store.AskNames(changed, owners)) {
+    const auto owners = co_await store.AskNames(std::move(changed));
+    if (!owners) {
         result.error = store.LastError();
         result.connectionLost = true;
-        return;
+        co_return;
     }
-    if (store.UpdateGMData(PrivilegeJudge(store, result, owners, waiting))) {
+    if (store.UpdateGMData(PrivilegeJudge(store, result, *owners, waiting))) {
         TellMet(store.GMDataMet(), result);
-        return;
+        co_return;
     }
     result.error = store.LastError();
     result.privilegesFailed = true;
@@ -169,12 +172,12 @@ std::string Joined(const std::vector<std::string>& lines) {
 
 } // namespace
 
-SendResult Send(clsAccountSQL& store) {
+gui::Task<SendResult> Send(clsAccountSQL& store) {
     SendResult result;
-    SendAccounts(store, result);
+    co_await SendAccounts(store, result);
     if (!result.connectionLost)
-        SendPrivileges(store, result);
-    return result;
+        co_await SendPrivileges(store, result);
+    co_return result;
 }
 
 void Decide(clsAccountSQL& store, const Conflict& conflict, const std::array<bool, kFields.size()>& mine) {

@@ -36,7 +36,7 @@ struct SendResult {
 /// Sends all changes: the accounts to the server, then the privileges to their file. Privileges of an account
 /// that was not sent wait with it, and so do those of a number that is not the account's any more: nobody
 /// else gets them.
-SendResult Send(clsAccountSQL& store);
+gui::Task<SendResult> Send(clsAccountSQL& store);
 
 /// Decides a conflict: for each field, by Field, whether it is to be as it is here. Such fields are sent with
 /// the next Save, the others are as they are on the server.

@@ -3,7 +3,6 @@
 #include "common/Numbers.h"
 #include "common/Text.h"
 #include "database/Query.h"
-#include "gui/RunNow.h"
 
 #include <limits>
 
@@ -32,31 +31,43 @@ template <class Operation> void clsAccountSQL::KeepingPlace(Operation operation)
         recordset_.Bookmark(*bookmark);
 }
 
-// ---- Connection
-
-std::int16_t clsAccountSQL::ConnectSQL() {
-    return Run(std::int16_t{0}, [this](std::int16_t& done) {
-        if (SQLHostname().empty() || SQLUsername().empty())
-            return;
-        Disconnect();
-        try {
-            gui::RunNow(connection_.Open(
-                database::MySQLConnectionString(SQLHostname(), SQLUsername(), SQLPassword(), "glogin")));
-            Open();
-            LoadMirrors();
-        } catch (const RuntimeError&) {
-            Disconnect();
-            throw;
-        }
-        connected_ = true;
-        done = 1;
-    });
+void clsAccountSQL::Begin() {
+    lastError_.reset();
+    connectionLost_ = false;
 }
 
-void clsAccountSQL::Open() {
+void clsAccountSQL::Note(const RuntimeError& error) {
+    const auto* ofDatabase = dynamic_cast<const database::Error*>(&error);
+    connectionLost_ = ofDatabase && ofDatabase->ConnectionLost();
+    lastError_ = error;
+}
+
+// ---- Connection
+
+gui::Task<std::int16_t> clsAccountSQL::ConnectSQL() {
+    Begin();
+    if (SQLHostname().empty() || SQLUsername().empty())
+        co_return 0;
+    Disconnect();
+    try {
+        std::string login =
+            database::MySQLConnectionString(SQLHostname(), SQLUsername(), SQLPassword(), "glogin");
+        co_await connection_.Open(std::move(login));
+        co_await Open();
+        LoadMirrors();
+        connected_ = true;
+        co_return 1;
+    } catch (const RuntimeError& error) {
+        Note(error);
+    }
+    Disconnect();
+    co_return 0;
+}
+
+gui::Task<> clsAccountSQL::Open() {
     // The rows held now go only when the new ones are here and understood.
     database::Recordset fresh;
-    gui::RunNow(fresh.Open(connection_, kQuery, Reading));
+    co_await fresh.Open(connection_, kQuery, Reading);
     Columns columns{};
     for (std::size_t i = 0; i < columns.size(); ++i)
         columns[i] = fresh.FieldIndex(kColumnNames[i]);
@@ -67,15 +78,16 @@ void clsAccountSQL::Open() {
         fresh.MoveFirst();
     // Of two players with one number, the one who came later is told by the name.
     fresh.Identity({columns[kName]});
+    const accounts::Widths widths = co_await ReadWidths();
     recordset_ = std::move(fresh);
     columns_ = columns;
     index_ = std::move(index);
     unnumbered_.clear();
-    ReadWidths();
+    widths_ = widths;
 }
 
-void clsAccountSQL::ReadWidths() {
-    const database::Answer rows = gui::RunNow(connection_.ReadAll("SHOW COLUMNS FROM glogin.account"));
+gui::Task<accounts::Widths> clsAccountSQL::ReadWidths() {
+    const database::Answer rows = co_await connection_.ReadAll("SHOW COLUMNS FROM glogin.account");
     const auto width = [&rows](Column column) {
         for (std::size_t row = 0; row < rows.Count(); ++row) {
             if (common::EqualsIgnoreCase(rows.At(row, 0).AsText(), kColumnNames[column]))
@@ -83,7 +95,8 @@ void clsAccountSQL::ReadWidths() {
         }
         throw RuntimeError(database::kItemNotFound);
     };
-    widths_ = {width(kName), width(kPass), width(kMail)};
+    const accounts::Widths widths{width(kName), width(kPass), width(kMail)};
+    co_return widths;
 }
 
 void clsAccountSQL::Disconnect() {
@@ -101,35 +114,43 @@ std::int16_t clsAccountSQL::DisconnectSQL() {
     });
 }
 
-std::int16_t clsAccountSQL::RefreshAccountSQL() {
-    return Run(std::int16_t{0}, [this](std::int16_t& done) {
-        if (!connected_)
-            return;
-        gui::RunNow(connection_.Revive());
-        Open();
+gui::Task<std::int16_t> clsAccountSQL::RefreshAccountSQL() {
+    Begin();
+    std::int16_t done = 0;
+    if (!connected_)
+        co_return done;
+    try {
+        co_await connection_.Revive();
+        co_await Open();
         done = 1;
         LoadMirrors();
-    });
+    } catch (const RuntimeError& error) {
+        Note(error);
+    }
+    co_return done;
 }
 
-std::int16_t clsAccountSQL::UpdateAccountSQL() {
-    return Run(std::int16_t{0}, [this](std::int16_t& done) {
-        try {
-            gui::RunNow(recordset_.UpdateBatch(
-                [this](std::size_t row, const database::Fields& set) { return CheckName(row, set); }));
-        } catch (const RuntimeError&) {
-            // Some may have been sent before the one that failed.
-            IndexNewNumbers();
-            throw;
-        }
-        IndexNewNumbers();
+gui::Task<std::int16_t> clsAccountSQL::UpdateAccountSQL() {
+    Begin();
+    std::int16_t done = 0;
+    try {
+        database::Recordset::Check check = [this](std::size_t row, const database::Fields& set) {
+            return CheckName(row, set);
+        };
+        co_await recordset_.UpdateBatch(std::move(check));
         done = 1;
-    });
+    } catch (const RuntimeError& error) {
+        Note(error);
+    }
+    // Some may have been sent before the one that failed.
+    if (recordset_.IsOpen())
+        IndexNewNumbers();
+    co_return done;
 }
 
 /// The checks while typing compare with the accounts as they were read; players register meanwhile.
 gui::Task<> clsAccountSQL::CheckName(std::size_t row, database::Fields set) {
-    const auto& name = set[columns_[kName]];
+    const auto name = set[columns_[kName]];
     if (!name)
         co_return;
     const std::vector<database::Value> asked{*name};

@@ -9,6 +9,7 @@
 #include "database/Connection.h"
 #include "database/Error.h"
 #include "database/Recordset.h"
+#include "gui/Task.h"
 
 #include <array>
 #include <cstdint>
@@ -23,7 +24,8 @@
 /// All accounts are held on this side, with a current one whose columns stand in the Account properties.
 /// Changes stay here until UpdateAccountSQL (accounts) and UpdateGMData (privileges) send them. Operations
 /// return 1 when done and 0 when not, and raise nothing: what went wrong is in LastError. What concerns the
-/// accounts needs a connection; the privileges are in a file and need none.
+/// accounts needs a connection; the privileges are in a file and need none. While a task of the store waits
+/// for the server, nothing else is asked of it than what it holds.
 class clsAccountSQL {
 public:
     clsAccountSQL() = default;
@@ -63,16 +65,16 @@ public:
 
     /// Logs in and reads all accounts; the first becomes current. 0 without touching the server when host or
     /// user name is empty; after any other failure there is no connection, and changes are gone.
-    std::int16_t ConnectSQL();
+    gui::Task<std::int16_t> ConnectSQL();
     std::int16_t DisconnectSQL();
     bool Connected() const { return connected_; }
     /// Reads the accounts again, with a new login when the server was gone. Changes that were not sent are
     /// then lost; when it fails, everything stays as it was.
-    std::int16_t RefreshAccountSQL();
+    gui::Task<std::int16_t> RefreshAccountSQL();
     /// Sends all changes. What the server refuses, or somebody else has changed or removed in the meantime,
     /// stays here with the rest of a lost connection's, and can be sent again. So does an account whose new
     /// name another one has got on the server since the accounts were read.
-    std::int16_t UpdateAccountSQL();
+    gui::Task<std::int16_t> UpdateAccountSQL();
     /// What the last UpdateAccountSQL could not send, and why; empty when the connection was lost.
     const std::vector<database::Recordset::Refusal>& Refusals() const { return recordset_.Refusals(); }
     /// True when the last operation failed because the server is gone.
@@ -132,10 +134,16 @@ public:
 
     // What the server has at this moment.
 
-    /// The account with the number. 0 when the server cannot be asked; `found` is empty when there is none.
-    std::int16_t AskServer(std::int64_t accountID, std::optional<accounts::FieldTexts>& found);
-    /// The names of those accounts of `ids` that the server has. 0 when it cannot be asked.
-    std::int16_t AskNames(const std::vector<std::int32_t>& ids, std::map<std::int32_t, std::string>& names);
+    /// The account with the number, none when there is none. `asked` is false when the server cannot be
+    /// asked.
+    struct Found {
+        bool asked = false;
+        std::optional<accounts::FieldTexts> texts;
+    };
+    gui::Task<Found> AskServer(std::int64_t accountID);
+    /// The names of those accounts of `ids` that the server has; none when it cannot be asked.
+    using Names = std::map<std::int32_t, std::string>;
+    gui::Task<std::optional<Names>> AskNames(std::vector<std::int32_t> ids);
     /// Goes on from what AskServer found; changes that wait for the account stay.
     void ServerHas(std::size_t row, const accounts::FieldTexts& found);
 
@@ -180,30 +188,28 @@ private:
     /// that.
     template <class Result, class Operation> Result Run(Result initial, Operation operation) {
         Result result = initial;
-        lastError_.reset();
-        connectionLost_ = false;
+        Begin();
         try {
             operation(result);
-        } catch (const database::Error& error) {
-            connectionLost_ = error.ConnectionLost();
-            lastError_ = error;
         } catch (const RuntimeError& error) {
-            lastError_ = error;
+            Note(error);
         }
         return result;
     }
+    void Begin();
+    void Note(const RuntimeError& error);
     database::Value Field(Column column) const { return recordset_.Field(columns_[column]); }
     void Field(Column column, database::Value value) { recordset_.Field(columns_[column], std::move(value)); }
     bool OnRecord() const { return !recordset_.Bof() && !recordset_.Eof(); }
     using Columns = std::array<std::size_t, kColumnCount>;
     static accounts::AccountKey KeyOf(const database::Recordset& set, const Columns& columns);
     accounts::AccountKey CurrentKey() const { return KeyOf(recordset_, columns_); }
-    void Open();
+    gui::Task<> Open();
     void Disconnect();
     bool LoadMirrors();
     template <class Operation> void KeepingPlace(Operation operation);
     void IndexNewNumbers();
-    void ReadWidths();
+    gui::Task<accounts::Widths> ReadWidths();
     void Put(Column column, const std::string& text);
     gui::Task<> CheckName(std::size_t row, database::Fields set);
     std::int16_t TakingBack(std::size_t row, const std::function<bool()>& takeBack);

@@ -1,6 +1,5 @@
 #include "accounts/clsAccountSQL.h"
 #include "common/Numbers.h"
-#include "gui/RunNow.h"
 
 // The accounts by their rows, what waits for them, what the server has, and the privileges.
 
@@ -91,38 +90,46 @@ void clsAccountSQL::Forget(std::size_t row) {
 
 // ---- What the server has
 
-std::int16_t clsAccountSQL::AskServer(std::int64_t accountID, std::optional<accounts::FieldTexts>& found) {
-    return Run(std::int16_t{0}, [&](std::int16_t& done) {
-        found.reset();
-        const database::Answer rows = gui::RunNow(connection_.ReadAll(
-            "SELECT AID, Name, Pass, Gender, Mail FROM glogin.account WHERE AID = ?", {accountID}));
-        if (rows.Count() > 0) {
-            accounts::FieldTexts texts;
-            for (std::size_t i = 0; i < texts.size(); ++i)
-                texts[i] = rows.At(0, i).AsText();
-            found = texts;
-        }
-        done = 1;
-    });
+gui::Task<clsAccountSQL::Found> clsAccountSQL::AskServer(std::int64_t accountID) {
+    Begin();
+    Found found;
+    try {
+        std::string query = "SELECT AID, Name, Pass, Gender, Mail FROM glogin.account WHERE AID = " +
+                            std::to_string(accountID);
+        const database::Answer rows = co_await connection_.ReadAll(std::move(query));
+        found.asked = true;
+        if (rows.Count() > 0)
+            found.texts.emplace();
+        for (std::size_t i = 0; found.texts && i < found.texts->size(); ++i)
+            (*found.texts)[i] = rows.At(0, i).AsText();
+    } catch (const RuntimeError& error) {
+        Note(error);
+    }
+    co_return found;
 }
 
-std::int16_t clsAccountSQL::AskNames(const std::vector<std::int32_t>& ids,
-                                     std::map<std::int32_t, std::string>& names) {
-    return Run(std::int16_t{0}, [&](std::int16_t& done) {
-        constexpr std::size_t kAtOnce = 500;
+gui::Task<std::optional<clsAccountSQL::Names>> clsAccountSQL::AskNames(std::vector<std::int32_t> ids) {
+    constexpr std::size_t kAtOnce = 500;
+    Begin();
+    std::optional<Names> names;
+    try {
+        Names found;
         if (!ids.empty())
-            gui::RunNow(connection_.Revive());
+            co_await connection_.Revive();
         for (std::size_t first = 0; first < ids.size(); first += kAtOnce) {
             std::string list;
             for (std::size_t i = first; i < std::min(ids.size(), first + kAtOnce); ++i)
                 list += (list.empty() ? "" : ",") + std::to_string(ids[i]);
-            const database::Answer rows = gui::RunNow(
-                connection_.ReadAll("SELECT AID, Name FROM glogin.account WHERE AID IN (" + list + ")"));
+            std::string query = "SELECT AID, Name FROM glogin.account WHERE AID IN (" + list + ")";
+            const database::Answer rows = co_await connection_.ReadAll(std::move(query));
             for (std::size_t row = 0; row < rows.Count(); ++row)
-                names[static_cast<std::int32_t>(rows.At(row, 0).AsInteger())] = rows.At(row, 1).AsText();
+                found[static_cast<std::int32_t>(rows.At(row, 0).AsInteger())] = rows.At(row, 1).AsText();
         }
-        done = 1;
-    });
+        names = std::move(found);
+    } catch (const RuntimeError& error) {
+        Note(error);
+    }
+    co_return names;
 }
 
 void clsAccountSQL::ServerHas(std::size_t row, const accounts::FieldTexts& found) {

@@ -8,6 +8,7 @@
 #include "common/Numbers.h"
 #include "common/Text.h"
 #include "gui/WaitCursor.h"
+#include "gui/Waiting.h"
 #include "servers/Databases.h"
 #include "servers/Servers.h"
 #include "settings/clsINI.h"
@@ -54,15 +55,25 @@ void frmAccountEditor::Form_Load() {
         cboAccountName.AddItem(name);
         rows_.push_back(*AccountsDB.CurrentRow());
     };
-    if (!Connect() &&
-        !(Tell("Kerno Tools failed to connect to SQL server. Please make sure you have set up MySQL server "
-               "properly") &&
-          Tell(kNotAdvised)))
-        return;
+    Start(LoadAccounts());
+}
+
+gui::Task<> frmAccountEditor::LoadAccounts() {
+    const bool connected = co_await Connect();
+    if (!connected) {
+        co_await MsgBox("Kerno Tools failed to connect to SQL server. Please make sure you have set up MySQL "
+                        "server properly",
+                        MB_OK, kTitle);
+        co_await MsgBox(kNotAdvised, MB_OK, kTitle);
+    }
     FillList();
     AccountsDB.KernoPath(modServerControl::KernoPath());
-    if (!(AccountsDB.LoadGMData() ? TellHeader() : Tell(kNoGMData) && Tell(kNotAdvised)))
-        return;
+    if (AccountsDB.LoadGMData()) {
+        TellHeader();
+    } else {
+        co_await MsgBox(kNoGMData, MB_OK, kTitle);
+        co_await MsgBox(kNotAdvised, MB_OK, kTitle);
+    }
     if (cboAccountName.ListCount() > 0)
         cboAccountName.ListIndex(0);
 }
@@ -76,8 +87,9 @@ void frmAccountEditor::Form_Unload() {
 }
 
 /// Logs in as the login server does.
-bool frmAccountEditor::Connect() {
-    const gui::WaitCursor wait;
+gui::Task<bool> frmAccountEditor::Connect() {
+    const Flag busy(busy_);
+    const gui::Waiting waiting(*this);
     AccountsDB.SQLHostname("localhost");
     try {
         ReadLogin();
@@ -85,9 +97,9 @@ bool frmAccountEditor::Connect() {
         // Without the servers' file there is no login to try; the connection tells.
         AccountsDB.SQLUsername("");
     }
-    const bool connected = AccountsDB.ConnectSQL() == 1;
+    const std::int16_t connected = co_await AccountsDB.ConnectSQL();
     Caption(kTitle);
-    return connected;
+    co_return connected == 1;
 }
 
 void frmAccountEditor::ReadLogin() {
@@ -116,18 +128,14 @@ void frmAccountEditor::TellProgress(std::size_t accountsRead) {
     Caption(caption);
 }
 
-/// A message of the editor; false when the editor was closed meanwhile.
-bool frmAccountEditor::Tell(const std::string& text) {
-    MsgBoxNow(text, MB_OK, kTitle);
-    return Loaded();
+/// Shows a message of the editor, whose caption may be about something else at the moment.
+void frmAccountEditor::TellOperator(const std::string& text) {
+    Tell(text, MB_OK, kTitle);
 }
 
-void frmAccountEditor::TellFailure(const std::string& text) {
-    Tell(accounts::WithReason(text, AccountsDB.LastError()));
-}
-
-bool frmAccountEditor::TellHeader() {
-    return !AccountsDB.GMData().WithoutHeader() || Tell(kWithoutHeader);
+void frmAccountEditor::TellHeader() {
+    if (AccountsDB.GMData().WithoutHeader())
+        TellOperator(kWithoutHeader);
 }
 
 void frmAccountEditor::TellSelected() {
@@ -167,12 +175,9 @@ void frmAccountEditor::cboAccountName_Click() {
     const int index = cboAccountName.ListIndex();
     if (index < 0 || index >= cboAccountName.ListCount())
         return;
-    // The search box can choose on while a message of the last choice is open.
-    if (choosing_) {
-        cboAccountName.Shown(cboAccountName.Shown());
-        return;
-    }
-    const Flag choosing(choosing_);
+    // Search box and list can choose while the accounts are sent or read.
+    if (busy_)
+        return cboAccountName.Shown(cboAccountName.Shown());
     Choose(index);
 }
 
@@ -180,17 +185,17 @@ void frmAccountEditor::Choose(int index) {
     const std::size_t row = rows_[static_cast<std::size_t>(index)];
     if (!Keep(cboAccountName.Edited())) {
         // What was typed in the other fields stays, to be put right.
-        if (Loaded()) {
-            cboAccountName.Shown(cboAccountName.Shown());
-            TellSelected();
-        }
+        cboAccountName.Shown(cboAccountName.Shown());
+        TellSelected();
         return;
     }
     const auto before = keeper_.Current();
     if (ShowRow(row))
         return;
-    TellFailure("Kerno Tools failed to show account '" + cboAccountName.Names().At(index) + "'");
-    if (Loaded() && !(before && ShowRow(before->row)))
+    TellOperator(
+        accounts::WithReason("Kerno Tools failed to show account '" + cboAccountName.Names().At(index) + "'",
+                             AccountsDB.LastError()));
+    if (!before || !ShowRow(before->row))
         ShowNone();
 }
 
@@ -203,7 +208,7 @@ bool frmAccountEditor::Keep(const std::string& name) {
     if (refusal.empty())
         refusal = keeper_.Keep(edit).message;
     if (!refusal.empty()) {
-        Tell(refusal);
+        TellOperator(refusal);
         return false;
     }
     cboAccountName.Rename(cboAccountName.Shown(), name);
@@ -280,7 +285,8 @@ void frmAccountEditor::cmdAutofillID_Click() {
     if (const std::int32_t id = AccountsDB.GetUniqueAccountID())
         txtAccountID.Text(std::to_string(id));
     else
-        TellFailure("Kerno Tools failed to find a free ID. Please enter one");
+        TellOperator(accounts::WithReason("Kerno Tools failed to find a free ID. Please enter one",
+                                          AccountsDB.LastError()));
 }
 
 // ---- Finding
@@ -321,56 +327,55 @@ accounts::AccountEdit frmAccountEditor::Edit(const std::string& name) const {
     return edit;
 }
 
-void frmAccountEditor::cmdSave_Click() {
+gui::Task<> frmAccountEditor::cmdSave_Click() {
     const accounts::AccountEdit edit = Edit(cboAccountName.Text());
     // After the last account was deleted there is none to save, but still the deletion to send.
     const bool onlySend = !keeper_.Current() && edit.fields.name.empty() && edit.fields.id.empty() &&
                           accounts::WaitingAccounts(AccountsDB) > 0;
     if (!onlySend && !keeper_.Current()) {
         const std::string refusal = keeper_.RefusalToKeep(edit);
-        Tell(!refusal.empty() ? refusal
-                              : "There is no account selected. Please choose one from the list to change it, "
-                                "or press Add to make a new account");
-        return;
+        TellOperator(!refusal.empty()
+                         ? refusal
+                         : "There is no account selected. Please choose one from the list to change it, "
+                           "or press Add to make a new account");
+        co_return;
     }
     if (!Keep(edit.fields.name))
-        return;
-    Send();
-}
-
-/// Sends all that waits, and asks about rows that somebody else has changed meanwhile.
-void frmAccountEditor::Send() {
-    const auto send = [this] {
-        const gui::WaitCursor wait;
-        return accounts::Send(AccountsDB);
-    };
-    accounts::SendResult result = send();
+        co_return;
+    accounts::SendResult result = co_await Send();
+    // Rows that somebody else has changed meanwhile are decided one by one, and sent again.
     while (!result.connectionLost && !result.conflicts.empty()) {
         for (const accounts::Conflict& conflict : result.conflicts) {
             gui::Local<frmAccountConflict> question(conflict);
-            question->ShowModalNow(*this);
-            if (!Loaded())
-                return;
-            if (!question->Decision())
-                return TellSent(result);
+            co_await question->ShowModal(*this);
+            if (!question->Decision()) {
+                TellSent(result);
+                co_return;
+            }
             accounts::Decide(AccountsDB, conflict, *question->Decision());
         }
-        const auto notes = std::move(result.notes);
-        result = send();
+        const std::vector<std::string> notes = std::move(result.notes);
+        result = co_await Send();
         result.notes.insert(result.notes.begin(), notes.begin(), notes.end());
     }
     TellSent(result);
+}
+
+/// Sends all that waits.
+gui::Task<accounts::SendResult> frmAccountEditor::Send() {
+    const Flag busy(busy_);
+    const gui::Waiting waiting(*this);
+    accounts::SendResult result = co_await accounts::Send(AccountsDB);
+    co_return result;
 }
 
 void frmAccountEditor::TellSent(const accounts::SendResult& result) {
     if (keeper_.Current())
         ShowRow(keeper_.Current()->row);
     TellWaiting();
-    for (const std::string& note : result.notes) {
-        if (!Tell(note))
-            return;
-    }
-    Tell(accounts::TextOf(result, AccountsDB));
+    for (const std::string& note : result.notes)
+        TellOperator(note);
+    TellOperator(accounts::TextOf(result, AccountsDB));
 }
 
 void frmAccountEditor::cmdAddAccount_Click() {
@@ -382,26 +387,27 @@ void frmAccountEditor::cmdAddAccount_Click() {
         ShowRow(keeper_.Current()->row);
         RefreshList();
     }
-    Tell(outcome.message);
+    TellOperator(outcome.message);
 }
 
-void frmAccountEditor::cmdDeleteAccount_Click() {
+gui::Task<> frmAccountEditor::cmdDeleteAccount_Click() {
     const std::string name = cboAccountName.Text();
     const auto selected = keeper_.Current();
     const bool isSelected = selected && selected->stored.fields.name == name;
     if (!isSelected && AccountsDB.CountOfName(name) > 1) {
-        Tell("There are several accounts that look like '" + name +
-             "'. Please choose the one to delete from the list");
-        return;
+        TellOperator("There are several accounts that look like '" + name +
+                     "'. Please choose the one to delete from the list");
+        co_return;
     }
     const auto row = isSelected ? std::optional(selected->row) : AccountsDB.RowOfName(name);
     if (!row) {
-        Tell("There is no account '" + name + "' to delete. Please choose one from the list");
-        return;
+        TellOperator("There is no account '" + name + "' to delete. Please choose one from the list");
+        co_return;
     }
-    if (MsgBoxNow("Are you sure you want to delete account '" + name + "' ?", MB_YESNO, kTitle) != IDYES ||
-        !Loaded())
-        return;
+    const int answer =
+        co_await MsgBox("Are you sure you want to delete account '" + name + "' ?", MB_YESNO, kTitle);
+    if (answer != IDYES)
+        co_return;
     // The search box can choose another account while the question is open.
     const int index = IndexOfRow(*row);
     const auto outcome = keeper_.Delete(*row);
@@ -416,17 +422,14 @@ void frmAccountEditor::cmdDeleteAccount_Click() {
         TellWaiting();
         RefreshList();
     }
-    Tell(outcome.message);
+    TellOperator(outcome.message);
 }
 
-void frmAccountEditor::cmdReload_Click() {
+gui::Task<> frmAccountEditor::cmdReload_Click() {
     ShowNone();
-    const bool done = [this] {
-        const gui::WaitCursor wait;
-        const bool refreshed = AccountsDB.RefreshAccountSQL() == 1;
-        Caption(kTitle);
-        return refreshed;
-    }() || (!AccountsDB.Connected() && Connect());
+    bool done = co_await Refresh();
+    if (!done && !AccountsDB.Connected())
+        done = co_await Connect();
     const auto reason = AccountsDB.LastError();
     FillList();
     TellSelected();
@@ -435,35 +438,41 @@ void frmAccountEditor::cmdReload_Click() {
     const bool loaded = !load || AccountsDB.LoadGMData() == 1;
     const auto gmReason = AccountsDB.LastError();
     TellWaiting();
-    if (!done && !Tell(accounts::WithReason(
-                     "Kerno Tools failed to reload the accounts. Please make sure MySQL server is "
-                     "running and reload again",
-                     reason)))
-        return;
+    if (!done)
+        TellOperator(accounts::WithReason(
+            "Kerno Tools failed to reload the accounts. Please make sure MySQL server is "
+            "running and reload again",
+            reason));
     if (!loaded)
-        Tell(accounts::WithReason(kNoGMData, gmReason));
+        TellOperator(accounts::WithReason(kNoGMData, gmReason));
     else if (load)
         TellHeader();
 }
 
-// ---- What waits, and the privilege file
-
-void frmAccountEditor::cmdChanges_Click() {
-    if (!Keep(cboAccountName.Text()))
-        return;
-    gui::Local<frmAccountChanges> changes(AccountsDB);
-    changes->ShowModalNow(*this);
-    if (Loaded())
-        ShowChanged();
+gui::Task<bool> frmAccountEditor::Refresh() {
+    const Flag busy(busy_);
+    const gui::Waiting waiting(*this);
+    const std::int16_t refreshed = co_await AccountsDB.RefreshAccountSQL();
+    Caption(kTitle);
+    co_return refreshed == 1;
 }
 
-void frmAccountEditor::cmdPrivilegeFile_Click() {
+// ---- What waits, and the privilege file
+
+gui::Task<> frmAccountEditor::cmdChanges_Click() {
     if (!Keep(cboAccountName.Text()))
-        return;
+        co_return;
+    gui::Local<frmAccountChanges> changes(AccountsDB);
+    co_await changes->ShowModal(*this);
+    ShowChanged();
+}
+
+gui::Task<> frmAccountEditor::cmdPrivilegeFile_Click() {
+    if (!Keep(cboAccountName.Text()))
+        co_return;
     gui::Local<frmPrivilegeFile> file(AccountsDB);
-    file->ShowModalNow(*this);
-    if (Loaded())
-        ShowChanged();
+    co_await file->ShowModal(*this);
+    ShowChanged();
 }
 
 /// Lists the accounts anew after they were changed elsewhere than in the fields.

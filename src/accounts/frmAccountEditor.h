@@ -143,7 +143,7 @@ private:
     void cmdFind_Click();
     void cmdAutofillID_Click();
     void cmdAddAccount_Click();
-    void cmdDeleteAccount_Click();
+    gui::Task<> cmdDeleteAccount_Click();
     void cmdClearAll_Click();
     void fraAccount_MouseDown(gui::MouseButton button, int x, int y) { Form_MouseDown(button, x, y); }
     void chkIsGM_Click();
@@ -151,20 +151,21 @@ private:
     void cmdRemoveAllPrivileges_Click() { Tick(0); }
     void mnuFindAccount_Click() { cmdFind_Click(); }
     void cmdList_Click();
-    void cmdPrivilegeFile_Click();
-    void cmdChanges_Click();
-    void cmdSave_Click();
-    void cmdReload_Click();
+    gui::Task<> cmdPrivilegeFile_Click();
+    gui::Task<> cmdChanges_Click();
+    gui::Task<> cmdSave_Click();
+    gui::Task<> cmdReload_Click();
     void cmdCancel_Click() { Unload(); }
 
-    bool Connect();
+    gui::Task<> LoadAccounts();
+    gui::Task<bool> Connect();
+    gui::Task<bool> Refresh();
     void ReadLogin();
     void FillList();
     void RefreshList();
     void TellProgress(std::size_t accountsRead);
-    bool Tell(const std::string& text);
-    void TellFailure(const std::string& text);
-    bool TellHeader();
+    void TellOperator(const std::string& text);
+    void TellHeader();
     void TellSelected();
     void TellWaiting();
 
@@ -177,13 +178,14 @@ private:
     void Tick(int value);
     accounts::AccountEdit Edit(const std::string& name) const;
     bool Keep(const std::string& name);
-    void Send();
+    gui::Task<accounts::SendResult> Send();
     void TellSent(const accounts::SendResult& result);
 
     accounts::AccountKeeper keeper_{AccountsDB};
     /// The store's rows of the entries in the list of names.
     std::vector<std::size_t> rows_;
-    bool choosing_ = false;
+    /// The store is with the server, and nothing may be asked of it.
+    bool busy_ = false;
     bool showing_ = false;
     gui::FormSlot<frmFindAccount> find_{[this] { return std::make_unique<frmFindAccount>(cboAccountName); }};
     gui::FormSlot<frmAccountList> list_{[this] {

@@ -45,5 +45,5 @@ void frmFindAccount::cmdNext_Click() {
     if (common::Trim(txtAccountName.Text()).empty())
         return;
     if (!ChooseFrom(names_.Shown() + 1))
-        MsgBoxNow("There is no more accounts that match", MB_OK, kTitle);
+        Tell("There is no more accounts that match", MB_OK, kTitle);
 }

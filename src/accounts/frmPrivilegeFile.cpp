@@ -84,38 +84,38 @@ void frmPrivilegeFile::List() {
     cmdClear.Enabled(findings_ > 0 && store_.Connected());
 }
 
-void frmPrivilegeFile::cmdClear_Click() {
+gui::Task<> frmPrivilegeFile::cmdClear_Click() {
     std::string shown;
     for (std::size_t i = 0; i < std::min<std::size_t>(findings_, 12); ++i)
         shown += "\n" + std::to_string(rows_[i].id) + ": " + FindingText(rows_[i].finding);
     if (findings_ > 12)
         shown += "\n... and " + std::to_string(findings_ - 12) + " more";
-    const int answer =
-        MsgBoxNow("Remove " + Counted(findings_, "row", "rows") + "? The change waits for Save.\n" + shown,
-                  MB_YESNO | MB_ICONQUESTION);
-    if (answer != IDYES || !Loaded())
-        return;
+    const int answer = co_await MsgBox("Remove " + Counted(findings_, "row", "rows") +
+                                           "? The change waits for Save.\n" + shown,
+                                       MB_YESNO | MB_ICONQUESTION);
+    if (answer != IDYES)
+        co_return;
     accounts::ClearFindings(store_, rows_);
     List();
 }
 
-void frmPrivilegeFile::cmdBringBack_Click() {
+gui::Task<> frmPrivilegeFile::cmdBringBack_Click() {
     const int index = cboGenerations.ListIndex();
     if (index < 0)
-        return;
-    const std::string& path = generations_[static_cast<std::size_t>(index)];
+        co_return;
+    const std::string path = generations_[static_cast<std::size_t>(index)];
     accounts::GMTable earlier;
     earlier.Load(path);
     const auto changes = accounts::DifferencesTo(store_, earlier);
     if (changes.empty()) {
         Tell("The accounts have the privileges of " + DateIn(path) + " already.");
-        return;
+        co_return;
     }
-    const int answer = MsgBoxNow("Bring the privileges of " + DateIn(path) +
-                                     " back? The changes wait for Save.\n" + Listed(changes),
-                                 MB_YESNO | MB_ICONQUESTION);
-    if (answer != IDYES || !Loaded())
-        return;
+    const int answer = co_await MsgBox("Bring the privileges of " + DateIn(path) +
+                                           " back? The changes wait for Save.\n" + Listed(changes),
+                                       MB_YESNO | MB_ICONQUESTION);
+    if (answer != IDYES)
+        co_return;
     const bool all = accounts::BringBack(store_, changes) == 1;
     List();
     if (!all)

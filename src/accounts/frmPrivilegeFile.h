@@ -24,8 +24,8 @@ private:
     void Form_Load() override;
     gui::CommandButton* CancelButton() override { return &cmdClose; }
 
-    void cmdClear_Click();
-    void cmdBringBack_Click();
+    gui::Task<> cmdClear_Click();
+    gui::Task<> cmdBringBack_Click();
     void cmdClose_Click() { Unload(); }
 
     void List();

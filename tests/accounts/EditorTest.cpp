@@ -16,8 +16,17 @@ class EditorTest : public AccountsTest {
 protected:
     ~EditorTest() override { editor.Unload(); }
 
+    void Load() {
+        editor.Load();
+        EXPECT_TRUE(support::Settle());
+    }
+    void Press(gui::CommandButton& button) {
+        button.Press();
+        EXPECT_TRUE(support::Settle());
+    }
     void Choose(const std::string& name) {
         editor.cboAccountName.ListIndex(editor.cboAccountName.Names().IndexOf(name));
+        EXPECT_TRUE(support::Settle());
     }
     std::string Shown() const {
         std::string shown = editor.cboAccountName.Text() + "|" + editor.txtAccountID.Text() + "|" +
@@ -44,6 +53,7 @@ protected:
     }
     /// The texts since the last call, without the reasons behind our own.
     Texts Said() {
+        EXPECT_TRUE(support::Settle());
         Texts texts;
         for (const support::SeenBox& box : boxes.Seen()) {
             EXPECT_EQ(box.title, "Kerno Tools :: Accounts Editor");
@@ -62,7 +72,7 @@ protected:
 TEST_F(EditorTest, ShowsAccountsAsSoonAsThereIsAServer) {
     support::WriteFile(folder / "Kerno.ini", "gloginname=\r\n");
     DeleteFileA(privilegeFile.c_str());
-    editor.Load();
+    Load();
     const std::string notAdvised = "You are advised not to continue as Kerno Tools might not act properly";
     EXPECT_EQ(Said(),
               (Texts{"Kerno Tools failed to connect to SQL server. Please make sure you have set up "
@@ -75,15 +85,15 @@ TEST_F(EditorTest, ShowsAccountsAsSoonAsThereIsAServer) {
     support::WriteFile(privilegeFile, std::string("header\r\n100002") + kBroadcast + "\r\n");
     // Reload throws away what waits for Save, privileges too; where it fails, they stay.
     for (int i = 0; i < 2; ++i) {
-        editor.cmdReload.Press();
+        Press(editor.cmdReload);
         EXPECT_EQ(editor.cboAccountName.ListCount(), 3);
         Choose("bravo");
         EXPECT_EQ(Shown(), "bravo|100002|b|1|b@x|1100000000000000");
-        editor.cmdRemoveAllPrivileges.Press();
+        Press(editor.cmdRemoveAllPrivileges);
         Choose("alpha");
     }
     root.Execute("RENAME TABLE glogin.account TO glogin.away");
-    editor.cmdReload.Press();
+    Press(editor.cmdReload);
     EXPECT_TRUE(Said().back().starts_with("Kerno Tools failed to reload the accounts."));
     Choose("bravo");
     EXPECT_EQ(Shown(), "bravo|100002|b|1|b@x|1000000000000000");
@@ -91,7 +101,7 @@ TEST_F(EditorTest, ShowsAccountsAsSoonAsThereIsAServer) {
     root.Execute("RENAME TABLE glogin.away TO glogin.account");
     // A header that somebody took away costs the first row its privileges, so it is told.
     support::WriteFile(privilegeFile, std::string("100002") + kBroadcast + "\r\n");
-    editor.cmdReload.Press();
+    Press(editor.cmdReload);
     EXPECT_TRUE(Said().back().starts_with("The first line of id_table.txt should be its header"));
 }
 
@@ -100,7 +110,7 @@ TEST_F(EditorTest, EditsCarryOverAndWaitForSaveAsAdditionsAndDeletionsDo) {
     const std::string privileges =
         std::string("100002") + kBroadcast + "\r\n100004" + kNone + "\r\n100004" + kNone + "\r\n";
     support::WriteFile(privilegeFile, "header\r\n" + privileges);
-    editor.Load();
+    Load();
     Choose("Charlie");
     editor.chkIsGM.Value(0);
     Choose("alpha");
@@ -116,24 +126,24 @@ TEST_F(EditorTest, EditsCarryOverAndWaitForSaveAsAdditionsAndDeletionsDo) {
     editor.txtAccountPassword.Text("new");
     editor.cboSex.ListIndex(0);
     // A number that changes takes the privileges with it.
-    editor.cmdAutofillID.Press();
+    Press(editor.cmdAutofillID);
     Choose("alpha2");
     EXPECT_EQ(Shown(), "alpha2|100009|a|0|a@x|1000000000000000");
     EXPECT_EQ(Said(), Texts());
     Fill(std::string(24, 'd'), "100005");
-    editor.cmdGiveAllPrivileges.Press();
-    editor.cmdAddAccount.Press();
+    Press(editor.cmdGiveAllPrivileges);
+    Press(editor.cmdAddAccount);
     EXPECT_EQ(Said(), Texts{"Account Added"});
     Choose("Charlie");
     for (const int answer : {IDNO, IDYES}) {
         boxes.Answer(answer);
-        editor.cmdDeleteAccount.Press();
+        Press(editor.cmdDeleteAccount);
         EXPECT_EQ(Said().front(), "Are you sure you want to delete account 'Charlie' ?");
         EXPECT_EQ(editor.cboAccountName.Names().IndexOf("Charlie") == -1, answer == IDYES);
     }
     EXPECT_EQ(Table(), before);
     EXPECT_EQ(PrivilegeRows(), privileges);
-    editor.cmdSave.Press();
+    Press(editor.cmdSave);
     EXPECT_EQ(Said(), Texts{"Account saved successfully"});
     const Texts saved{"100001|bravo|new|0|b@x", "100005|" + std::string(24, 'd') + "|a|0|a@x",
                       "100009|alpha2|a|0|a@x"};
@@ -141,11 +151,11 @@ TEST_F(EditorTest, EditsCarryOverAndWaitForSaveAsAdditionsAndDeletionsDo) {
     EXPECT_EQ(PrivilegeRows(), std::string("100001") + kBroadcast +
                                    "\r\n100005,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1\r\n100009" + kNone + "\r\n");
 
-    editor.cmdClearAll.Press();
+    Press(editor.cmdClearAll);
     EXPECT_EQ(Shown(), "|||0||1000000000000000");
     Fill("unsaved", "100006");
-    editor.cmdAddAccount.Press();
-    editor.cmdCancel.Press();
+    Press(editor.cmdAddAccount);
+    Press(editor.cmdCancel);
     EXPECT_EQ(Table(), saved);
 }
 
@@ -154,7 +164,7 @@ TEST_F(EditorTest, ChecksComeInOrder) {
     root.Execute("SET sql_mode = 'NO_AUTO_VALUE_ON_ZERO'");
     root.Execute("ALTER TABLE glogin.account MODIFY Mail varchar(40)");
     root.Execute("INSERT INTO glogin.account VALUES (0, 'odd', '', 0, '" + longMail + "', 0)");
-    editor.Load();
+    Load();
     const std::string noNumber = "' is no account number. Please enter a whole number from 1 to 2147483647, "
                                  "or press Autofill";
     const std::string saved = "Account saved successfully";
@@ -174,10 +184,10 @@ TEST_F(EditorTest, ChecksComeInOrder) {
     };
     for (const auto& c : cases) {
         Fill(c.name, c.id);
-        editor.cmdAddAccount.Press();
+        Press(editor.cmdAddAccount);
         EXPECT_EQ(Said(), Texts{c.add}) << c.name << " " << c.id;
         EXPECT_EQ(editor.cboAccountName.Text() + editor.txtAccountID.Text(), c.name + c.id);
-        editor.cmdSave.Press();
+        Press(editor.cmdSave);
         EXPECT_EQ(Said(), Texts{c.save}) << c.name << " " << c.id;
     }
     Fill("Charlie", "100001");
@@ -192,7 +202,7 @@ TEST_F(EditorTest, ChecksComeInOrder) {
 }
 
 TEST_F(EditorTest, ASaveAsksAboutWhatSomebodyElseDid) {
-    editor.Load();
+    Load();
     for (const bool decides : {false, true}) {
         root.Execute("UPDATE glogin.account SET Pass='theirs', Mail='theirs@x' WHERE AID=100001");
         editor.txtAccountPassword.Text("mine");
@@ -205,7 +215,7 @@ TEST_F(EditorTest, ASaveAsksAboutWhatSomebodyElseDid) {
             press(IDC_frmAccountConflict_optMine3);
             press(decides ? IDC_frmAccountConflict_cmdSave : IDC_frmAccountConflict_cmdCancel);
         });
-        editor.cmdSave.Press();
+        Press(editor.cmdSave);
         EXPECT_EQ(
             Said().at(0),
             decides ? "Account saved successfully"
@@ -217,7 +227,7 @@ TEST_F(EditorTest, ASaveAsksAboutWhatSomebodyElseDid) {
 }
 
 TEST_F(EditorTest, WhatWillBeSavedIsCountedAndCanBeTakenBack) {
-    editor.Load();
+    Load();
     EXPECT_EQ(editor.lblWaiting.Caption(), "");
     editor.txtEmail.Text("typed");
     EXPECT_EQ(editor.lblWaiting.Caption(), "1 account waits for Save");
@@ -226,10 +236,10 @@ TEST_F(EditorTest, WhatWillBeSavedIsCountedAndCanBeTakenBack) {
     editor.chkIsGM.Value(1);
     Choose("bravo");
     boxes.Answer(IDNO);
-    editor.cmdDeleteAccount.Press();
+    Press(editor.cmdDeleteAccount);
     EXPECT_EQ(editor.lblWaiting.Caption(), "1 account waits for Save");
     boxes.Answer(IDYES);
-    editor.cmdDeleteAccount.Press();
+    Press(editor.cmdDeleteAccount);
     boxes.Clear();
     EXPECT_EQ(editor.lblWaiting.Caption(), "2 accounts wait for Save");
     {
@@ -240,7 +250,7 @@ TEST_F(EditorTest, WhatWillBeSavedIsCountedAndCanBeTakenBack) {
                 SendMessageA(GetDlgItem(list, IDC_frmAccountChanges_cmdClose), BM_CLICK, 0, 0);
             }
         });
-        editor.cmdChanges.Press();
+        Press(editor.cmdChanges);
     }
     EXPECT_EQ(editor.lblWaiting.Caption(), "1 account waits for Save");
     Choose("bravo");
@@ -257,7 +267,7 @@ TEST_F(EditorTest, AccountsThatLookAlikeAreChosenByTheirRow) {
     root.Execute(
         "INSERT INTO glogin.account (AID, Name, Pass) VALUES (100010, _utf8mb4 x'E4B8ADE69687', 'one'), "
         "(100011, _utf8mb4 x'E69687E4B8AD', 'two')");
-    editor.Load();
+    Load();
     editor.cboAccountName.ListIndex(4);
     EXPECT_EQ(Shown(), unseen + "|100011|two|0||0000000000000000");
     EXPECT_EQ(editor.lblSelected.Caption(),
@@ -268,23 +278,23 @@ TEST_F(EditorTest, AccountsThatLookAlikeAreChosenByTheirRow) {
     EXPECT_EQ(editor.txtAccountPassword.Text(), "one");
     Choose("alpha");
     editor.cboAccountName.Text(unseen);
-    editor.cmdDeleteAccount.Press();
+    Press(editor.cmdDeleteAccount);
     EXPECT_TRUE(Said().back().starts_with("There are several accounts that look like '" + unseen + "'."));
     editor.cboAccountName.ListIndex(3);
     boxes.Answer(IDYES);
-    editor.cmdDeleteAccount.Press();
-    editor.cmdSave.Press();
+    Press(editor.cmdDeleteAccount);
+    Press(editor.cmdSave);
     EXPECT_EQ(Said().back(), "Account saved successfully");
     EXPECT_EQ(support::Rows(root, "SELECT AID, HEX(Name), Pass FROM glogin.account WHERE AID > 100004"),
               Texts{"100011|E69687E4B8AD|changed"});
 }
 
 TEST_F(EditorTest, WhatWasTypedIsNotLostByWhatHappensToOtherAccounts) {
-    editor.Load();
+    Load();
     editor.txtAccountPassword.Text("typed");
     editor.cboAccountName.Text("Charlie");
     boxes.Answer(IDYES);
-    editor.cmdDeleteAccount.Press();
+    Press(editor.cmdDeleteAccount);
     EXPECT_EQ(Shown(), "alpha|100001|typed|0|a@x|0000000000000000");
     boxes.Clear();
     Fill("bravo", "100001");
@@ -299,8 +309,8 @@ TEST_F(EditorTest, WhatWasTypedIsNotLostByWhatHappensToOtherAccounts) {
 }
 
 TEST_F(EditorTest, TheListFindsByNumberMailAndPrivileges) {
-    editor.Load();
-    editor.cmdList.Press();
+    Load();
+    Press(editor.cmdList);
     frmAccountList& list = *editor.ListBox();
     const auto found = [&](const char* part, bool masters) {
         list.chkGameMasters.Value(masters);
@@ -313,14 +323,14 @@ TEST_F(EditorTest, TheListFindsByNumberMailAndPrivileges) {
     EXPECT_EQ(found("", false), "alpha bravo Charlie ");
     EXPECT_EQ(found("C@", false), "Charlie ");
     EXPECT_EQ(found("0000", true), "bravo ");
-    list.cmdShow.Press();
+    Press(list.cmdShow);
     EXPECT_EQ(editor.txtAccountID.Text(), "100002");
     EXPECT_EQ(found("zz", false), "");
     EXPECT_FALSE(list.cmdShow.Enabled());
 }
 
 TEST_F(EditorTest, TypingFindsANameAndEnterShowsIt) {
-    editor.Load();
+    Load();
     editor.Show();
     editor.txtEmail.Text("changed");
     Type("ch");
@@ -342,7 +352,7 @@ TEST_F(EditorTest, TypingFindsANameAndEnterShowsIt) {
         EXPECT_EQ(editor.cboAccountName.Names().At(0), "alpha");
     }
     Type("Char");
-    editor.cmdFind.Press();
+    Press(editor.cmdFind);
     editor.FindBox()->txtAccountName.Text("charl");
     EXPECT_EQ(editor.cboAccountName.Names().At(1), "bravo");
     EXPECT_EQ(editor.txtAccountID.Text(), "100004");
@@ -354,9 +364,9 @@ TEST_F(EditorTest, TypingFindsANameAndEnterShowsIt) {
 
 TEST_F(EditorTest, TheSearchBoxWalksToTheEnd) {
     root.Execute("INSERT INTO glogin.account (AID, Name) VALUES (100010, 'ALbert'), (100011, 'al')");
-    editor.Load();
+    Load();
     Choose("Charlie");
-    editor.cmdFind.Press();
+    Press(editor.cmdFind);
     frmFindAccount& find = *editor.FindBox();
     find.txtAccountName.Text("zz");
     EXPECT_EQ(editor.cboAccountName.Text(), "Charlie");
@@ -364,16 +374,16 @@ TEST_F(EditorTest, TheSearchBoxWalksToTheEnd) {
     for (const char* name : {"alpha", "ALbert", "al"}) {
         EXPECT_EQ(editor.cboAccountName.Text(), name);
         EXPECT_TRUE(boxes.Seen().empty());
-        find.cmdNext.Press();
+        Press(find.cmdNext);
     }
     EXPECT_EQ(Said(), Texts{"There is no more accounts that match"});
     // It stays open when an account is deleted, and may choose while that is told.
     boxes.Answer(IDYES).Answer(IDOK, [&find] { find.txtAccountName.Text("br"); });
     editor.cboAccountName.Text("Charlie");
-    editor.cmdDeleteAccount.Press();
-    editor.cmdSave.Press();
+    Press(editor.cmdDeleteAccount);
+    Press(editor.cmdSave);
     EXPECT_EQ(Said().back(), "Account saved successfully");
     EXPECT_EQ(Table(), (Texts{before[0], before[1], "100010|ALbert||0|", "100011|al||0|"}));
-    editor.cmdCancel.Press();
+    Press(editor.cmdCancel);
     EXPECT_EQ(editor.FindBox(), nullptr);
 }

@@ -22,7 +22,7 @@ protected:
         store.SQLHostname("localhost");
         store.SQLUsername("root");
         store.KernoPath(folder.Path());
-        EXPECT_EQ(store.ConnectSQL(), 1);
+        EXPECT_EQ(support::Run(store.ConnectSQL()), 1);
         EXPECT_EQ(store.LoadGMData(), 1);
     }
 
@@ -47,7 +47,7 @@ protected:
     }
     /// Saves, and says what was told of it line by line, without the empty ones.
     Texts Save() {
-        result = Send(store);
+        result = support::Run(accounts::Send(store));
         Texts told = result.notes;
         for (const std::string& line : common::Split(TextOf(result, store), '\n')) {
             if (!line.empty())
@@ -62,7 +62,7 @@ protected:
         return texts;
     }
     void Reload() {
-        EXPECT_EQ(store.RefreshAccountSQL(), 1);
+        EXPECT_EQ(support::Run(store.RefreshAccountSQL()), 1);
         EXPECT_EQ(store.LoadGMData(), 1);
     }
 

@@ -62,7 +62,7 @@ protected:
             hand.store.SQLHostname("localhost");
             hand.store.SQLUsername("root");
             hand.store.KernoPath(folder.Path());
-            EXPECT_EQ(hand.store.ConnectSQL(), 1);
+            EXPECT_EQ(support::Run(hand.store.ConnectSQL()), 1);
             EXPECT_EQ(hand.store.LoadGMData(), 1);
         }
     }
@@ -146,7 +146,7 @@ protected:
             TakeBack(hand.store, changes[static_cast<std::size_t>(Any(static_cast<int>(changes.size())))]);
     }
     void Reload(Hand& hand) {
-        ASSERT_EQ(hand.store.RefreshAccountSQL(), 1);
+        ASSERT_EQ(support::Run(hand.store.RefreshAccountSQL()), 1);
         ASSERT_EQ(hand.store.LoadGMData(), 1);
         hand.keeper.SelectNone();
         EXPECT_TRUE(WaitingChanges(hand.store).empty());
@@ -200,7 +200,7 @@ protected:
     void Save(Hand& hand) {
         const World before = Look();
         const auto meant = MeantBy(hand);
-        SendResult result = Send(hand.store);
+        SendResult result = support::Run(accounts::Send(hand.store));
         std::set<std::size_t> decided;
         for (int round = 0; !result.conflicts.empty() && round < 3; ++round) {
             for (const Conflict& conflict : result.conflicts) {
@@ -208,7 +208,7 @@ protected:
                 Decide(hand.store, conflict, {true, true, Any(2) == 1, Any(2) == 1, Any(2) == 1});
             }
             const auto notes = result.notes;
-            result = Send(hand.store);
+            result = support::Run(accounts::Send(hand.store));
             result.notes.insert(result.notes.end(), notes.begin(), notes.end());
         }
         hand.keeper.SelectNone();
@@ -326,7 +326,7 @@ TEST_F(AccountsRun, NoAccountOrPrivilegeIsLostOrGivenAway) {
             for (Hand& hand : hands) {
                 ChangeAny(hand);
                 const auto waiting = WaitingChanges(hand.store).size();
-                EXPECT_EQ(Send(hand.store).connectionLost, waiting > 0);
+                EXPECT_EQ(support::Run(accounts::Send(hand.store)).connectionLost, waiting > 0);
                 EXPECT_EQ(WaitingChanges(hand.store).size(), waiting);
             }
         }

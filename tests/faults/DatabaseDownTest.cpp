@@ -57,6 +57,7 @@ TEST_F(DatabaseDown, EditorAndBackupTellOfItAndGoOnAfterwards) {
     root.Execute("INSERT INTO glogin.account (AID, Name) VALUES (100001, 'alpha')");
     support::WriteFile(servers.Path() + "database\\id_table.txt", "header\r\n");
     editor.Load();
+    support::Settle();
     panel.Load();
     EXPECT_EQ(LastBox(), "");
 
@@ -81,10 +82,12 @@ TEST_F(DatabaseDown, EditorAndBackupTellOfItAndGoOnAfterwards) {
         {
             const support::ServerDown down;
             editor.cmdSave.Press();
+            support::Settle();
             EXPECT_TRUE(LastBox().starts_with(failed)) << round;
             EXPECT_TRUE(BackupByHand().starts_with("Kerno Tools Error :: [20")) << round;
         }
         editor.cmdSave.Press();
+        support::Settle();
         EXPECT_EQ(LastBox(), "Account saved successfully") << round;
         EXPECT_EQ(BackupByHand(), "") << round;
         remote.Open(support::RootConnection(support::kRemoteServer));
