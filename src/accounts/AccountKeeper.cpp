@@ -10,6 +10,17 @@ std::string WithReason(const std::string& text, const std::optional<RuntimeError
     return text + "\n\n[" + std::to_string(error->Number()) + "] " + error->Description();
 }
 
+std::string FailureText(const std::string& text, const std::string& action, bool serverGone,
+                        const std::optional<RuntimeError>& error) {
+    const bool cancelled = error && error->Number() == database::kCancelled;
+    if (cancelled)
+        return WithReason(text + " You can " + action + " again", error);
+    return WithReason(text + " Please make sure " +
+                          (serverGone ? "MySQL server is running" : "that the reason below is removed") +
+                          " and " + action + " again",
+                      error);
+}
+
 bool AccountKeeper::Select(std::size_t row) {
     if (!store_.MoveToRow(row))
         return false;

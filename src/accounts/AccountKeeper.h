@@ -22,6 +22,11 @@ struct AccountEdit {
 /// `text`, and the error below it where there is one.
 std::string WithReason(const std::string& text, const std::optional<RuntimeError>& error);
 
+/// The same for a task on the server that failed, with what to do before the operator presses for `action`
+/// again; `serverGone`: the server is gone or does not answer.
+std::string FailureText(const std::string& text, const std::string& action, bool serverGone,
+                        const std::optional<RuntimeError>& error);
+
 /// Takes over into the store what the operator does with accounts and their privileges, so that both stay
 /// together. One account is the selected one, to which Keep writes.
 class AccountKeeper {

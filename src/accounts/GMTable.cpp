@@ -2,7 +2,6 @@
 
 #include "accounts/GMHistory.h"
 #include "common/Files.h"
-#include "common/Numbers.h"
 #include "common/RuntimeError.h"
 #include "common/Text.h"
 
@@ -12,29 +11,9 @@
 
 namespace accounts {
 
-const std::array<const char*, kPrivilegeCount> kPrivilegeNames{
-    "BROADCAST",        "ITEMSUMMON",  "MONSTERSUMMON", "CHANGESTATSKILL",  "CHANGEOPTION", "SAVERETURN",
-    "CHANGELEVEL",      "WARP",        "WHOIS",         "GOTOSUMMONBANISH", "KILLDIEALIVE", "CHANGEJOB",
-    "CHANGECOLORSTYLE", "AUTORAWUNIT", "REFINE"};
-
 namespace {
 
 constexpr std::string_view kBackupEnding = "bak";
-
-template <class Read> auto NumberIn(std::string_view text, Read read) -> std::optional<decltype(read(text))> {
-    try {
-        return read(text);
-    } catch (const RuntimeError&) {
-        return std::nullopt;
-    }
-}
-
-std::string Header() {
-    std::string header = "ID";
-    for (const char* name : kPrivilegeNames)
-        header.append(",").append(name);
-    return header;
-}
 
 /// Raises the file error that the rewrite would meet. The rewrite replaces the backup first, so it would meet
 /// the error when the older backup is gone already.
@@ -45,41 +24,7 @@ void CheckReplaceable(const std::string& path) {
     common::OpenFile(path, GENERIC_WRITE | DELETE, OPEN_EXISTING);
 }
 
-std::string LineOf(std::int32_t id, const Privileges& flags) {
-    std::string line = std::to_string(id);
-    for (const std::int16_t flag : flags)
-        line += "," + std::to_string(flag);
-    return line;
-}
-
-/// `line` with one flag changed; what else stands in it, comments behind the flags included, stays.
-std::string WithFlag(std::string_view line, std::size_t privilege, std::int16_t flag) {
-    std::vector<std::string> fields = common::Split(line, ',');
-    if (fields.size() < kPrivilegeCount + 1)
-        fields.resize(kPrivilegeCount + 1, "0");
-    fields[privilege + 1] = std::to_string(flag);
-    std::string text = fields[0];
-    for (std::size_t i = 1; i < fields.size(); ++i)
-        text += "," + fields[i];
-    return text;
-}
-
 } // namespace
-
-GMTable::Row GMTable::ReadRow(std::string_view line) {
-    Row row;
-    row.text = line;
-    const std::vector<std::string> fields = common::Split(line, ',');
-    const auto id = NumberIn(fields[0], [](std::string_view text) { return common::CLng(text); });
-    if (!id)
-        return row;
-    row.isAccount = true;
-    row.id = *id;
-    for (std::size_t i = 0; i < kPrivilegeCount && i + 1 < fields.size(); ++i)
-        row.flags[i] =
-            NumberIn(fields[i + 1], [](std::string_view text) { return common::CInt(text); }).value_or(0);
-    return row;
-}
 
 void GMTable::Append(Row row) {
     if (row.isAccount) {
@@ -95,8 +40,8 @@ GMTable GMTable::Of(const std::string& text) {
     GMTable table;
     const auto lines = common::Lines(text);
     for (std::size_t i = 1; i < lines.size(); ++i)
-        table.Append(ReadRow(lines[i]));
-    table.withoutHeader_ = !lines.empty() && ReadRow(lines[0]).isAccount;
+        table.Append(GMRow::Read(lines[i]));
+    table.withoutHeader_ = !lines.empty() && GMRow::Read(lines[0]).isAccount;
     for (const Row& row : table.rows_) {
         if (row.isAccount)
             table.known_.try_emplace(row.id, row.flags);
@@ -114,7 +59,7 @@ void GMTable::Load(const std::string& path) {
 }
 
 std::string GMTable::Text() const {
-    std::string text = Header();
+    std::string text = GMHeader();
     text += common::kLineEnd;
     for (const Row& row : rows_) {
         text += row.text;
@@ -254,7 +199,7 @@ bool GMTable::Contains(std::int32_t id) const {
 std::int16_t GMTable::Add(std::int32_t id, const Privileges& flags) {
     if (Contains(id))
         return 0;
-    Append({true, id, flags, LineOf(id, flags)});
+    Append(GMRow::Of(id, flags));
     Note(id);
     return 1;
 }
@@ -291,8 +236,7 @@ std::int16_t GMTable::Modify(std::int32_t id, const Privileges& flags) {
     for (std::size_t i = 0; i < kPrivilegeCount; ++i) {
         if (flags[i] == row.flags[i] || flags[i] == kLeaveAsItIs)
             continue;
-        row.flags[i] = flags[i];
-        row.text = WithFlag(row.text, i, flags[i]);
+        row.Set(i, flags[i]);
     }
     Note(id);
     return 1;

@@ -1,7 +1,7 @@
 #pragma once
 
-#include <array>
-#include <cstddef>
+#include "accounts/GMRow.h"
+
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -12,16 +12,6 @@
 
 namespace accounts {
 
-/// The columns of the privilege file, and an account's flags in their order: 0 denied, 1 granted.
-inline constexpr std::size_t kPrivilegeCount = 15;
-using Privileges = std::array<std::int16_t, kPrivilegeCount>;
-
-/// As a flag for Modify: leave the privilege as it is. As the first flag from Retrieve: no game master.
-inline constexpr std::int16_t kLeaveAsItIs = 2;
-
-/// The columns' names, as the file's header has them.
-extern const std::array<const char*, kPrivilegeCount> kPrivilegeNames;
-
 /// The game masters and what each may do, as the zone server reads it from its privilege file.
 ///
 /// What an operator wrote into the file by hand stays: a line without an account number at its start is
@@ -30,14 +20,7 @@ extern const std::array<const char*, kPrivilegeCount> kPrivilegeNames;
 /// with all that stands in it, also when the account gets a new row afterwards.
 class GMTable {
 public:
-    /// A line of the table.
-    struct Row {
-        bool isAccount = false;
-        std::int32_t id = 0;
-        Privileges flags{};
-        /// The line as it was read or is to be written.
-        std::string text;
-    };
+    using Row = GMRow;
     /// An account whose privileges here are not those of the file. Without flags it has no row.
     struct Change {
         std::int32_t id;
@@ -97,7 +80,6 @@ public:
 
 private:
     static GMTable Of(const std::string& text);
-    static Row ReadRow(std::string_view line);
     void Append(Row row);
     std::vector<Row>::const_iterator Find(std::int32_t id) const;
     std::optional<Privileges> FlagsOf(std::int32_t id) const;

@@ -57,14 +57,20 @@ gui::Task<> LookAt(clsAccountSQL& store, std::size_t row, SendResult& result) {
     }
 }
 
+void Stop(const clsAccountSQL& store, SendResult& result) {
+    result.stopped = true;
+    result.serverGone = store.ConnectionLost();
+    result.error = store.LastError();
+}
+
 gui::Task<> SendAccounts(clsAccountSQL& store, SendResult& result) {
     const std::int16_t sent = co_await store.UpdateAccountSQL();
     if (sent)
         co_return;
-    result.error = store.LastError();
-    result.connectionLost = store.ConnectionLost() || store.Refusals().empty();
-    if (result.connectionLost)
+    if (store.ConnectionLost() || store.Refusals().empty()) {
+        Stop(store, result);
         co_return;
+    }
     const auto refusals = store.Refusals();
     for (const auto& refusal : refusals) {
         if (refusal.error.Number() == database::kRowChanged)
@@ -151,8 +157,7 @@ gui::Task<> SendPrivileges(clsAccountSQL& store, SendResult& result) {
     std::ranges::set_difference(store.GMData().ChangedIds(), waiting, std::back_inserter(changed));
     const auto owners = co_await store.AskNames(std::move(changed));
     if (!owners) {
-        result.error = store.LastError();
-        result.connectionLost = true;
+        Stop(store, result);
         co_return;
     }
     if (store.UpdateGMData(PrivilegeJudge(store, result, *owners, waiting))) {
@@ -175,7 +180,7 @@ std::string Joined(const std::vector<std::string>& lines) {
 gui::Task<SendResult> Send(clsAccountSQL& store) {
     SendResult result;
     co_await SendAccounts(store, result);
-    if (!result.connectionLost)
+    if (!result.stopped)
         co_await SendPrivileges(store, result);
     co_return result;
 }
@@ -189,11 +194,9 @@ void Decide(clsAccountSQL& store, const Conflict& conflict, const std::array<boo
 }
 
 std::string TextOf(const SendResult& result, const clsAccountSQL& store) {
-    if (result.connectionLost)
-        return WithReason(
-            "Kerno Tools failed to save to SQL server. Nothing that you changed is lost. Please make "
-            "sure MySQL server is running and save again",
-            result.error);
+    if (result.stopped)
+        return FailureText("Kerno Tools failed to save to SQL server. Nothing that you changed is lost.",
+                           "save", result.serverGone, result.error);
     std::vector<std::string> refused = result.refused;
     for (const Conflict& conflict : result.conflicts)
         refused.push_back(AccountText(store, conflict.row) +

@@ -17,9 +17,11 @@ struct Conflict {
 
 /// What became of a Save.
 struct SendResult {
-    /// The server is gone; what was not sent waits here.
-    bool connectionLost = false;
-    /// Why the last operation failed, for connectionLost and privilegesFailed.
+    /// It ended before everything was tried; what was not sent waits here.
+    bool stopped = false;
+    /// Because the server is gone or does not answer.
+    bool serverGone = false;
+    /// Why the last operation failed, for stopped and privilegesFailed.
     std::optional<RuntimeError> error;
     /// The accounts and privileges that were not saved, one line each; all others are.
     std::vector<std::string> refused;
@@ -28,9 +30,7 @@ struct SendResult {
     /// Further things that happened, for the operator to know.
     std::vector<std::string> notes;
 
-    bool Saved() const {
-        return !connectionLost && !privilegesFailed && refused.empty() && conflicts.empty();
-    }
+    bool Saved() const { return !stopped && !privilegesFailed && refused.empty() && conflicts.empty(); }
 };
 
 /// Sends all changes: the accounts to the server, then the privileges to their file. Privileges of an account

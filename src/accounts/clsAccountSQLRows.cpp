@@ -1,7 +1,6 @@
 #include "accounts/clsAccountSQL.h"
-#include "common/Numbers.h"
 
-// The accounts by their rows, what waits for them, what the server has, and the privileges.
+// The accounts by their rows, what waits for them, and the privileges.
 
 // ---- Rows
 
@@ -86,66 +85,6 @@ std::int16_t clsAccountSQL::TakeBack(std::size_t row, accounts::Field field) {
 
 void clsAccountSQL::Forget(std::size_t row) {
     recordset_.Forget(row);
-}
-
-// ---- What the server has
-
-gui::Task<clsAccountSQL::Found> clsAccountSQL::AskServer(std::int64_t accountID) {
-    Begin();
-    Found found;
-    try {
-        std::string query = "SELECT AID, Name, Pass, Gender, Mail FROM glogin.account WHERE AID = " +
-                            std::to_string(accountID);
-        const database::Answer rows = co_await connection_.ReadAll(std::move(query));
-        found.asked = true;
-        if (rows.Count() > 0)
-            found.texts.emplace();
-        for (std::size_t i = 0; found.texts && i < found.texts->size(); ++i)
-            (*found.texts)[i] = rows.At(0, i).AsText();
-    } catch (const RuntimeError& error) {
-        Note(error);
-    }
-    co_return found;
-}
-
-gui::Task<std::optional<clsAccountSQL::Names>> clsAccountSQL::AskNames(std::vector<std::int32_t> ids) {
-    constexpr std::size_t kAtOnce = 500;
-    Begin();
-    std::optional<Names> names;
-    try {
-        Names found;
-        if (!ids.empty())
-            co_await connection_.Revive();
-        for (std::size_t first = 0; first < ids.size(); first += kAtOnce) {
-            std::string list;
-            for (std::size_t i = first; i < std::min(ids.size(), first + kAtOnce); ++i)
-                list += (list.empty() ? "" : ",") + std::to_string(ids[i]);
-            std::string query = "SELECT AID, Name FROM glogin.account WHERE AID IN (" + list + ")";
-            const database::Answer rows = co_await connection_.ReadAll(std::move(query));
-            for (std::size_t row = 0; row < rows.Count(); ++row)
-                found[static_cast<std::int32_t>(rows.At(row, 0).AsInteger())] = rows.At(row, 1).AsText();
-        }
-        names = std::move(found);
-    } catch (const RuntimeError& error) {
-        Note(error);
-    }
-    co_return names;
-}
-
-void clsAccountSQL::ServerHas(std::size_t row, const accounts::FieldTexts& found) {
-    database::Fields fields(recordset_.ColumnCount());
-    for (const accounts::Field field : accounts::kFields) {
-        const auto& text = found[accounts::Index(field)];
-        const bool isNumber = field == accounts::Field::Id || field == accounts::Field::Sex;
-        // What the server still has the same stays as it was read, null included.
-        if (text && text != ServerText(row, field))
-            fields[ColumnOf(field)] =
-                isNumber ? database::Value(common::CLng(*text)) : database::Value(*text);
-    }
-    const accounts::AccountKey before = KeyAt(row);
-    recordset_.ServerHas(row, fields);
-    index_.Erase(row, before);
-    index_.Insert(row, KeyAt(row));
 }
 
 // ---- Privileges

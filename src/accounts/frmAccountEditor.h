@@ -130,6 +130,20 @@ public:
     void ChooseRow(std::size_t row);
 
 private:
+    static constexpr const char* kTitle = "Kerno Tools :: Accounts Editor";
+
+    /// Sets a flag as long as it lives.
+    class Flag {
+    public:
+        explicit Flag(bool& flag) : flag_(flag), before_(std::exchange(flag, true)) {}
+        ~Flag() { flag_ = before_; }
+        Flag(const Flag&) = delete;
+
+    private:
+        bool& flag_;
+        bool before_;
+    };
+
     void Form_Load() override;
     void Form_Unload() override;
     void Form_MouseDown(gui::MouseButton button, int x, int y) override;
@@ -153,6 +167,7 @@ private:
     void cmdList_Click();
     gui::Task<> cmdPrivilegeFile_Click();
     gui::Task<> cmdChanges_Click();
+    template <class F> gui::Task<> ShowOverStore();
     gui::Task<> cmdSave_Click();
     gui::Task<> cmdReload_Click();
     void cmdCancel_Click() { Unload(); }
@@ -172,6 +187,7 @@ private:
     void Choose(int index);
     int IndexOfRow(std::size_t row) const;
     bool ShowRow(std::size_t row);
+    void ShowEdit(const accounts::AccountEdit& edit);
     void ShowPrivileges(const accounts::AccountEdit& edit);
     void ShowNone();
     void ShowChanged();
@@ -179,12 +195,14 @@ private:
     accounts::AccountEdit Edit(const std::string& name) const;
     bool Keep(const std::string& name);
     gui::Task<accounts::SendResult> Send();
+    gui::Task<std::size_t> DecideEach(std::vector<accounts::Conflict> conflicts);
     void TellSent(const accounts::SendResult& result);
 
     accounts::AccountKeeper keeper_{AccountsDB};
     /// The store's rows of the entries in the list of names.
     std::vector<std::size_t> rows_;
-    /// The store is with the server, and nothing may be asked of it.
+    /// The store is with the server, or shown and changed by another window. The search box and the list stay
+    /// open meanwhile, and may not choose.
     bool busy_ = false;
     bool showing_ = false;
     gui::FormSlot<frmFindAccount> find_{[this] { return std::make_unique<frmFindAccount>(cboAccountName); }};

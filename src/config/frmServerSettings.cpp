@@ -66,11 +66,9 @@ void frmServerSettings::Form_Load() {
     kTools_.INIPath(settings::kToolsIniPath());
     const std::string kernoIni = settings::KernoIniPath(modServerControl::KernoPath());
     if (!common::FileExists(kernoIni)) {
-        // The box belongs to the window in front. This form is still hidden, and the form behind it is to
-        // wait for the answer.
-        gui::MsgBoxNow("Can't find 'Kerno.ini' in current directory. The server configurator will now close");
-        Unload();
-        return;
+        // The box belongs to the window in front: this one goes unseen.
+        gui::Tell("Can't find 'Kerno.ini' in current directory. The server configurator will now close");
+        return Unload();
     }
     kerno_.INIPath(kernoIni);
     LoadSettings();

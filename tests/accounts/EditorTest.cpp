@@ -2,7 +2,9 @@
 #include "accounts/frmAccountChanges.h"
 #include "accounts/frmAccountConflict.h"
 #include "accounts/frmAccountEditor.h"
+#include "accounts/frmPrivilegeFile.h"
 #include "gui/Application.h"
+#include "gui/frmWaiting.ids.h"
 #include "support/MessageBoxes.h"
 
 namespace {
@@ -224,6 +226,132 @@ TEST_F(EditorTest, ASaveAsksAboutWhatSomebodyElseDid) {
         EXPECT_EQ(Table()[0], decides ? "100001|alpha|mine|0|theirs@x" : "100001|alpha|theirs|0|theirs@x");
     }
     EXPECT_EQ(Shown(), "alpha|100001|mine|0|theirs@x|0000000000000000");
+}
+
+TEST_F(EditorTest, ConflictsThatWereDecidedAreSentAlsoWhenTheNextOneIsNot) {
+    Load();
+    for (const char* name : {"alpha", "bravo"}) {
+        Choose(name);
+        editor.txtAccountPassword.Text("mine");
+    }
+    root.Execute("UPDATE glogin.account SET Pass='theirs'");
+    const support::Meanwhile decide([&] {
+        const HWND question = FindWindowA(nullptr, "Kerno Tools :: Account Changed By Somebody Else");
+        const auto press = [&](int id) { SendMessageA(GetDlgItem(question, id), BM_CLICK, 0, 0); };
+        if (!IsWindowVisible(question))
+            return;
+        char account[80] = "";
+        GetDlgItemTextA(question, IDC_frmAccountConflict_lblAccount, account, sizeof account);
+        press(IDC_frmAccountConflict_optMine3);
+        press(std::string(account).find("alpha") < sizeof account ? IDC_frmAccountConflict_cmdSave
+                                                                  : IDC_frmAccountConflict_cmdCancel);
+    });
+    Press(editor.cmdSave);
+    EXPECT_TRUE(boxes.Texts().at(0).find("'bravo' (100002): somebody else has changed it") < 200);
+    EXPECT_EQ(boxes.Texts()[0].find("alpha"), std::string::npos);
+    EXPECT_EQ(Table()[0] + Table()[1], "100001|alpha|mine|0|a@x100002|bravo|theirs|1|b@x");
+    EXPECT_EQ(editor.lblWaiting.Caption(), "1 account waits for Save");
+}
+
+TEST_F(EditorTest, AServerThatIsSilentCanBeWaitedForAndCancelled) {
+    const auto waiting = [] { return FindWindowA(nullptr, "Kerno Tools :: Please Wait"); };
+    Load();
+    Press(editor.cmdFind);
+    editor.txtEmail.Text("typed");
+    const std::string typed = "alpha|100001|a|0|typed|0000000000000000";
+    root.Execute("LOCK TABLES glogin.account WRITE");
+    for (gui::CommandButton* button : {&editor.cmdReload, &editor.cmdSave}) {
+        button->Press();
+        ASSERT_TRUE(support::WaitUntil([&] { return IsWindowVisible(waiting()); }));
+        EXPECT_FALSE(IsWindowEnabled(editor.Window()));
+        // The search box stays open, and may not choose meanwhile.
+        editor.FindBox()->txtAccountName.Text("");
+        editor.FindBox()->txtAccountName.Text("br");
+        EXPECT_NE(editor.txtAccountID.Text(), "100002");
+        SendMessageA(GetDlgItem(waiting(), IDC_frmWaiting_cmdCancel), BM_CLICK, 0, 0);
+        EXPECT_TRUE(support::Settle());
+        EXPECT_EQ(boxes.Texts().at(0),
+                  std::string(button == &editor.cmdSave
+                                  ? "Kerno Tools failed to save to SQL server. Nothing that you changed is "
+                                    "lost. You can save again"
+                                  : "Kerno Tools failed to reload the accounts. You can reload again") +
+                      "\n\n[3712] Operation has been cancelled by the user.");
+        boxes.Clear();
+        EXPECT_EQ(Shown(), typed);
+        EXPECT_EQ(editor.lblWaiting.Caption(), "1 account waits for Save");
+    }
+    root.Execute("UNLOCK TABLES");
+    Press(editor.cmdSave);
+    EXPECT_EQ(Said(), Texts{"Account saved successfully"});
+    EXPECT_EQ(Table()[0], "100001|alpha|a|0|typed");
+    // The tool can be left meanwhile.
+    root.Execute("LOCK TABLES glogin.account WRITE");
+    editor.txtEmail.Text("never");
+    editor.cmdSave.Press();
+    ASSERT_TRUE(support::WaitUntil([&] { return IsWindowVisible(waiting()); }));
+    editor.Unload();
+    EXPECT_TRUE(support::Settle());
+    EXPECT_FALSE(editor.Loaded() || waiting());
+    root.Execute("UNLOCK TABLES");
+}
+
+TEST_F(EditorTest, ThePrivilegeFileIsClearedAndBroughtBackInItsWindow) {
+    const std::string all = "100002,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1\r\n";
+    support::WriteFile(privilegeFile, "header\r\n" + all + "100003" + kNone + "\r\n100002" + kNone + "\r\n");
+    Load();
+    {
+        gui::Local<frmPrivilegeFile> file(editor.AccountsDB);
+        file->Load();
+        const auto rows = [&] {
+            std::string texts;
+            for (int i = 0; i < file->lstRows.ListCount(); ++i) {
+                for (std::size_t column = 0; column < 4; ++column)
+                    texts += file->lstRows.Text(static_cast<std::size_t>(i), column) + "|";
+                texts += "\n";
+            }
+            return texts;
+        };
+        EXPECT_EQ(rows(), "100003||no account - the next one gets this number|game master without "
+                          "privileges|\n100002|bravo|double row, does not count|game master without "
+                          "privileges|\n100002|bravo||all|\n");
+        EXPECT_FALSE(file->cmdBringBack.Enabled());
+        for (const int answer : {IDNO, IDYES}) {
+            boxes.Answer(answer);
+            Press(file->cmdClear);
+            EXPECT_EQ(file->cmdClear.Enabled(), answer == IDNO);
+        }
+        EXPECT_EQ(boxes.Texts().back(),
+                  "Remove 2 rows? The change waits for Save.\n\n100003: no account - the next "
+                  "one gets this number\n100002: double row, does not count");
+        EXPECT_EQ(rows(), "100002|bravo||all|\n");
+        EXPECT_EQ(file->lblFindings.Caption(), "Every row belongs to an account.");
+    }
+    Press(editor.cmdSave);
+    EXPECT_EQ(PrivilegeRows(), all);
+    Choose("bravo");
+    editor.chkIsGM.Value(0);
+    Press(editor.cmdSave);
+    EXPECT_EQ(PrivilegeRows(), "");
+    boxes.Clear();
+    Press(editor.cmdFind);
+    const support::Meanwhile bringBack([&, pressed = false]() mutable {
+        const HWND window = FindWindowA(nullptr, "Kerno Tools :: Privilege File");
+        if (!IsWindowVisible(window) || !IsWindowEnabled(window))
+            return;
+        if (!std::exchange(pressed, true)) {
+            boxes.Answer(IDYES);
+            SendMessageA(GetDlgItem(window, IDC_frmPrivilegeFile_cmdBringBack), BM_CLICK, 0, 0);
+        } else if (boxes.Seen().size() == 1) {
+            // What stands in the fields is not up to date, and must not be kept.
+            editor.FindBox()->txtAccountName.Text("alpha");
+            SendMessageA(window, WM_CLOSE, 0, 0);
+        }
+    });
+    Press(editor.cmdPrivilegeFile);
+    EXPECT_TRUE(boxes.Texts().at(0).ends_with("100002: no game master -> all")) << boxes.Texts()[0];
+    EXPECT_EQ(Shown(), "bravo|100002|b|1|b@x|1111111111111111");
+    Press(editor.cmdSave);
+    EXPECT_EQ(PrivilegeRows(), all);
 }
 
 TEST_F(EditorTest, WhatWillBeSavedIsCountedAndCanBeTakenBack) {

@@ -203,6 +203,7 @@ TEST_F(ServerSettings, AsksBeforeItMakesAFileThatHasGone) {
 TEST_F(ServerSettings, FilesThatCannotBeUsed) {
     form.Load();
     EXPECT_FALSE(form.Loaded());
+    EXPECT_TRUE(support::Settle());
     EXPECT_EQ(boxes.Seen(), (std::vector<SeenBox>{{"kTools",
                                                    "Can't find 'Kerno.ini' in current directory. The server "
                                                    "configurator will now close",

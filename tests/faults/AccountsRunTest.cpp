@@ -326,7 +326,7 @@ TEST_F(AccountsRun, NoAccountOrPrivilegeIsLostOrGivenAway) {
             for (Hand& hand : hands) {
                 ChangeAny(hand);
                 const auto waiting = WaitingChanges(hand.store).size();
-                EXPECT_EQ(support::Run(accounts::Send(hand.store)).connectionLost, waiting > 0);
+                EXPECT_EQ(support::Run(accounts::Send(hand.store)).stopped, waiting > 0);
                 EXPECT_EQ(WaitingChanges(hand.store).size(), waiting);
             }
         }
