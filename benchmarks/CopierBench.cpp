@@ -4,6 +4,7 @@
 #include "Databases.h"
 #include "supervision/clsMySQLCopyDatabase.h"
 #include "support/TempFolder.h"
+#include "support/Wait.h"
 
 #include <stdexcept>
 
@@ -34,8 +35,8 @@ const bench::Area copierArea("copier", [] {
     copier.SourceUsername("root");
     copier.DestinationHostname(support::kRemoteServer);
     copier.DestinationUsername("root");
-    copier.ConnectSource();
-    copier.ConnectDestination();
+    support::Run(copier.ConnectSource());
+    support::Run(copier.ConnectDestination());
     // Half as many blobs of storage as accounts.
     for (const int accounts : {10'000, 100'000}) {
         const bench::Size size(accounts, "accounts");
@@ -43,7 +44,8 @@ const bench::Area copierArea("copier", [] {
         bench::FillStorage(root, accounts / 2);
         std::vector<double> own, dump;
         for (int i = 0; i < kRuns; ++i) {
-            own.push_back(bench::Milliseconds([&] { copier.CopyDatabase("glogin", "bk_glogin"); }));
+            own.push_back(
+                bench::Milliseconds([&] { support::Run(copier.CopyDatabase("glogin", "bk_glogin")); }));
             dump.push_back(DumpAndLoad(folder));
         }
         const double beside = bench::Median(dump);

@@ -1,5 +1,4 @@
 #include "config/frmServerStatus.h"
-#include "gui/Application.h"
 #include "Surroundings.h"
 
 namespace {
@@ -32,7 +31,7 @@ void MeasureAppend(frmServerStatus& form) {
         while (held < megabytes * 1'000'000) {
             box.Append(lines);
             held += lines.size();
-            gui::DoEvents();
+            support::DispatchPending();
         }
         const bench::Size size(static_cast<double>(megabytes), "MB in the box");
         bench::Row("append 1,000 lines, one by one", size, bench::Milliseconds([&] {

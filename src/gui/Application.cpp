@@ -4,8 +4,6 @@
 #include "gui/Form.h"
 #include "gui/FormSlot.h"
 
-#include <windows.h>
-
 namespace gui {
 
 namespace {
@@ -13,26 +11,14 @@ namespace {
 bool ending = false;
 int exitCodeOfEnd = 0;
 
+} // namespace
+
 void Dispatch(MSG& message) {
     if (!Form::TranslateKey(message) && !BoxWindow::TranslateKey(message)) {
         TranslateMessage(&message);
         DispatchMessageA(&message);
     }
     ReleaseRetired();
-}
-
-} // namespace
-
-void DoEvents() {
-    MSG message;
-    while (!ending && PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
-        if (message.message == WM_QUIT)
-            End(static_cast<int>(message.wParam));
-        else
-            Dispatch(message);
-    }
-    if (ending)
-        throw Leaving{};
 }
 
 void RunUntil(const std::function<bool()>& done) {

@@ -12,14 +12,12 @@ namespace supervision {
 
 namespace {
 
-using Progress = std::function<bool(const std::string& file)>;
-
 std::string FolderIn(const std::string& parent, const suite::Database& database) {
     return parent + "\\" + std::string(database.name);
 }
 
-/// Copies in pieces, so that a table of any size leaves the windows alive. False when `goOn` ended it.
-bool CopyFileOver(const std::string& from, const std::string& to, const std::function<bool()>& goOn) {
+/// Copies in pieces, so that a table of any size leaves the windows alive.
+gui::Task<> CopyFileOver(std::string from, std::string to) {
     constexpr std::size_t kPiece = std::size_t{1024} * 1024;
     // The database server has the tables open for writing.
     const common::FileHandle source = common::OpenFile(from, GENERIC_READ, OPEN_EXISTING);
@@ -27,16 +25,14 @@ bool CopyFileOver(const std::string& from, const std::string& to, const std::fun
     std::string piece(kPiece, '\0');
     while (const std::size_t size = common::ReadFrom(source, piece.data(), piece.size(), from)) {
         target.Write(std::string_view(piece).substr(0, size));
-        if (!goOn())
-            return false;
+        co_await gui::NextTurn();
     }
     target.Commit();
-    return true;
 }
 
 } // namespace
 
-void BackUpFiles(const Progress& progress) {
+gui::Task<> BackUpFiles(std::function<void(const std::string& file)> progress) {
     SYSTEMTIME now{};
     GetLocalTime(&now);
     BackupWork work;
@@ -50,9 +46,8 @@ void BackUpFiles(const Progress& progress) {
         for (const std::size_t position : database.copyOrder) {
             for (const std::string_view ending : suite::kTableFileEndings) {
                 const std::string file = std::string(database.tables[position].name) + std::string(ending);
-                const auto goOn = [&] { return progress(file); };
-                if (!goOn() || !CopyFileOver(source + file, target + file, goOn))
-                    return;
+                progress(file);
+                co_await CopyFileOver(source + file, target + file);
             }
         }
     }

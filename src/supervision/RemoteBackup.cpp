@@ -29,36 +29,39 @@ private:
     clsMySQLCopyDatabase& copier_;
 };
 
-void ConnectSource(clsMySQLCopyDatabase& copier, const clsINI& kernoIni, const suite::Database& database) {
+clsMySQLCopyDatabase::Status ConnectSource(clsMySQLCopyDatabase& copier, const clsINI& kernoIni,
+                                           const suite::Database& database) {
     const suite::Login login = suite::ReadLogin(kernoIni, database);
     copier.SourceHostname(kThisComputer);
     copier.SourceUsername(login.user);
     copier.SourcePassword(login.password);
-    copier.ConnectSource();
+    return copier.ConnectSource();
 }
 
 } // namespace
 
-void BackUpDatabases(clsMySQLCopyDatabase& copier, const clsINI& kTools, const clsINI& kernoIni) {
+gui::Task<> BackUpDatabases(clsMySQLCopyDatabase& copier, clsINI kTools, clsINI kernoIni) {
     const Disconnector disconnector(copier);
     copier.DestinationHostname(kTools.INIProperty(settings::key::kBackupHostname));
     copier.DestinationUsername(kTools.INIProperty(settings::key::kBackupUsername));
     copier.DestinationPassword(kTools.INIProperty(settings::key::kBackupPassword));
-    copier.ConnectDestination();
+    co_await copier.ConnectDestination();
     for (const suite::Database& database : suite::Databases()) {
-        ConnectSource(copier, kernoIni, database);
-        copier.CheckSource(std::string(database.name));
+        co_await ConnectSource(copier, kernoIni, database);
+        co_await copier.CheckSource(std::string(database.name));
         copier.DisconnectSource();
     }
     for (const suite::Database& database : suite::Databases()) {
-        ConnectSource(copier, kernoIni, database);
-        if (!copier.CopyDatabase(std::string(database.name), CopyOf(database)))
-            return;
+        co_await ConnectSource(copier, kernoIni, database);
+        const std::int16_t copied =
+            co_await copier.CopyDatabase(std::string(database.name), CopyOf(database));
+        if (!copied)
+            co_return;
         copier.DisconnectSource();
     }
 }
 
-void RestoreDatabases(clsMySQLCopyDatabase& copier, const clsINI& kTools, const clsINI& kernoIni) {
+gui::Task<> RestoreDatabases(clsMySQLCopyDatabase& copier, clsINI kTools, clsINI kernoIni) {
     const Disconnector disconnector(copier);
     copier.SourceHostname(kTools.INIProperty(settings::key::kBackupHostname));
     copier.SourceUsername(kTools.INIProperty(settings::key::kBackupUsername));
@@ -69,10 +72,12 @@ void RestoreDatabases(clsMySQLCopyDatabase& copier, const clsINI& kTools, const 
         copier.DestinationUsername(login.user);
         copier.DestinationPassword(login.password);
         if (!copier.SourceConnected())
-            copier.ConnectSource();
-        copier.ConnectDestination();
-        if (!copier.CopyDatabase(CopyOf(database), std::string(database.name)))
-            return;
+            co_await copier.ConnectSource();
+        co_await copier.ConnectDestination();
+        const std::int16_t copied =
+            co_await copier.CopyDatabase(CopyOf(database), std::string(database.name));
+        if (!copied)
+            co_return;
         copier.DisconnectDestination();
     }
 }

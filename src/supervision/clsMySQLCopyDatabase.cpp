@@ -4,18 +4,17 @@
 #include "common/Text.h"
 #include "database/Blocks.h"
 #include "database/Error.h"
-#include "database/Recordset.h"
 #include "database/Transaction.h"
-#include "gui/RunNow.h"
 
 #include <algorithm>
-#include <initializer_list>
 
 namespace {
 
 using database::Connection;
-using database::Recordset;
 using Column = clsMySQLCopyDatabase::Column;
+using Status = clsMySQLCopyDatabase::Status;
+using NameList = clsMySQLCopyDatabase::NameList;
+using ColumnTask = clsMySQLCopyDatabase::ColumnTask;
 
 constexpr const char* kNoSource = "Not connected to source MySQL server";
 constexpr const char* kNoDestination = "Not connected to destination MySQL server";
@@ -30,11 +29,11 @@ constexpr const char* kValuesAsTheyAre =
 constexpr const char* kKeepZeros = "SET SESSION sql_mode = 'NO_AUTO_VALUE_ON_ZERO'";
 
 /// Runs the first of the statements that the server knows; old servers know none of them.
-void ExecuteKnown(Connection& connection, std::initializer_list<std::string> statements) {
+gui::Task<> ExecuteKnown(Connection& connection, std::vector<std::string> statements) {
     for (const std::string& statement : statements) {
         try {
-            gui::RunNow(connection.Execute(statement));
-            return;
+            co_await connection.Execute(statement);
+            co_return;
         } catch (const database::Error& error) {
             if (error.ConnectionLost())
                 throw;
@@ -42,29 +41,30 @@ void ExecuteKnown(Connection& connection, std::initializer_list<std::string> sta
     }
 }
 
-std::vector<std::string> Names(Connection& connection, const std::string& sql) {
+gui::Task<std::vector<std::string>> Names(Connection& connection, std::string sql) {
     std::vector<std::string> names;
-    Recordset rows;
-    for (gui::RunNow(rows.Open(connection, sql)); !rows.Eof(); rows.MoveNext())
-        names.push_back(rows.Field(0).AsText());
-    return names;
+    const database::Answer rows = co_await connection.ReadAll(sql);
+    for (std::size_t row = 0; row < rows.Count(); ++row)
+        names.push_back(rows.At(row, 0).AsText());
+    co_return names;
 }
 
-std::vector<Column> Columns(Connection& connection, const std::string& sql) {
+gui::Task<std::vector<Column>> Columns(Connection& connection, std::string sql) {
     std::vector<Column> columns;
-    Recordset rows;
-    for (gui::RunNow(rows.Open(connection, sql)); !rows.Eof(); rows.MoveNext()) {
+    const database::Answer rows = co_await connection.ReadAll(sql);
+    for (std::size_t row = 0; row < rows.Count(); ++row) {
         // Looked up by name: servers add fields of their own between these.
-        const database::Value defaultValue = rows.Field("Default");
+        const auto field = [&](const char* name) { return rows.At(row, rows.Position(name)); };
+        const database::Value defaultValue = field("Default");
         columns.push_back(
-            {.field = rows.Field("Field").AsText(),
-             .type = rows.Field("Type").AsText(),
-             .null = rows.Field("Null").AsText(),
-             .key = rows.Field("Key").AsText(),
+            {.field = field("Field").AsText(),
+             .type = field("Type").AsText(),
+             .null = field("Null").AsText(),
+             .key = field("Key").AsText(),
              .defaultValue = defaultValue.IsNull() ? std::nullopt : std::optional(defaultValue.AsText()),
-             .extra = rows.Field("Extra").AsText()});
+             .extra = field("Extra").AsText()});
     }
-    return columns;
+    co_return columns;
 }
 
 constexpr const char* kShowDatabases = "SHOW DATABASES;";
@@ -85,41 +85,45 @@ bool KeepsRows(const std::string& engine) {
 
 /// Has the destination make databases in the character set of the source's: texts that are different in one
 /// may be the same in another, or not exist there. Old servers do not tell.
-void UseCollationOf(Connection& source, const std::string& database, Connection& destination) {
+gui::Task<> UseCollationOf(Connection& source, std::string database, Connection& destination) {
+    const std::string question =
+        "SELECT DEFAULT_COLLATION_NAME FROM information_schema.SCHEMATA WHERE SCHEMA_NAME = '" + database +
+        "'";
     try {
-        const database::Value collation = gui::RunNow(source.Scalar(
-            "SELECT DEFAULT_COLLATION_NAME FROM information_schema.SCHEMATA WHERE SCHEMA_NAME = '" +
-            database + "'"));
+        const database::Value collation = co_await source.Scalar(question);
         const std::string name = collation.IsNull() ? "" : collation.AsText();
-        if (!name.empty())
-            ExecuteKnown(destination,
-                         {"SET SESSION collation_server = " + name,
-                          "SET SESSION character_set_server = " + name.substr(0, name.find('_'))});
+        if (name.empty())
+            co_return;
+        std::vector<std::string> statements{"SET SESSION collation_server = " + name,
+                                            "SET SESSION character_set_server = " +
+                                                name.substr(0, name.find('_'))};
+        co_await ExecuteKnown(destination, std::move(statements));
     } catch (const database::Error& error) {
         if (error.ConnectionLost())
             throw;
     }
 }
 
+gui::Task<> UseEngine(Connection& destination, std::string engine) {
+    // Old servers call it by another name.
+    std::vector<std::string> statements{"SET SESSION default_storage_engine = " + engine,
+                                        "SET SESSION storage_engine = " + engine};
+    co_await ExecuteKnown(destination, std::move(statements));
+}
+
 /// Has the next table made with the engine of the source's: the suite's tables are to stay MyISAM, whose
 /// files a file backup copies, also where a server's own choice is another one. A destination that lacks the
 /// engine uses its own, as does a view's copy.
-void UseEngineOf(Connection& source, const std::string& database, const std::string& table,
-                 Connection& destination) {
-    // Old servers call it by another name.
-    const auto use = [&destination](const std::string& engine) {
-        ExecuteKnown(destination, {"SET SESSION default_storage_engine = " + engine,
-                                   "SET SESSION storage_engine = " + engine});
-    };
+gui::Task<> UseEngineOf(Connection& source, std::string database, std::string table,
+                        Connection& destination) {
     try {
         // The choice for the table before would stay in force.
-        use("DEFAULT");
-        Recordset status;
-        for (gui::RunNow(status.Open(source, "SHOW TABLE STATUS FROM " + database)); !status.Eof();
-             status.MoveNext()) {
-            const std::string engine = status.Field("Engine").AsText();
-            if (status.Field("Name").AsText() == table && KeepsRows(engine))
-                use(engine);
+        co_await UseEngine(destination, "DEFAULT");
+        const database::Answer status = co_await source.ReadAll("SHOW TABLE STATUS FROM " + database);
+        for (std::size_t row = 0; row < status.Count(); ++row) {
+            const std::string engine = status.At(row, status.Position("Engine")).AsText();
+            if (status.At(row, status.Position("Name")).AsText() == table && KeepsRows(engine))
+                co_await UseEngine(destination, engine);
         }
     } catch (const database::Error& error) {
         // Nor do all of them tell a table's engine under this name.
@@ -129,12 +133,12 @@ void UseEngineOf(Connection& source, const std::string& database, const std::str
 }
 
 /// The names by which values are given to the columns of a table that exists.
-std::vector<std::string> ColumnNames(Connection& connection, const std::string& table) {
-    const database::Answer none = gui::RunNow(connection.ReadAll("SELECT * FROM " + table + " LIMIT 0"));
+gui::Task<std::vector<std::string>> ColumnNames(Connection& connection, std::string table) {
+    const database::Answer none = co_await connection.ReadAll("SELECT * FROM " + table + " LIMIT 0");
     std::vector<std::string> names;
     for (const database::Column& column : none.columns)
         names.push_back(column.name);
-    return names;
+    co_return names;
 }
 
 } // namespace
@@ -164,23 +168,27 @@ bool clsMySQLCopyDatabase::RequireBoth() const {
     return Require(source_.IsOpen() ? destination_ : source_, kNotBoth);
 }
 
-bool clsMySQLCopyDatabase::Progress(const std::string& table, std::size_t rows) const {
-    return !CopyProgress || CopyProgress(table, rows);
+void clsMySQLCopyDatabase::Progress(const std::string& table, std::size_t rows) const {
+    if (CopyProgress)
+        CopyProgress(table, rows);
 }
 
-std::int16_t clsMySQLCopyDatabase::ConnectSource() {
-    gui::RunNow(
-        source_.Open(database::MySQLConnectionString(SourceHostname(), SourceUsername(), SourcePassword())));
-    ExecuteKnown(source_, {kSameTimeZone});
-    return 1;
+Status clsMySQLCopyDatabase::ConnectSource() {
+    co_await source_.Open(
+        database::MySQLConnectionString(SourceHostname(), SourceUsername(), SourcePassword()));
+    std::vector<std::string> statements{kSameTimeZone};
+    co_await ExecuteKnown(source_, std::move(statements));
+    co_return std::int16_t{1};
 }
 
-std::int16_t clsMySQLCopyDatabase::ConnectDestination() {
-    gui::RunNow(destination_.Open(database::MySQLConnectionString(
-        DestinationHostname(), DestinationUsername(), DestinationPassword())));
-    ExecuteKnown(destination_, {kSameTimeZone});
-    ExecuteKnown(destination_, {kValuesAsTheyAre, kKeepZeros});
-    return 1;
+Status clsMySQLCopyDatabase::ConnectDestination() {
+    co_await destination_.Open(
+        database::MySQLConnectionString(DestinationHostname(), DestinationUsername(), DestinationPassword()));
+    std::vector<std::string> sameTimeZone{kSameTimeZone};
+    co_await ExecuteKnown(destination_, std::move(sameTimeZone));
+    std::vector<std::string> mode{kValuesAsTheyAre, kKeepZeros};
+    co_await ExecuteKnown(destination_, std::move(mode));
+    co_return std::int16_t{1};
 }
 
 std::int16_t clsMySQLCopyDatabase::DisconnectSource() {
@@ -193,75 +201,74 @@ std::int16_t clsMySQLCopyDatabase::DisconnectDestination() {
     return 1;
 }
 
-std::int16_t clsMySQLCopyDatabase::CopyDatabase(const std::string& SourceDatabase,
-                                                const std::string& DestinationDatabase, bool NoDBDelete) {
+Status clsMySQLCopyDatabase::CopyDatabase(std::string SourceDatabase, std::string DestinationDatabase,
+                                          bool NoDBDelete) {
     if (!RequireBoth())
-        return 0;
+        co_return std::int16_t{0};
     // All names before anything is dropped: a source that does not answer costs no copy.
-    const std::vector<std::string> tables = Names(source_, ShowTables(SourceDatabase));
-    UseCollationOf(source_, SourceDatabase, destination_);
+    const std::vector<std::string> tables = co_await Names(source_, ShowTables(SourceDatabase));
+    co_await UseCollationOf(source_, SourceDatabase, destination_);
     if (!NoDBDelete)
-        gui::RunNow(destination_.Execute("DROP DATABASE IF EXISTS " + DestinationDatabase + ";"));
-    gui::RunNow(destination_.Execute("CREATE DATABASE IF NOT EXISTS " + DestinationDatabase + ";"));
+        co_await destination_.Execute("DROP DATABASE IF EXISTS " + DestinationDatabase + ";");
+    co_await destination_.Execute("CREATE DATABASE IF NOT EXISTS " + DestinationDatabase + ";");
     for (const std::string& table : tables) {
-        if (!CopyTable(SourceDatabase, table, DestinationDatabase, table))
-            return 0;
+        const std::int16_t copied = co_await CopyTable(SourceDatabase, table, DestinationDatabase, table);
+        if (!copied)
+            co_return std::int16_t{0};
     }
-    return 1;
+    co_return std::int16_t{1};
 }
 
-std::int16_t clsMySQLCopyDatabase::CopyTable(const std::string& SourceDatabase,
-                                             const std::string& SourceTable,
-                                             const std::string& DestinationDatabase,
-                                             const std::string& DestinationTable, bool NoDelete,
-                                             bool FlushFirst) {
+Status clsMySQLCopyDatabase::CopyTable(std::string SourceDatabase, std::string SourceTable,
+                                       std::string DestinationDatabase, std::string DestinationTable,
+                                       bool NoDelete, bool FlushFirst) {
     if (!RequireBoth())
-        return 0;
+        co_return std::int16_t{0};
     if (FlushFirst)
-        gui::RunNow(source_.Execute("FLUSH TABLES;"));
+        co_await source_.Execute("FLUSH TABLES;");
     const std::string from = SourceDatabase + "." + SourceTable;
     const std::string to = DestinationDatabase + "." + DestinationTable;
-    if (!Progress(SourceTable, 0))
-        return 0;
-    const std::string list =
-        supervision::ColumnList(Columns(source_, ShowColumns(SourceDatabase, SourceTable)));
-    UseEngineOf(source_, SourceDatabase, SourceTable, destination_);
+    Progress(SourceTable, 0);
+    const std::vector<Column> layout = co_await Columns(source_, ShowColumns(SourceDatabase, SourceTable));
+    co_await UseEngineOf(source_, SourceDatabase, SourceTable, destination_);
     // The source has answered in full before the destination is touched.
     database::BlockReader rows(source_);
-    gui::RunNow(rows.Open("SELECT * FROM " + from));
-    gui::RunNow(destination_.Execute("USE " + DestinationDatabase + ";"));
+    co_await rows.Open("SELECT * FROM " + from);
+    co_await destination_.Execute("USE " + DestinationDatabase + ";");
     if (!NoDelete)
-        gui::RunNow(destination_.Execute("DROP TABLE IF EXISTS " + to));
-    gui::RunNow(destination_.Execute("CREATE TABLE IF NOT EXISTS " + to + " (" + list + ");"));
+        co_await destination_.Execute("DROP TABLE IF EXISTS " + to);
+    co_await destination_.Execute("CREATE TABLE IF NOT EXISTS " + to + " (" +
+                                  supervision::ColumnList(layout) + ");");
 
-    std::vector<std::string> columns = ColumnNames(destination_, to);
+    std::vector<std::string> columns = co_await ColumnNames(destination_, to);
     database::RowStore block(rows.Columns().size(), database::TextForm::Utf8);
-    block = gui::RunNow(rows.Read(std::move(block)));
+    block = co_await rows.Read(std::move(block));
     if (block.Rows() > 0 && columns.size() < rows.Columns().size())
         database::Raise(database::kItemNotFound);
     columns.resize(rows.Columns().size());
     database::Transaction transaction(destination_);
-    gui::RunNow(transaction.Begin());
+    co_await transaction.Begin();
     database::BlockInserter inserter(destination_);
-    gui::RunNow(inserter.Open(to, columns));
+    co_await inserter.Open(to, columns);
     while (block.Rows() > 0) {
-        block = gui::RunNow(inserter.Insert(std::move(block)));
-        if (!Progress(SourceTable, inserter.Sent()))
-            return 0;
+        block = co_await inserter.Insert(std::move(block));
+        Progress(SourceTable, inserter.Sent());
+        co_await gui::NextTurn();
         block.Clear();
-        block = gui::RunNow(rows.Read(std::move(block)));
+        block = co_await rows.Read(std::move(block));
     }
-    gui::RunNow(transaction.Commit());
-    return 1;
+    co_await transaction.Commit();
+    co_return std::int16_t{1};
 }
 
-void clsMySQLCopyDatabase::CheckSource(const std::string& SourceDatabase) {
+gui::Task<> clsMySQLCopyDatabase::CheckSource(std::string SourceDatabase) {
+    const std::vector<std::string> tables = co_await Names(source_, ShowTables(SourceDatabase));
     std::string list;
-    for (const std::string& table : Names(source_, ShowTables(SourceDatabase)))
+    for (const std::string& table : tables)
         list += (list.empty() ? "" : ", ") + SourceDatabase + "." + database::Quoted(table);
     if (list.empty())
-        return;
-    const database::Answer answer = gui::RunNow(source_.ReadAll("CHECK TABLE " + list));
+        co_return;
+    const database::Answer answer = co_await source_.ReadAll("CHECK TABLE " + list);
     for (std::size_t row = 0; row < answer.Count(); ++row) {
         const auto text = [&](const char* name) { return answer.At(row, answer.Position(name)).AsText(); };
         // Notes and warnings tell of tables that are open, or of an engine that has nothing to check.
@@ -271,35 +278,41 @@ void clsMySQLCopyDatabase::CheckSource(const std::string& SourceDatabase) {
     }
 }
 
-std::vector<std::string> clsMySQLCopyDatabase::GetSourceDatabaseList() {
-    return Require(source_, kNoSource) ? Names(source_, kShowDatabases) : std::vector<std::string>{};
+NameList clsMySQLCopyDatabase::ListOf(Connection& side, const char* missing, std::string sql) {
+    if (!Require(side, missing))
+        co_return std::vector<std::string>{};
+    std::vector<std::string> names = co_await Names(side, sql);
+    co_return names;
 }
 
-std::vector<std::string> clsMySQLCopyDatabase::GetSourceTableList(const std::string& SourceDatabase) {
-    return Require(source_, kNoSource) ? Names(source_, ShowTables(SourceDatabase))
-                                       : std::vector<std::string>{};
+ColumnTask clsMySQLCopyDatabase::ColumnsOf(Connection& side, const char* missing, std::string sql) {
+    if (!Require(side, missing))
+        co_return std::vector<Column>{};
+    std::vector<Column> columns = co_await Columns(side, sql);
+    co_return columns;
 }
 
-std::vector<Column> clsMySQLCopyDatabase::GetSourceColumnList(const std::string& SourceDatabase,
-                                                              const std::string& SourceTable) {
-    return Require(source_, kNoSource) ? Columns(source_, ShowColumns(SourceDatabase, SourceTable) + ";")
-                                       : std::vector<Column>{};
+NameList clsMySQLCopyDatabase::GetSourceDatabaseList() {
+    return ListOf(source_, kNoSource, kShowDatabases);
 }
 
-std::vector<std::string> clsMySQLCopyDatabase::GetDestinationDatabaseList() {
-    return Require(destination_, kNoDestination) ? Names(destination_, kShowDatabases)
-                                                 : std::vector<std::string>{};
+NameList clsMySQLCopyDatabase::GetSourceTableList(std::string SourceDatabase) {
+    return ListOf(source_, kNoSource, ShowTables(SourceDatabase));
 }
 
-std::vector<std::string>
-clsMySQLCopyDatabase::GetDestinationTableList(const std::string& DestinationDatabase) {
-    return Require(destination_, kNoDestination) ? Names(destination_, ShowTables(DestinationDatabase))
-                                                 : std::vector<std::string>{};
+ColumnTask clsMySQLCopyDatabase::GetSourceColumnList(std::string SourceDatabase, std::string SourceTable) {
+    return ColumnsOf(source_, kNoSource, ShowColumns(SourceDatabase, SourceTable) + ";");
 }
 
-std::vector<Column> clsMySQLCopyDatabase::GetDestinationColumnList(const std::string& DestinationDatabase,
-                                                                   const std::string& DestinationTable) {
-    return Require(destination_, kNoDestination)
-               ? Columns(destination_, ShowColumns(DestinationDatabase, DestinationTable) + ";")
-               : std::vector<Column>{};
+NameList clsMySQLCopyDatabase::GetDestinationDatabaseList() {
+    return ListOf(destination_, kNoDestination, kShowDatabases);
+}
+
+NameList clsMySQLCopyDatabase::GetDestinationTableList(std::string DestinationDatabase) {
+    return ListOf(destination_, kNoDestination, ShowTables(DestinationDatabase));
+}
+
+ColumnTask clsMySQLCopyDatabase::GetDestinationColumnList(std::string DestinationDatabase,
+                                                          std::string DestinationTable) {
+    return ColumnsOf(destination_, kNoDestination, ShowColumns(DestinationDatabase, DestinationTable) + ";");
 }

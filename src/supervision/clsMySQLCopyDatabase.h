@@ -15,9 +15,11 @@
 /// changed.
 ///
 /// The operations return 1 when they are done and 0 when they are not. What server or driver report is raised
-/// (database::Error); only a missing connection is told by SQLCopyError.
+/// (database::Error); only a missing connection is told by SQLCopyError. One operation at a time.
 class clsMySQLCopyDatabase {
 public:
+    using Status = gui::Task<std::int16_t>;
+
     /// The number of SQLCopyError.
     static constexpr long kNotConnected = 12345;
 
@@ -33,6 +35,8 @@ public:
         std::optional<std::string> defaultValue;
         std::string extra;
     };
+    using NameList = gui::Task<std::vector<std::string>>;
+    using ColumnTask = gui::Task<std::vector<Column>>;
 
     common::Property<std::string> SourceHostname;
     common::Property<std::string> SourceUsername;
@@ -48,46 +52,44 @@ public:
     std::function<void(long number, const std::string& description)> SQLCopyError;
 
     /// Told of every table that is begun, and after each block of at most a thousand rows how many have
-    /// arrived. This is the place to yield in a copy; a false ends it. An engine with transactions then
-    /// keeps none of the table's rows, any other those that have arrived.
-    std::function<bool(const std::string& table, std::size_t rows)> CopyProgress;
+    /// arrived.
+    std::function<void(const std::string& table, std::size_t rows)> CopyProgress;
 
     /// Connects with the properties, anew when there is a connection. Raises when the server declines.
-    std::int16_t ConnectSource();
-    std::int16_t ConnectDestination();
+    Status ConnectSource();
+    Status ConnectDestination();
     std::int16_t DisconnectSource();
     std::int16_t DisconnectDestination();
 
     /// Makes the table and copies all rows, field by field in their order whatever the columns' names.
     /// `NoDelete` keeps a table that is there and adds to it; `FlushFirst` makes the source write what its
     /// tables hold in memory. A primary key of several columns is marked at each of them, which servers
-    /// reject.
-    std::int16_t CopyTable(const std::string& SourceDatabase, const std::string& SourceTable,
-                           const std::string& DestinationDatabase, const std::string& DestinationTable,
-                           bool NoDelete = false, bool FlushFirst = false);
+    /// reject. Where it is ended in the middle, an engine with transactions keeps none of the table's rows,
+    /// any other those that have arrived.
+    Status CopyTable(std::string SourceDatabase, std::string SourceTable, std::string DestinationDatabase,
+                     std::string DestinationTable, bool NoDelete = false, bool FlushFirst = false);
 
     /// Copies every table under its own name. Without `NoDBDelete` the destination is dropped first, so that
     /// a copy that fails has also lost the one before it.
-    std::int16_t CopyDatabase(const std::string& SourceDatabase, const std::string& DestinationDatabase,
-                              bool NoDBDelete = false);
+    Status CopyDatabase(std::string SourceDatabase, std::string DestinationDatabase, bool NoDBDelete = false);
 
     /// Has the source look through all tables of a database. Raises kTableDamaged, naming the table.
-    void CheckSource(const std::string& SourceDatabase);
+    gui::Task<> CheckSource(std::string SourceDatabase);
 
     /// Empty without a connection.
-    std::vector<std::string> GetSourceDatabaseList();
-    std::vector<std::string> GetSourceTableList(const std::string& SourceDatabase);
-    std::vector<Column> GetSourceColumnList(const std::string& SourceDatabase,
-                                            const std::string& SourceTable);
-    std::vector<std::string> GetDestinationDatabaseList();
-    std::vector<std::string> GetDestinationTableList(const std::string& DestinationDatabase);
-    std::vector<Column> GetDestinationColumnList(const std::string& DestinationDatabase,
-                                                 const std::string& DestinationTable);
+    NameList GetSourceDatabaseList();
+    NameList GetSourceTableList(std::string SourceDatabase);
+    ColumnTask GetSourceColumnList(std::string SourceDatabase, std::string SourceTable);
+    NameList GetDestinationDatabaseList();
+    NameList GetDestinationTableList(std::string DestinationDatabase);
+    ColumnTask GetDestinationColumnList(std::string DestinationDatabase, std::string DestinationTable);
 
 private:
     bool RequireBoth() const;
     bool Require(const database::Connection& side, const char* description) const;
-    bool Progress(const std::string& table, std::size_t rows) const;
+    NameList ListOf(database::Connection& side, const char* missing, std::string sql);
+    ColumnTask ColumnsOf(database::Connection& side, const char* missing, std::string sql);
+    void Progress(const std::string& table, std::size_t rows) const;
 
     database::Connection source_;
     database::Connection destination_;

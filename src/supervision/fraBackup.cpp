@@ -20,23 +20,17 @@ constexpr const char* kImmediateShutdown =
 
 } // namespace
 
-/// A backup or restore is being made while it lives: there is one copier and one backup folder for all.
+/// A backup or restore is being made while it lives: there is one copier and one backup folder for all. What
+/// the clock has due meanwhile waits, and a press is refused.
 class fraBackup::Copying {
 public:
-    explicit Copying(fraBackup& page) : page_(page) { Set(true); }
-    ~Copying() { Set(false); }
+    explicit Copying(fraBackup& page) : page_(page) { page_.copying_ = true; }
+    ~Copying() { page_.copying_ = false; }
     Copying(const Copying&) = delete;
     Copying& operator=(const Copying&) = delete;
 
 private:
-    void Set(bool copying) {
-        page_.copying_ = copying;
-        page_.cmdBackupFiles.Enabled(!copying);
-        page_.cmdBackupDatabase.Enabled(!copying);
-    }
-
     fraBackup& page_;
-    gui::Uninterrupted uninterrupted_;
 };
 
 void fraBackup::Form_Load() {
@@ -52,7 +46,7 @@ void fraBackup::Form_Load() {
         ReportFailedBackup(RuntimeError(number, description));
     };
     SQLCopyTable.CopyProgress = [this](const std::string& table, std::size_t rows) {
-        return ShowProgress(table + ": " + common::ThousandsText(static_cast<double>(rows)) + " rows");
+        lblBackupStatus.Caption(table + ": " + common::ThousandsText(static_cast<double>(rows)) + " rows");
     };
 }
 
@@ -147,7 +141,7 @@ gui::Task<> fraBackup::ActOrReport(BackupAction action, supervision::BackupSetti
 /// What fails now will fail again in a second, but one box is enough.
 void fraBackup::ReportOnce(const RuntimeError& error, BackupAction action) {
     if (failure_ != error.Description())
-        action == BackupAction::Backup ? ReportFailedBackup(error) : ShowLater(error);
+        action == BackupAction::Backup ? ReportFailedBackup(error) : Report(error);
     failure_ = error.Description();
 }
 
@@ -201,17 +195,18 @@ gui::Task<> fraBackup::TimedBackup(bool shutdownServers) {
     // into the servers' file.
     const std::string option = state_.kerno.INIProperty(settings::key::kBackupOption);
     if (option == "0" || option == "2")
-        FileBackup();
+        co_await FileBackup();
     if (option == "1" || option == "2")
-        RemoteBackup();
-    // The panel was closed during the backup: its box reads empty, which must not count as "keep no backups".
-    if (!Loaded())
-        co_return;
+        co_await RemoteBackup();
     supervision::PruneBackups(txtNumOfBackup.Text());
     txtTimeLeft.Text("");
 }
 
-gui::Task<> fraBackup::BackupByHand(void (fraBackup::*backup)()) {
+gui::Task<> fraBackup::BackupByHand(Making backup) {
+    if (copying_) {
+        Refuse();
+        co_return;
+    }
     const Copying copying(*this);
     const bool anyRuns = std::ranges::any_of(modServerControl::kServers, modServerControl::IsRunning);
     if (!chkShutdownServers.Value() || !anyRuns) {
@@ -231,59 +226,38 @@ gui::Task<> fraBackup::BackupByHand(void (fraBackup::*backup)()) {
 }
 
 /// A backup that fails is reported, and the servers come up again all the same.
-gui::Task<> fraBackup::Make(void (fraBackup::*backup)()) {
+gui::Task<> fraBackup::Make(Making backup) {
     try {
-        (this->*backup)();
+        co_await (this->*backup)();
     } catch (const RuntimeError& error) {
         ReportFailedBackup(error);
     }
-    co_return;
 }
 
-void fraBackup::FileBackup() {
-    if (!Loaded())
-        return;
-    supervision::BackUpFiles([this](const std::string& file) { return ShowProgress(file); });
+gui::Task<> fraBackup::FileBackup() {
+    const std::function<void(const std::string&)> progress = [this](const std::string& file) {
+        lblBackupStatus.Caption(file);
+    };
+    co_await supervision::BackUpFiles(progress);
     ShowEnabled();
 }
 
-void fraBackup::RemoteBackup() {
-    if (!Loaded())
-        return;
-    supervision::BackUpDatabases(SQLCopyTable, state_.kTools, state_.kerno);
+gui::Task<> fraBackup::RemoteBackup() {
+    co_await supervision::BackUpDatabases(SQLCopyTable, state_.kTools, state_.kerno);
     ShowEnabled();
 }
 
-void fraBackup::RestoreDatabase() {
+gui::Task<> fraBackup::RestoreDatabase() {
     const Copying copying(*this);
-    supervision::RestoreDatabases(SQLCopyTable, state_.kTools, state_.kerno);
+    co_await supervision::RestoreDatabases(SQLCopyTable, state_.kTools, state_.kerno);
     ShowEnabled();
-}
-
-/// The one place where a backup yields: between two files, pieces of a file, tables or blocks of rows. Other
-/// timers tick here and the operator can press everything. False when the panel was closed meanwhile, which
-/// ends the backup where it is.
-bool fraBackup::ShowProgress(const std::string& what) {
-    lblBackupStatus.Caption(what);
-    gui::DoEvents();
-    return Loaded();
 }
 
 void fraBackup::ReportFailedBackup(const RuntimeError& error) {
     lblBackupStatus.Caption("Backup failed");
-    ShowLater(error);
+    Report(error);
 }
 
-void fraBackup::ShowLater(const RuntimeError& error) {
-    toReport_.push_back(error);
-    tmrReport.Enabled(true);
-}
-
-void fraBackup::tmrReport_Timer() {
-    if (gui::Uninterrupted::Any())
-        return;
-    const RuntimeError error = toReport_.front();
-    toReport_.pop_front();
-    tmrReport.Enabled(!toReport_.empty());
-    throw error;
+void fraBackup::Report(const RuntimeError& error) {
+    Raise([&error] { throw RuntimeError(error); });
 }

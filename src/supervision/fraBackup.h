@@ -12,7 +12,6 @@
 #include "supervision/fraBackup.ids.h"
 #include "supervision/PanelState.h"
 
-#include <deque>
 #include <optional>
 
 /// The control panel's page for the automatic backup and for backups by hand.
@@ -46,19 +45,12 @@ public:
 
     gui::Timer tmrBackup{*this, std::chrono::seconds(1), &fraBackup::tmrBackup_Timer, false};
 
-    // Shows what went wrong from a tick of its own, and not within a backup: an open message box must not
-    // hold up the clock, or servers that a backup has shut down would stay down until somebody presses OK.
-    gui::Timer tmrReport{*this, std::chrono::milliseconds(10), &fraBackup::tmrReport_Timer, false};
-
     clsMySQLCopyDatabase SQLCopyTable;
     supervision::BackupClock clock;
 
     /// Replaces the three databases by their copies on the backup server. Nothing calls it: a restore is the
     /// operator's decision and work. Raises database::Error.
-    void RestoreDatabase();
-
-    /// Raises the error from a tick of its own, once no work is under way that a message box could hold up.
-    void ShowLater(const RuntimeError& error);
+    gui::Task<> RestoreDatabase();
 
     /// Asks whether servers that a backup has shut down are to be started now, where there are any; a backup
     /// by hand starts them itself, unless the panel is `closing`.
@@ -75,9 +67,9 @@ private:
     gui::Task<> cmdBackupFiles_Click() { return BackupByHand(&fraBackup::FileBackup); }
     gui::Task<> cmdBackupDatabase_Click() { return BackupByHand(&fraBackup::RemoteBackup); }
     void tmrBackup_Timer();
-    void tmrReport_Timer();
 
     class Copying;
+    using Making = gui::Task<> (fraBackup::*)();
     /// The time in which the timed backup has the servers down.
     struct Phase {
         modServerControl::BackupPhase mark;
@@ -86,15 +78,15 @@ private:
 
     gui::Task<bool> Act(supervision::BackupAction action, supervision::BackupSettings settings);
     gui::Task<> TimedBackup(bool shutdownServers);
-    gui::Task<> BackupByHand(void (fraBackup::*backup)());
-    gui::Task<> Make(void (fraBackup::*backup)());
+    gui::Task<> BackupByHand(Making backup);
+    gui::Task<> Make(Making backup);
     gui::Task<> ActOrReport(supervision::BackupAction action, supervision::BackupSettings settings);
-    void FileBackup();
-    void RemoteBackup();
-    bool ShowProgress(const std::string& what);
+    gui::Task<> FileBackup();
+    gui::Task<> RemoteBackup();
     void ShowEnabled();
     void ReportOnce(const RuntimeError& error, supervision::BackupAction action);
     void ReportFailedBackup(const RuntimeError& error);
+    void Report(const RuntimeError& error);
 
     PanelState& state_;
     gui::MenuItem& mnuEnableBackup_;
@@ -102,7 +94,6 @@ private:
     std::optional<Phase> phase_;
     /// While a backup by hand has the servers down.
     std::optional<modServerControl::Predecessors> closedByHand_;
-    std::deque<RuntimeError> toReport_;
     /// What the last tick failed with.
     std::string failure_;
 };

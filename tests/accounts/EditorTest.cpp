@@ -51,7 +51,7 @@ protected:
         SendMessageA(info.hwndItem, EM_SETSEL, 0, -1);
         for (const char key : keys)
             PostMessageA(info.hwndItem, key == '\r' ? WM_KEYDOWN : WM_CHAR, static_cast<WPARAM>(key), 0);
-        gui::DoEvents();
+        support::DispatchPending();
     }
     /// The texts since the last call, without the reasons behind our own.
     Texts Said() {

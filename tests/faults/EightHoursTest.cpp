@@ -38,7 +38,7 @@ TEST_F(Faults, EightHoursOfTicksHoldNothing) {
         if (second % 5 == 0) {
             for (const Server server : kServers)
                 servers.Command(server, standin::Command::WriteLines, 5);
-            gui::DoEvents();
+            support::DispatchPending();
             status.tmrUpdateMessages.Tick();
             panel.errorDetector.tmrErrorDetector.Tick();
         }

@@ -171,7 +171,7 @@ TEST(Form, AClosedFormIsReleasedOnlyAfterItsHandlerHasReturned) {
     form.whenPressed = [&, life] {
         form.Unload();
         EXPECT_TRUE(!form.Loaded() && !slot.Peek());
-        gui::DoEvents();
+        support::DispatchPending();
         aliveInside = life.use_count() == 2;
         EXPECT_EQ(form.txtText.Text(), "") << "a control without a window reads empty";
     };

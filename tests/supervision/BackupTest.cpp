@@ -162,6 +162,12 @@ struct Backup : Panel, support::Databases {
         page.tmrBackup.Tick();
     }
 
+    /// The same, and the backup is over.
+    void BackUpByTheClock() {
+        TickWhenDue();
+        EXPECT_TRUE(support::Settle(std::chrono::minutes(3)));
+    }
+
     support::MessageBoxes boxes;
     std::vector<std::string> tables;
     gui::Local<frmServerControl> held;
@@ -179,7 +185,7 @@ TEST_F(Backup, ATimedBackupRunsAsTheServersFileSays) {
         kerno.INIProperty(kBackupOption, option);
         remote.Execute("DROP DATABASE IF EXISTS bk_glogin");
         std::filesystem::remove_all(BackupFolder());
-        TickWhenDue();
+        BackUpByTheClock();
         EXPECT_EQ(Folders().size(), files ? 1u : 0u) << option;
         EXPECT_EQ(Rows(remote, "SHOW DATABASES LIKE 'bk_glogin'").size(), toRemote ? 1u : 0u) << option;
         EXPECT_EQ(page.txtTimeLeft.Text(), "");
@@ -193,7 +199,7 @@ TEST_F(Backup, ATimedBackupRunsAsTheServersFileSays) {
     // The way back, with what was lost since.
     for (const std::string& table : tables)
         root.Execute("DELETE FROM " + table);
-    page.RestoreDatabase();
+    support::Run(page.RestoreDatabase());
     EXPECT_EQ(Sums(root), before);
     EXPECT_FALSE(page.SQLCopyTable.SourceConnected() || page.SQLCopyTable.DestinationConnected());
 
@@ -216,9 +222,8 @@ TEST_F(Backup, ATimedBackupRunsAsTheServersFileSays) {
 TEST_F(Backup, FailuresAreShownOnceAndTheNextBackupWorks) {
     kerno.INIProperty(kBackupOption, "2");
     const auto expectOneBox = [&](const std::string& text) {
-        TickWhenDue();
+        BackUpByTheClock();
         page.tmrBackup.Tick();
-        EXPECT_TRUE(WaitUntil([&] { return !boxes.Seen().empty() && !page.tmrReport.Enabled(); })) << text;
         EXPECT_TRUE(support::Settle(std::chrono::minutes(3)));
         ASSERT_EQ(boxes.Seen().size(), 1u) << text;
         EXPECT_TRUE(boxes.Texts()[0].starts_with("Kerno Tools Error :: [" + text)) << boxes.Texts()[0];
@@ -261,7 +266,7 @@ TEST_F(Backup, FailuresAreShownOnceAndTheNextBackupWorks) {
     EXPECT_FALSE(Folders().empty());
     page.txtNumOfBackup.Text("0");
     kerno.INIProperty(kBackupOption, "1");
-    TickWhenDue();
+    BackUpByTheClock();
     EXPECT_TRUE(Folders().empty());
     EXPECT_EQ(Sums(remote, "bk_"), Sums(root));
 }
@@ -276,21 +281,21 @@ TEST_F(Backup, ByHandTheSuiteGoesDownAndComesUp) {
     bool failed = false;
     page.SQLCopyTable.CopyProgress = [&](const std::string&, std::size_t) {
         downMeanwhile = std::ranges::none_of(before, IsWindow);
-        // The clock and the other button wait; what goes wrong elsewhere is told, and holds up nothing.
+        // The clock waits and the other button is refused; what goes wrong elsewhere is told, and holds up
+        // nothing.
         TickWhenDue();
-        page.cmdBackupFiles.Press();
         if (!std::exchange(failed, true)) {
+            panel.mnuBackupFiles.Choose();
             support::WriteFile(kTools.INIPath(), "");
             panel.connections.tmrMonitorIP.Tick();
         }
-        gui::DoEvents();
-        return true;
     };
     panel.mnuBackupDatabase.Choose();
     EXPECT_TRUE(support::Settle(std::chrono::minutes(3)));
     EXPECT_TRUE(downMeanwhile);
     EXPECT_TRUE(panel.state.BackupInProgress);
-    EXPECT_TRUE(WaitUntil([&] { return boxes.Seen().size() == 1; }));
+    ASSERT_EQ(boxes.Seen().size(), 2u);
+    EXPECT_EQ(boxes.Texts()[0], "This is still under way. Please wait until it is done.");
     EXPECT_TRUE(Folders().empty());
     for (const Server server : kServers)
         EXPECT_TRUE(WaitUntil([&] { return servers.MainWindow(server) != nullptr; }));
@@ -299,27 +304,25 @@ TEST_F(Backup, ByHandTheSuiteGoesDownAndComesUp) {
 
 TEST_F(Backup, ADamagedTableCostsNoEarlierCopy) {
     kerno.INIProperty(kBackupOption, "1");
-    TickWhenDue();
+    BackUpByTheClock();
     const auto copies = Sums(remote, "bk_");
     root.Execute("INSERT INTO amglobal.party SELECT seq + 100, REPEAT('x', 1000) FROM glogin.seq_1_to_100");
     root.Execute("FLUSH TABLES");
     std::filesystem::resize_file(support::DataFolder() + "\\amglobal\\party.MYD", 5000);
-    TickWhenDue();
-    EXPECT_TRUE(WaitUntil([&] { return boxes.Seen().size() == 1; }));
-    EXPECT_TRUE(boxes.Texts().at(0).starts_with("Kerno Tools Error :: [1194] amglobal.party is damaged: "))
+    BackUpByTheClock();
+    ASSERT_EQ(boxes.Seen().size(), 1u);
+    EXPECT_TRUE(boxes.Texts()[0].starts_with("Kerno Tools Error :: [1194] amglobal.party is damaged: "))
         << boxes.Texts()[0];
     EXPECT_EQ(Sums(remote, "bk_"), copies);
 }
 
 TEST_F(Backup, EndsWithThePanel) {
-    const auto shown = page.SQLCopyTable.CopyProgress;
-    page.SQLCopyTable.CopyProgress = [&](const std::string& table, std::size_t rows) {
+    page.SQLCopyTable.CopyProgress = [&](const std::string& table, std::size_t) {
         if (table == "charinfo")
-            PostMessageA(panel.Window(), WM_CLOSE, 0, 0);
-        return shown(table, rows);
+            panel.Unload();
     };
     kerno.INIProperty(kBackupOption, "1");
-    TickWhenDue();
+    BackUpByTheClock();
     EXPECT_FALSE(panel.Loaded());
     EXPECT_EQ(Rows(remote, "SHOW DATABASES LIKE 'bk\\_%'"),
               (std::vector<std::string>{"bk_amcharacter", "bk_glogin"}));

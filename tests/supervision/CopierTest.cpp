@@ -1,5 +1,6 @@
 #include "supervision/clsMySQLCopyDatabase.h"
 #include "support/Database.h"
+#include "support/Wait.h"
 
 namespace {
 
@@ -24,9 +25,11 @@ protected:
         root.Execute("SET sql_mode = 'NO_AUTO_VALUE_ON_ZERO'");
     }
     void Connect() {
-        copier.ConnectSource();
-        copier.ConnectDestination();
+        support::Run(copier.ConnectSource());
+        support::Run(copier.ConnectDestination());
     }
+
+    gui::Task<> Copy() { co_await copier.CopyDatabase("glogin", "bk"); }
 
     clsMySQLCopyDatabase copier;
     std::string events;
@@ -53,7 +56,7 @@ TEST_F(Copier, EveryValueArrives) {
                         {database::Bytes{bytes}});
     root.Execute("CREATE TABLE glogin.nothing (id int)");
     Connect();
-    EXPECT_EQ(copier.CopyDatabase("glogin", "bk_glogin"), 1);
+    EXPECT_EQ(support::Run(copier.CopyDatabase("glogin", "bk_glogin")), 1);
     EXPECT_EQ(Checksums(remote, "bk_glogin").size(), 4u);
     EXPECT_EQ(Checksums(remote, "bk_glogin"), Checksums(root, "glogin"));
     EXPECT_TRUE(events.empty());
@@ -72,12 +75,13 @@ TEST_F(Copier, TablesAreMadeFromWhatTheServerTells) {
     root.Execute("CREATE TABLE glogin.two (a int, b int, PRIMARY KEY (a, b))");
     Connect();
     // The tables before the one that is rejected stay.
-    EXPECT_EQ(support::ErrorNumber([&] { copier.CopyDatabase("glogin", "bk"); }), kMultiplePrimaryKey);
-    EXPECT_EQ(copier.GetDestinationTableList("bk"), (std::vector<std::string>{"one", "seen"}));
+    EXPECT_EQ(support::ErrorNumber([&] { support::Run(copier.CopyDatabase("glogin", "bk")); }),
+              kMultiplePrimaryKey);
+    EXPECT_EQ(support::Run(copier.GetDestinationTableList("bk")), (std::vector<std::string>{"one", "seen"}));
     EXPECT_EQ(Rows(remote, "SELECT ENGINE FROM information_schema.tables WHERE TABLE_SCHEMA = 'bk' "
                            "ORDER BY TABLE_NAME"),
               (std::vector<std::string>{"MyISAM", "InnoDB"}));
-    const auto columns = copier.GetDestinationColumnList("bk", "one");
+    const auto columns = support::Run(copier.GetDestinationColumnList("bk", "one"));
     // MySQL tells no display widths any more.
     const std::string integer = support::IsMySQL(remote) ? "int" : "int(11)";
     EXPECT_EQ(ColumnList(columns), "`a` " + integer + " NOT NULL  PRIMARY KEY,`b c` " + integer + " NULL ");
@@ -92,22 +96,23 @@ TEST_F(Copier, AddsToATableThatIsKept) {
     remote.Execute("CREATE TABLE bk.t (b int, x int, more int default 9)");
     remote.Execute("CREATE TABLE bk.narrow (a int)");
     Connect();
-    EXPECT_EQ(copier.CopyTable("glogin", "t", "bk", "t", true), 1);
-    EXPECT_EQ(copier.CopyTable("glogin", "t", "bk", "t", true, true), 1);
+    EXPECT_EQ(support::Run(copier.CopyTable("glogin", "t", "bk", "t", true)), 1);
+    EXPECT_EQ(support::Run(copier.CopyTable("glogin", "t", "bk", "t", true, true)), 1);
     EXPECT_EQ(Rows(remote, "SELECT * FROM bk.t"), (std::vector<std::string>{"1|2|9", "1|2|9"}));
-    EXPECT_EQ(support::ErrorNumber([&] { copier.CopyTable("glogin", "t", "bk", "narrow", true); }),
-              database::kItemNotFound);
-    EXPECT_EQ(copier.CopyDatabase("glogin", "bk", true), 1);
+    EXPECT_EQ(
+        support::ErrorNumber([&] { support::Run(copier.CopyTable("glogin", "t", "bk", "narrow", true)); }),
+        database::kItemNotFound);
+    EXPECT_EQ(support::Run(copier.CopyDatabase("glogin", "bk", true)), 1);
     EXPECT_EQ(Rows(remote, "SELECT * FROM bk.t"), std::vector<std::string>{"1|2"});
-    EXPECT_EQ(copier.GetDestinationTableList("bk"), (std::vector<std::string>{"narrow", "t"}));
+    EXPECT_EQ(support::Run(copier.GetDestinationTableList("bk")), (std::vector<std::string>{"narrow", "t"}));
 }
 
 TEST_F(Copier, TellsWhichConnectionIsMissing) {
-    EXPECT_TRUE(copier.GetSourceColumnList("mysql", "user").empty());
-    EXPECT_TRUE(copier.GetDestinationTableList("mysql").empty());
-    EXPECT_EQ(copier.CopyTable("glogin", "t", "bk", "t"), 0);
-    copier.ConnectSource();
-    EXPECT_EQ(copier.CopyDatabase("glogin", "bk"), 0);
+    EXPECT_TRUE(support::Run(copier.GetSourceColumnList("mysql", "user")).empty());
+    EXPECT_TRUE(support::Run(copier.GetDestinationTableList("mysql")).empty());
+    EXPECT_EQ(support::Run(copier.CopyTable("glogin", "t", "bk", "t")), 0);
+    support::Run(copier.ConnectSource());
+    EXPECT_EQ(support::Run(copier.CopyDatabase("glogin", "bk")), 0);
     std::string said;
     for (const char* missing :
          {"source", "destination", "both source and destination", "both source and destination"})
@@ -120,11 +125,19 @@ TEST_F(Copier, ACopyThatWasEndedInTheMiddleIsMadeAnew) {
     root.Execute("INSERT INTO glogin.t SELECT seq, REPEAT('x', 500) FROM " + support::Numbers(1, 20000));
     const auto before = Checksums(root, "glogin");
     Connect();
-    copier.CopyProgress = [](const std::string&, std::size_t rows) { return rows < 2000; };
-    EXPECT_EQ(copier.CopyDatabase("glogin", "bk"), 0);
-    EXPECT_EQ(Rows(remote, "SELECT COUNT(*) FROM bk.t")[0], "0");
+    {
+        gui::Tasks ended;
+        copier.CopyProgress = [&](const std::string&, std::size_t rows) {
+            if (rows >= 2000)
+                ended.Cancel();
+        };
+        ended.Start(Copy());
+        EXPECT_TRUE(support::WaitUntil([&] { return !ended.Any(); }));
+    }
     copier.CopyProgress = {};
-    EXPECT_EQ(copier.CopyDatabase("glogin", "bk"), 1);
+    Connect();
+    EXPECT_EQ(Rows(remote, "SELECT COUNT(*) FROM bk.t")[0], "0");
+    EXPECT_EQ(support::Run(copier.CopyDatabase("glogin", "bk")), 1);
     EXPECT_EQ(Checksums(remote, "bk"), before);
 }
 
@@ -145,7 +158,8 @@ TEST_F(Copier, CharacterSetsAndEnginesSurviveAServerWithOtherDefaults) {
         root.Execute("CREATE TABLE glogin.gone (a int) ENGINE=MEMORY");
         root.Execute("INSERT INTO glogin.gone VALUES (7)");
         Connect();
-        EXPECT_EQ(copier.CopyDatabase("glogin", "bk_glogin"), 1) << source << ' ' << destination;
+        EXPECT_EQ(support::Run(copier.CopyDatabase("glogin", "bk_glogin")), 1)
+            << source << ' ' << destination;
         EXPECT_EQ(Checksums(remote, "bk_glogin"), Checksums(root, "glogin")) << source << ' ' << destination;
         EXPECT_EQ(Rows(remote,
                        "SELECT ENGINE FROM information_schema.tables WHERE TABLE_SCHEMA = 'bk_glogin' "

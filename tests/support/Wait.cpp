@@ -29,13 +29,23 @@ Meanwhile::~Meanwhile() {
     actions.erase(timer_);
 }
 
+void DispatchPending() {
+    MSG message;
+    while (!gui::Ending() && PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
+        if (message.message == WM_QUIT)
+            gui::End(static_cast<int>(message.wParam));
+        else
+            gui::Dispatch(message);
+    }
+}
+
 bool WaitUntil(const std::function<bool()>& condition, std::chrono::milliseconds limit) {
     const auto end = std::chrono::steady_clock::now() + limit;
     while (!condition()) {
-        if (std::chrono::steady_clock::now() > end)
+        if (gui::Ending() || std::chrono::steady_clock::now() > end)
             return false;
         MsgWaitForMultipleObjects(0, nullptr, FALSE, 10, QS_ALLINPUT);
-        gui::DoEvents();
+        DispatchPending();
     }
     return true;
 }

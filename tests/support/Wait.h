@@ -11,8 +11,11 @@
 
 namespace support {
 
+/// Dispatches the messages of this thread that are pending; none when the tool is being left.
+void DispatchPending();
+
 /// Waits until `condition` holds, dispatching the messages of this thread meanwhile. False when it does not
-/// hold within `limit`, which is generous because the machine may be busy.
+/// hold within `limit`, which is generous because the machine may be busy, or before the tool is left.
 bool WaitUntil(const std::function<bool()>& condition,
                std::chrono::milliseconds limit = std::chrono::seconds(30));
 
