@@ -21,27 +21,18 @@ void Dispatch(MSG& message) {
     ReleaseRetired();
 }
 
-void RunUntil(const std::function<bool()>& done) {
-    MSG message;
-    while (!ending && !done()) {
-        if (GetMessageA(&message, nullptr, 0, 0) > 0)
-            Dispatch(message);
-        else
-            End(static_cast<int>(message.wParam));
-    }
-    if (ending)
-        throw Leaving{};
-}
-
 Tasks& ToolTasks() {
     static Tasks tasks;
     return tasks;
 }
 
 int Run() {
-    try {
-        RunUntil([] { return false; });
-    } catch (const Leaving&) {
+    MSG message;
+    while (!ending) {
+        if (GetMessageA(&message, nullptr, 0, 0) > 0)
+            Dispatch(message);
+        else
+            End(static_cast<int>(message.wParam));
     }
     ToolTasks().Cancel();
     return exitCodeOfEnd;
@@ -54,10 +45,6 @@ void End(int exitCode) {
     exitCodeOfEnd = exitCode;
     // Wakes a loop of the system's own (a message box, a menu) as well as ours.
     PostQuitMessage(exitCode);
-}
-
-bool Ending() {
-    return ending;
 }
 
 } // namespace gui

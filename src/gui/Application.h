@@ -4,19 +4,10 @@
 
 #include <windows.h>
 
-#include <functional>
-
 namespace gui {
-
-/// Thrown out of a wait when the tool is being left; it ends the wait and every handler around it. Not a
-/// RuntimeError: an operation that swallows its own errors must not swallow this.
-struct Leaving {};
 
 /// Hands a message of the queue to the window or the box that it is for.
 void Dispatch(MSG& message);
-
-/// Dispatches messages until `done` holds. Throws Leaving once the tool is being left.
-void RunUntil(const std::function<bool()>& done);
 
 /// The tasks that belong to no window. They end when the tool is left.
 Tasks& ToolTasks();
@@ -24,10 +15,7 @@ Tasks& ToolTasks();
 /// Dispatches messages until the tool is left; returns the exit code given to End.
 int Run();
 
-/// Leaves the tool: every message loop and every wait ends at once.
+/// Leaves the tool: the message loop ends, and every task ends where it waits.
 void End(int exitCode = 0);
-
-/// True from End on.
-bool Ending();
 
 } // namespace gui

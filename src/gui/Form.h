@@ -98,10 +98,6 @@ public:
     /// Shows such a box and goes on; nobody awaits its answer. The boxes of a form come one after the other,
     /// and one that waits or is shown already does not come again.
     void Tell(const std::string& text, unsigned style = MB_OK, const std::string& title = {});
-    /// The system's box, which holds up whatever lies below it on the stack.
-    int MsgBoxNow(const std::string& text, unsigned style = MB_OK, const std::string& title = {});
-    /// Shows the window above `owner` and returns when the form has been unloaded.
-    void ShowModalNow(Form& owner);
 
     /// Runs a task of this form, up to its first wait. It ends where it waits when the window goes; its
     /// errors go to Form_Error. `over` is called when it is over or was ended.
@@ -110,8 +106,7 @@ public:
     void Refuse();
 
     /// Runs an event handler of this form. The boundary at which its errors stop: every std::exception goes
-    /// to Form_Error, one that is no RuntimeError as error 51 with its own words (7 when memory ran out), and
-    /// Leaving ends the handler only, because every loop around it sees the same.
+    /// to Form_Error, one that is no RuntimeError as error 51 with its own words (7 when memory ran out).
     void Raise(const std::function<void()>& handler);
     /// True while a handler of this form or of a page on it is on the stack.
     bool Busy() const { return busy_ > 0; }

@@ -41,7 +41,6 @@ void Form::Raise(const std::function<void()>& handler) {
         handler();
     } catch (const RuntimeError& error) {
         Report(error);
-    } catch (const Leaving&) {
     } catch (const std::bad_alloc&) {
         Report(RuntimeError(common::kOutOfMemory));
     } catch (const std::exception& error) {
@@ -52,7 +51,6 @@ void Form::Raise(const std::function<void()>& handler) {
 void Form::Report(const RuntimeError& error) {
     try {
         Form_Error(error);
-    } catch (const Leaving&) {
     } catch (const std::exception&) {
         // It could not even be told.
     }

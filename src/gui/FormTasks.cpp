@@ -44,15 +44,6 @@ Task<> Form::ShowModal(Form& owner) {
     co_await gone_->Happened();
 }
 
-void Form::ShowModalNow(Form& owner) {
-    Load(&owner, true);
-    if (!Loaded())
-        return;
-    disabledOwner_.emplace(owner.Window());
-    ShowWindow(window_, SW_SHOW);
-    RunUntil([this] { return !Loaded(); });
-}
-
 // ---- Unloading
 
 void Form::Unload() {
@@ -108,10 +99,6 @@ Task<> Form::TellQueued() {
         co_await gui::MsgBox(told_.front().text, told_.front().style, told_.front().title, Top().window_);
         told_.pop_front();
     }
-}
-
-int Form::MsgBoxNow(const std::string& text, unsigned style, const std::string& title) {
-    return gui::MsgBoxNow(text, style, title.empty() ? Caption() : title, window_);
 }
 
 } // namespace gui

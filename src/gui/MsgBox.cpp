@@ -38,11 +38,4 @@ void Tell(const std::string& text, unsigned style, const std::string& title) {
     ToolTasks().Start(ShowTold(text, style, title));
 }
 
-int MsgBoxNow(const std::string& text, unsigned style, const std::string& title, HWND owner) {
-    const int button = MessageBoxA(owner ? owner : GetActiveWindow(), text.c_str(), title.c_str(), style);
-    if (Ending())
-        throw Leaving{};
-    return button;
-}
-
 } // namespace gui

@@ -21,9 +21,4 @@ Task<int> MsgBox(std::string text, unsigned style = MB_OK, std::string title = k
 /// come again.
 void Tell(const std::string& text, unsigned style = MB_OK, const std::string& title = kApplicationTitle);
 
-/// The system's own box, which holds up whatever lies below it on the stack. Throws Leaving when the tool was
-/// left while the box was open.
-int MsgBoxNow(const std::string& text, unsigned style = MB_OK, const std::string& title = kApplicationTitle,
-              HWND owner = nullptr);
-
 } // namespace gui

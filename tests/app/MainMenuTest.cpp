@@ -84,7 +84,7 @@ const support::ChildEntry startsOnBrokenSettings("StartsOnBrokenSettings", [](co
     form.Load();
     support::Settle();
     support::WriteFile(folder + "\\seen.txt",
-                       (gui::Ending() ? "ended: " : "goes on: ") + boxes.Texts().at(0));
+                       (support::ToolWasLeft() ? "ended: " : "goes on: ") + boxes.Texts().at(0));
 });
 
 TEST_F(MainMenu, SettingsThatCannotBeReadEndTheToolWithAMessage) {

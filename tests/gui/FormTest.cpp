@@ -193,27 +193,26 @@ TEST(Form, AModalFormDisablesItsOwnerUntilItIsUnloaded) {
         modal.Unload();
     };
     modal.tmrTick.Enabled(true);
-    modal.ShowModalNow(owner);
+    support::Run(modal.ShowModal(owner));
     EXPECT_TRUE(disabled);
     EXPECT_TRUE(IsWindowEnabled(owner.Window()));
     EXPECT_EQ(modal.Count(frmSample::kUnload), 1);
 }
 
-/// Leaves the tool from a timer while a modal form is open over a handler that waits, and writes down what
-/// ended.
+gui::Task<> WaitForModal(frmSample& modal, frmSample& owner, std::ofstream& log) {
+    const std::shared_ptr<void> ended(nullptr, [&log](void*) { log << "wait ended\n"; });
+    co_await modal.ShowModal(owner);
+    log << "task went on\n";
+}
+
+/// Leaves the tool from a timer while a task waits for a modal form, and writes down what ended.
 const support::ChildEntry leaveInTheMiddle("LeaveInTheMiddle", [](const std::string& folder) {
     frmSample owner;
     frmSample modal;
     std::ofstream log(folder + "\\log.txt");
     owner.whenPressed = [&] {
         owner.tmrTick.Enabled(true);
-        try {
-            modal.ShowModalNow(owner);
-        } catch (const gui::Leaving&) {
-            log << "modal ended\n";
-            throw;
-        }
-        log << "handler went on\n";
+        gui::ToolTasks().Start(WaitForModal(modal, owner, log));
     };
     owner.whenTicking = [] { gui::End(5); };
     owner.Show();
@@ -222,11 +221,11 @@ const support::ChildEntry leaveInTheMiddle("LeaveInTheMiddle", [](const std::str
     log << "run returned " << code << "\n";
 });
 
-TEST(Form, LeavingEndsEveryLoop) {
+TEST(Form, LeavingEndsTheLoopAndEveryTask) {
     const support::TempFolder folder;
     const support::ChildProcess child("LeaveInTheMiddle", folder.Path());
     EXPECT_TRUE(WaitUntil([&] { return !child.Running(); }));
-    EXPECT_EQ(common::ReadFileText(folder / "log.txt"), "modal ended\r\nrun returned 5\r\n");
+    EXPECT_EQ(common::ReadFileText(folder / "log.txt"), "wait ended\r\nrun returned 5\r\n");
 }
 
 TEST(Form, ANewWindowLiesOverItsOwnerOnTheOwnersMonitor) {

@@ -11,6 +11,7 @@ namespace support {
 namespace {
 
 std::map<std::uintptr_t, std::function<void()>> actions;
+bool left = false;
 
 } // namespace
 
@@ -31,18 +32,22 @@ Meanwhile::~Meanwhile() {
 
 void DispatchPending() {
     MSG message;
-    while (!gui::Ending() && PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
+    while (!left && PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
         if (message.message == WM_QUIT)
-            gui::End(static_cast<int>(message.wParam));
+            left = true;
         else
             gui::Dispatch(message);
     }
 }
 
+bool ToolWasLeft() {
+    return left;
+}
+
 bool WaitUntil(const std::function<bool()>& condition, std::chrono::milliseconds limit) {
     const auto end = std::chrono::steady_clock::now() + limit;
     while (!condition()) {
-        if (gui::Ending() || std::chrono::steady_clock::now() > end)
+        if (left || std::chrono::steady_clock::now() > end)
             return false;
         MsgWaitForMultipleObjects(0, nullptr, FALSE, 10, QS_ALLINPUT);
         DispatchPending();

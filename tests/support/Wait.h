@@ -11,8 +11,9 @@
 
 namespace support {
 
-/// Dispatches the messages of this thread that are pending; none when the tool is being left.
+/// Dispatches the messages of this thread that are pending; none once the tool was left.
 void DispatchPending();
+bool ToolWasLeft();
 
 /// Waits until `condition` holds, dispatching the messages of this thread meanwhile. False when it does not
 /// hold within `limit`, which is generous because the machine may be busy, or before the tool is left.
