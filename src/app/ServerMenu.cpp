@@ -31,9 +31,25 @@ std::optional<std::string> TroubleText() {
 } // namespace
 
 gui::Task<bool> ServerMenu::Start(Server server) {
-    const bool may = co_await MayStart(server);
+    const bool may = co_await MayActInBackup();
     if (!may)
         co_return false;
+    // Owned for as long as it is looked at and launched: the restarter of another copy of the tool looks
+    // after it too.
+    std::optional<Ownership> ownership = Ownership::Take({&server, 1});
+    if (ownership && (IsRunning(server) || IsStarting(server))) {
+        // The question may stay open for long.
+        ownership.reset();
+        const std::string question = SecondInstanceQuestion(server);
+        const int answer = co_await form_.MsgBox(question, MB_YESNO);
+        if (answer != IDYES)
+            co_return false;
+        ownership = Ownership::Take({&server, 1});
+    }
+    if (!ownership) {
+        form_.Tell(supervision::kRestartUnderWay);
+        co_return false;
+    }
     std::optional<RuntimeError> error;
     try {
         StartWithPriority(server, kTools_, journal::Asker::Tray);
@@ -47,6 +63,7 @@ gui::Task<bool> ServerMenu::Start(Server server) {
 
 gui::Task<> ServerMenu::Shutdown(Server server) {
     CancelStart(server);
+    TellRights({server});
     co_await ShutdownFor(journal::Asker::Tray, server);
     RefreshTip();
 }
@@ -75,6 +92,7 @@ gui::Task<> ServerMenu::StartKerno() {
 gui::Task<> ServerMenu::ShutdownKerno() {
     // All of them first: the shutdown of the last one takes seconds, and a start may be due at any time.
     std::ranges::for_each(kServers, CancelStart);
+    TellRights({kServers.begin(), kServers.end()});
     for (const Server server : kServers)
         co_await ShutdownFor(journal::Asker::Tray, server);
     modSystemTray::TrayModifyIcon(form_, kKernoInactive);
@@ -93,32 +111,18 @@ void ServerMenu::HideKerno() {
     std::ranges::for_each(kServers, Hide);
 }
 
-gui::Task<bool> ServerMenu::MayStart(Server server) {
-    if (BackupPhase::IsOn()) {
-        const int answer = co_await form_.MsgBox(kBackupQuestion, MB_YESNO);
-        if (answer != IDYES)
-            co_return false;
-    }
-    if (!IsOwned(server) && (IsRunning(server) || IsStarting(server))) {
-        const std::string question = SecondInstanceQuestion(server);
-        const int answer = co_await form_.MsgBox(question, MB_YESNO);
-        if (answer != IDYES)
-            co_return false;
-    }
-    // Asked last, because a question may stay open for long.
-    if (IsOwned(server)) {
-        form_.Tell(supervision::kRestartUnderWay);
-        co_return false;
-    }
-    co_return true;
+gui::Task<bool> ServerMenu::MayActInBackup() {
+    if (!BackupPhase::IsOn())
+        co_return true;
+    const int answer = co_await form_.MsgBox(kBackupQuestion, MB_YESNO);
+    co_return answer == IDYES;
 }
 
 gui::Task<> ServerMenu::RestartServers(std::vector<Server> servers) {
-    if (BackupPhase::IsOn()) {
-        const int answer = co_await form_.MsgBox(kBackupQuestion, MB_YESNO);
-        if (answer != IDYES)
-            co_return;
-    }
+    const bool may = co_await MayActInBackup();
+    if (!may)
+        co_return;
+    TellRights(servers);
     const supervision::Restart restart{
         .asker = journal::Asker::Tray, .message = {}, .meanwhile = {}, .servers = servers};
     bool done = true;
@@ -155,6 +159,15 @@ void ServerMenu::TellPriorities(const std::vector<Server>& servers,
     if (error)
         form_.Tell("The server was started without its priority: " + error->Description(),
                    MB_ICONEXCLAMATION);
+}
+
+void ServerMenu::TellRights(const std::vector<Server>& servers) {
+    std::string names;
+    for (const Server server : servers)
+        if (const HWND window = MainWindow(server); window && HasMoreRights(window))
+            names += "\nKerno " + std::string(ComponentOf(server).name) + " Server";
+    if (!names.empty())
+        form_.Tell("Kerno Tools cannot close what runs as administrator:" + names, MB_ICONEXCLAMATION);
 }
 
 void ServerMenu::RefreshTip() {

@@ -35,11 +35,14 @@ public:
     void FollowServers();
 
 private:
-    gui::Task<bool> MayStart(modServerControl::Server server);
+    /// Asks, when a backup has the servers down.
+    gui::Task<bool> MayActInBackup();
     gui::Task<> RestartServers(std::vector<modServerControl::Server> servers);
     /// Tells which of the servers was started without its priority, and why.
     void TellPriorities(const std::vector<modServerControl::Server>& servers,
                         const std::optional<RuntimeError>& error);
+    /// Tells which of the servers a close does not reach.
+    void TellRights(const std::vector<modServerControl::Server>& servers);
     void RefreshTip();
 
     gui::Form& form_;

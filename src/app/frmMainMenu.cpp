@@ -91,18 +91,8 @@ void frmMainMenu::MakeDataFolders() {
             common::MakeFolder(root + folder);
 }
 
-/// The tool ends at once, save for what would cost the only copy on the backup server.
-gui::Task<bool> frmMainMenu::Form_QueryUnload() {
-    frmServerControl* panel = serverControl_.Peek();
-    const std::string question = panel && panel->Loaded() ? panel->backup.LeavingQuestion() : "";
-    if (question.empty())
-        co_return true;
-    const int answer = co_await MsgBox(question, MB_YESNO | MB_ICONEXCLAMATION);
-    co_return answer == IDYES;
-}
-
 void frmMainMenu::Form_Unload() {
-    gui::End();
+    mnuExit_Click();
 }
 
 void frmMainMenu::Form_Going() {
@@ -243,7 +233,8 @@ void frmMainMenu::mnuMenuMain_Click() {
 }
 
 void frmMainMenu::mnuExit_Click() {
-    Unload();
+    modSystemTray::TrayDeleteIcon(*this);
+    gui::End();
 }
 
 void frmMainMenu::Restore() {

@@ -7,9 +7,9 @@
 
 namespace database {
 
-std::int64_t Execute(const SessionPtr& session, const std::string& sql, TextForm form) {
+std::int64_t Execute(const SessionPtr& session, const std::string& sql) {
     odbc::Statement statement(session);
-    statement.ExecuteDirect(sql, form);
+    statement.ExecuteDirect(sql);
     return statement.RowCount();
 }
 
@@ -20,10 +20,9 @@ std::size_t Answer::Position(std::string_view name) const {
     return static_cast<std::size_t>(at - columns.begin());
 }
 
-Answer ReadAll(const SessionPtr& session, const std::string& sql, const std::vector<Value>& parameters,
-               TextForm form) {
+Answer ReadAll(const SessionPtr& session, const std::string& sql, const std::vector<Value>& parameters) {
     RowReader reader(session, sql, parameters);
-    Answer rows{reader.Columns(), RowStore(reader.Columns().size(), form)};
+    Answer rows{reader.Columns(), RowStore(reader.Columns().size())};
     while (reader.Read(rows.store) > 0)
         continue;
     return rows;

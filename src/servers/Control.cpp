@@ -137,17 +137,24 @@ std::int16_t StartWithPriority(Server server, const clsINI& priorities, journal:
     else
         journal::Write(asker, text + "could not be started");
     const std::string_view key = ComponentOf(server).priorityKey;
-    if (!key.empty())
-        SetPriority(server, common::CInt(common::Val(priorities.INIProperty(key))));
+    try {
+        if (!key.empty())
+            SetPriority(server, common::CInt(common::Val(priorities.INIProperty(key))));
+    } catch (const RuntimeError& error) {
+        journal::Write(asker, text + "has no priority: " + error.Description());
+        throw;
+    }
     return status;
 }
 
 gui::Task<std::int16_t> ShutdownFor(journal::Asker asker, Server server) {
-    const bool ran = IsRunning(server);
+    const HWND window = MainWindow(server);
+    const char* const outcome = !window                 ? " server: does not run, not closed"
+                                : HasMoreRights(window) ? " server: runs as administrator, cannot be closed"
+                                                        : " server: told to close";
     const std::int16_t status = co_await Shutdown(server);
     // The zone server's status says nothing of the close: its pause takes it along.
-    journal::Write(asker, std::string(ComponentOf(server).name) +
-                              (ran ? " server: told to close" : " server: does not run, not closed"));
+    journal::Write(asker, ComponentOf(server).name + std::string(outcome));
     co_return status;
 }
 

@@ -80,6 +80,8 @@ Sight LookAt(Server server) {
     if (process != processes.end())
         sight.created = process->created;
     sight.hasMoreRights = window && HasMoreRights(window);
+    if (window && process == processes.end())
+        sight.stranger = GetWindowModuleName(window);
     const HWND dialog = DialogOf(processes);
     if (IsOwned(server))
         sight.condition = Condition::Restarting;
@@ -100,6 +102,8 @@ std::string LiveLine(Server server, const Sight& sight, const SYSTEMTIME& since,
         std::string(ComponentOf(server).name) + " server: " + Words(sight.condition) + ClockText(since);
     if (!sight.dialog.empty())
         line += " (\"" + sight.dialog + "\")";
+    if (!sight.stranger.empty())
+        line += "; the window is that of " + sight.stranger + " from elsewhere";
     if (sight.hasMoreRights)
         line += "; runs as administrator, kTools cannot close it";
     if (launches >= LaunchHistory::kMany)
@@ -119,15 +123,18 @@ std::string ServerWatch::Line(Server server) {
 }
 
 void LaunchHistory::Note(Server server, ULONGLONG now) {
-    auto& launches = launches_[Index(server)];
+    auto& launches = launches_[ExecutablePath(server)];
     launches.push_back(now);
     while (now - launches.front() >= kTenMinutes)
         launches.pop_front();
 }
 
 int LaunchHistory::Recent(Server server, ULONGLONG now) const {
+    const auto launches = launches_.find(ExecutablePath(server));
+    if (launches == launches_.end())
+        return 0;
     return static_cast<int>(std::ranges::count_if(
-        launches_[Index(server)], [&](ULONGLONG launch) { return now - launch < kTenMinutes; }));
+        launches->second, [&](ULONGLONG launch) { return now - launch < kTenMinutes; }));
 }
 
 LaunchHistory& Launches() {

@@ -7,6 +7,7 @@
 
 #include <array>
 #include <deque>
+#include <map>
 #include <string>
 
 namespace modServerControl {
@@ -20,6 +21,7 @@ struct Sight {
     bool hasMoreRights = false; ///< than the tool, which can then neither close it nor set its priority
     ULONGLONG created = 0;      ///< start of the process that was seen, by the system's clock; 0 for none
     std::string dialog{};       ///< title of the dialog that it shows
+    std::string stranger{};     ///< file name of the program, not of the server's folder, whose window it is
 };
 
 Sight LookAt(Server server);
@@ -56,7 +58,8 @@ public:
     int Recent(Server server, ULONGLONG now) const;
 
 private:
-    std::array<std::deque<ULONGLONG>, kServers.size()> launches_;
+    /// By the executable: the servers of another folder are other ones.
+    std::map<std::string, std::deque<ULONGLONG>> launches_;
 };
 
 /// The tool's own.

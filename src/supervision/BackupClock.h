@@ -40,8 +40,8 @@ public:
     long BackupSeconds() const { return seconds_; }
     /// Starts the cycle again.
     void Reset() { seconds_ = 0; }
-    /// More seconds have passed.
-    void Count(long seconds = 1) { seconds_ += seconds; }
+    /// One more second has passed.
+    void Count() { ++seconds_; }
 
 private:
     long seconds_ = 0;

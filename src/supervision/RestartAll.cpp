@@ -1,7 +1,9 @@
 #include "supervision/RestartAll.h"
 
 #include "common/Files.h"
+#include "common/RuntimeError.h"
 #include "gui/Application.h"
+#include "gui/MsgBox.h"
 #include "servers/modServerControl.h"
 #include "servers/Processes.h"
 
@@ -9,6 +11,7 @@
 #include <exception>
 #include <memory>
 #include <optional>
+#include <utility>
 
 namespace supervision {
 
@@ -52,8 +55,25 @@ gui::Task<bool> ShutDownAndStart(Restart restart, clsINI priorities) {
     co_return true;
 }
 
-/// What a restart of the tool's own leaves to whoever asked for it, if that one is still there.
+/// What a restart of the tool's own leaves to whoever asked for it. When that one has gone, its error is told
+/// here.
 struct Outcome {
+    Outcome() = default;
+    ~Outcome() {
+        try {
+            Take();
+        } catch (const RuntimeError& raised) {
+            gui::Tell("The servers were restarted, but not with their priorities: " + raised.Description(),
+                      MB_ICONEXCLAMATION);
+        }
+    }
+    Outcome(const Outcome&) = delete;
+
+    void Take() {
+        if (const std::exception_ptr raised = std::exchange(error, {}))
+            std::rethrow_exception(raised);
+    }
+
     gui::Event over;
     bool done = false;
     std::exception_ptr error;
@@ -76,8 +96,7 @@ gui::Task<bool> RestartAll(Restart restart, clsINI priorities) {
         outcome->over.Set();
     });
     co_await outcome->over.Happened();
-    if (outcome->error)
-        std::rethrow_exception(outcome->error);
+    outcome->Take();
     co_return outcome->done;
 }
 

@@ -33,7 +33,7 @@ struct Restart {
 ///
 /// Takes seconds where the zone server runs. Raises what `meanwhile` raises, nothing more is started then,
 /// and what reading the priorities raises, when all are started. A restart without `meanwhile` belongs to the
-/// tool: it is finished although the window that asked for it is closed.
+/// tool: it is finished although the window that asked for it is closed, and tells its error then.
 gui::Task<bool> RestartAll(Restart restart, clsINI priorities);
 
 /// True when the files of all three servers are in KernoPath.

@@ -229,10 +229,91 @@ TEST_F(MainMenu, TheTrayIconTakesTheWindowAwayAndADoubleClickBringsItBack) {
     EXPECT_TRUE(form.Visible());
     EXPECT_FALSE(support::HasTrayIcon(form));
     // A task bar that takes no icon.
-    const support::WindowHandle taskBar = support::FakeWindow("Shell_TrayWnd", "");
+    support::TaskBar taskBar;
+    taskBar.takesIcons = false;
     form.cmdMinimizetoTray.Press();
     EXPECT_TRUE(form.Visible());
     EXPECT_EQ(form.State(), gui::WindowState::Minimized);
+}
+
+TEST_F(MainMenu, TheIconsTextFollowsTheServers) {
+    support::TaskBar taskBar;
+    gui::Local<frmMainMenu> held(false);
+    frmMainMenu& form = *held;
+    form.Load();
+    const auto says = [&](const char* start) {
+        EXPECT_TRUE(WaitUntil([&] { return taskBar.tip.starts_with(start); })) << start << taskBar.tip;
+    };
+    form.cmdMinimizetoTray.Press();
+    says("Kerno Tools :: [Kerno Inactive]");
+    // Right after the launch there is no window yet.
+    form.mnuStartLogin.Choose();
+    says("Kerno Tools :: [Login(Active) Character(Inactive) Zone(");
+    servers.Kill(Server::Login);
+    says("Kerno Tools :: [Kerno Inactive]");
+
+    // Nobody but the action itself changes it now.
+    form.tmrTray.Enabled(false);
+    ASSERT_TRUE(servers.Launch(Server::Character));
+    const int before = taskBar.changed;
+    boxes.Answer(IDNO, [&] { EXPECT_GT(taskBar.changed, before); });
+    form.mnuStartKerno.Choose();
+    EXPECT_TRUE(support::Settle());
+    EXPECT_TRUE(IsRunning(Server::Login));
+    form.cmdMinimizetoTray.Press();
+    says("Kerno Tools :: [Login(Active) Character(Active) Zone(");
+
+    form.tmrTray.Enabled(true);
+    servers.Command(Server::Login, standin::Command::RaiseStubbornDialog);
+    ASSERT_TRUE(WaitUntil([&] { return servers.DialogCount() == 1; }));
+    form.mnuShutdownLogin.Choose();
+    says("Kerno Tools :: a dialog of kLogin.exe does not close");
+    servers.KillAll();
+    for (int start = Launches().Recent(Server::Login, GetTickCount64()); start < 5; ++start) {
+        form.mnuStartLogin.Choose();
+        ASSERT_TRUE(WaitUntil([] { return IsRunning(Server::Login); }));
+        EXPECT_TRUE(support::Settle());
+        servers.Kill(Server::Login);
+    }
+    says("Kerno Tools :: Login server: started 5 times");
+
+    // The task bar was made anew, and has no icon.
+    taskBar.added = 0;
+    SendMessageA(form.Window(), RegisterWindowMessageA("TaskbarCreated"), 0, 0);
+    EXPECT_EQ(taskBar.added, 1);
+    SendMessageA(form.Window(), WM_LBUTTONDOWN, 1, modSystemTray::kTrayDoubleClick);
+    taskBar.added = 0;
+    SendMessageA(form.Window(), RegisterWindowMessageA("TaskbarCreated"), 0, 0);
+    EXPECT_EQ(taskBar.added, 0);
+}
+
+TEST_F(MainMenu, AStartThatABackupWouldUndoIsAskedAbout) {
+    const BackupPhase backup;
+    gui::Local<frmMainMenu> held(false);
+    frmMainMenu& form = *held;
+    form.Load();
+    for (const int answer : {IDNO, IDYES}) {
+        boxes.Answer(answer);
+        form.mnuStartLogin.Choose();
+        EXPECT_TRUE(support::Settle());
+        EXPECT_EQ(servers.IsRunning(Server::Login), answer == IDYES);
+    }
+    EXPECT_TRUE(boxes.Texts()[0].starts_with("A backup has the servers down")) << boxes.Texts()[0];
+}
+
+TEST_F(MainMenu, SaysOfAServerWithMoreRightsThatItCannotBeClosed) {
+    gui::Local<frmMainMenu> held(false);
+    frmMainMenu& form = *held;
+    form.Load();
+    support::TakeRights(servers.Launch(Server::Login));
+    for (gui::MenuItem* item : {&form.mnuShutdownLogin, &form.mnuShutdownCharacter}) {
+        item->Choose();
+        EXPECT_TRUE(support::Settle());
+    }
+    EXPECT_EQ(boxes.Texts(), std::vector<std::string>{
+                                 "Kerno Tools cannot close what runs as administrator:\nKerno Login Server"});
+    EXPECT_NE(journal::LastLines(2).find("Login server: runs as administrator, cannot be closed"),
+              std::string::npos);
 }
 
 /// The two pickers differ in their key, their file and their message only.

@@ -1,7 +1,13 @@
 #include "Faults.h"
 
+#include "app/frmMainMenu.h"
+#include "common/Text.h"
 #include "config/frmServerStatus.h"
+#include "servers/Journal.h"
 #include "supervision/frmServerControl.h"
+#include "support/Tray.h"
+
+#include <random>
 
 namespace {
 
@@ -10,13 +16,19 @@ using modServerControl::Server;
 
 constexpr int kEightHours = 8 * 60 * 60;
 
-/// The timers of both windows, each as often as eight hours hold it, over three running servers. What the
-/// status boxes show grows as the servers write; the operator empties them.
+/// The timers of both windows, each as often as eight hours hold it, over three servers of which each minute
+/// one crashes and another one raises a dialog. What the status boxes show grows as the servers write; the
+/// operator empties them.
 TEST_F(Faults, EightHoursOfTicksHoldNothing) {
     for (const Server server : kServers)
         ASSERT_TRUE(servers.Launch(server));
     Supervise();
+    Set({{settings::key::kKernoPath, servers.Path()}, {settings::key::kMySQLPath, servers.Path()}});
     support::MessageBoxes boxes;
+    support::TaskBar taskBar;
+    gui::Local<frmMainMenu> menu(false);
+    menu->Load();
+    menu->cmdMinimizetoTray.Press();
     frmServerStatus status;
     status.Load();
     status.Show();
@@ -30,7 +42,14 @@ TEST_F(Faults, EightHoursOfTicksHoldNothing) {
     panel.backup.chkBackupMessage.Value(1);
     panel.backup.cmdEnableBackup.Press();
 
-    const int seconds = Times(kEightHours / 16, kEightHours);
+    const auto quiet = [&] {
+        panel.errorDetector.tmrErrorDetector.Tick();
+        return servers.DialogCount() == 0 && std::ranges::all_of(kServers, [&](Server server) {
+                   return servers.Instances(server) == 1 && servers.MainWindow(server);
+               });
+    };
+    std::mt19937 random(1);
+    const int seconds = Times(kEightHours / 32, kEightHours);
     std::vector<Holdings> held;
     for (int second = 1; second <= seconds && !HasFailure(); ++second) {
         status.tmrUpdate.Tick();
@@ -45,6 +64,11 @@ TEST_F(Faults, EightHoursOfTicksHoldNothing) {
         if (second % 180 == 0)
             panel.connections.tmrMonitorIP.Tick();
         if (second % 60 == 0) {
+            const std::size_t victim = random() % kServers.size();
+            servers.Command(kServers[(victim + 1) % kServers.size()], standin::Command::RaiseDialogs);
+            servers.Command(kServers[victim], standin::Command::Crash);
+            ASSERT_TRUE(support::WaitUntil([&] { return !servers.IsRunning(kServers[victim]); }));
+            ASSERT_TRUE(support::WaitUntil(quiet)) << journal::LastLines(10);
             for (gui::MenuItem* clear :
                  {&status.mnuClearLogin, &status.mnuClearCharacter, &status.mnuClearZone})
                 clear->Choose();
@@ -66,7 +90,16 @@ TEST_F(Faults, EightHoursOfTicksHoldNothing) {
     EXPECT_EQ(end.windows, start.windows) << start << " became " << end;
     EXPECT_LE(end.kilobytes, start.kilobytes + 256) << start << " became " << end;
     RecordProperty("held", testing::PrintToString(end));
+    EXPECT_TRUE(support::Settle());
     EXPECT_TRUE(boxes.Seen().empty());
+    EXPECT_TRUE(support::WaitUntil([&] { return taskBar.tip.find(" times") != std::string::npos; }))
+        << taskBar.tip;
+    // Each of the crashes has its line, or the journal would have begun a new file.
+    const std::string lines = journal::LastLines(seconds);
+    std::size_t launches = 0;
+    for (const std::string_view line : common::Lines(lines))
+        launches += line.find("server: gone; started; window after ") != line.npos;
+    EXPECT_GE(launches, std::min<std::size_t>(held.size(), 100));
     for (const Server server : kServers)
         EXPECT_EQ(servers.Instances(server), 1);
 }

@@ -148,6 +148,27 @@ TEST(LiveLine, FollowsARealServer) {
     EXPECT_TRUE(sees(Condition::Restarting));
 }
 
+TEST(LiveLine, TellsWhoseWindowItIsAndWhatCannotBeClosed) {
+    const ServerFolder folder;
+    ServerDetectionMethod(kDetectByProcess);
+    const HWND login = folder.Launch(Server::Login);
+    support::TakeRights(login);
+    // Its modules cannot be looked at, but its name can be asked for.
+    EXPECT_TRUE(IsLoginRunning());
+    const Sight sight = LookAt(Server::Login);
+    EXPECT_EQ(sight.condition, Condition::Running);
+    EXPECT_TRUE(sight.hasMoreRights);
+    EXPECT_EQ(sight.stranger, "");
+
+    ServerDetectionMethod(kDetectByTitle);
+    const HWND stranger = folder.Launch(Server::Character, "stranger.exe");
+    EXPECT_EQ(LookAt(Server::Character).stranger, "stranger.exe");
+    EXPECT_NE(ServerWatch().Line(Server::Character).find("stranger.exe"), std::string::npos);
+    ServerDetectionMethod(kDetectByProcess);
+    EXPECT_EQ(LookAt(Server::Character).condition, Condition::Gone);
+    support::KillOwner(stranger);
+}
+
 class Journal : public testing::Test, protected support::Surroundings {};
 
 TEST_F(Journal, KeepsOneLineForEachEventAndRotates) {

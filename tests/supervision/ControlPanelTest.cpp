@@ -150,6 +150,19 @@ TEST_F(Panel, MinimisedItWorksOnBehindItsIcon) {
     panel.Unload();
     panel.Load();
     EXPECT_FALSE(support::HasTrayIcon(panel));
+    // A task bar that takes no icon, and one that is made anew.
+    panel.Show();
+    for (const bool takes : {false, true}) {
+        support::TaskBar taskBar;
+        taskBar.takesIcons = takes;
+        panel.State(gui::WindowState::Minimized);
+        EXPECT_EQ(panel.Visible(), !takes);
+        taskBar.takesIcons = true;
+        taskBar.added = 0;
+        SendMessageA(panel.Window(), RegisterWindowMessageA("TaskbarCreated"), 0, 0);
+        EXPECT_EQ(taskBar.added, takes);
+        panel.State(gui::WindowState::Normal);
+    }
 }
 
 TEST(CheckInterval, IsWhatATimerCanWait) {

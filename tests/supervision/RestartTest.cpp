@@ -1,8 +1,12 @@
 #include "Panel.h"
 
+#include "servers/Journal.h"
 #include "servers/modServerControl.h"
 #include "supervision/RestartAll.h"
 #include "support/FakeWindow.h"
+
+#include <atomic>
+#include <thread>
 
 namespace {
 
@@ -114,6 +118,74 @@ TEST_F(Restarting, ALockedFileKeepsNoServerDownAndIsToldOnce) {
         servers.Kill(server);
     EXPECT_TRUE(WaitUntil([&] { return back; }));
     EXPECT_EQ(boxes.Seen().size(), 1u) << testing::PrintToString(boxes.Texts());
+}
+
+gui::Task<> Await(Restart restart, clsINI priorities) {
+    co_await RestartAll(restart, priorities);
+}
+
+TEST_F(Restarting, AnErrorOfARestartThatNobodyAwaitsIsTold) {
+    ExpectOneOfEach("at first");
+    panel.errorDetector.chkErrorDetector.Value(0);
+    gui::Tasks window;
+    window.Start(Await({.asker = journal::Asker::Address, .message = {}, .meanwhile = {}}, kerno));
+    const common::FileHandle lock(
+        CreateFileA(kerno.INIPath().c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+    window.Cancel();
+    ExpectOneOfEach("after the restart");
+    ASSERT_EQ(boxes.Seen().size(), 1u);
+    EXPECT_TRUE(boxes.Texts()[0].starts_with(
+        "The servers were restarted, but not with their priorities: Permission denied"))
+        << boxes.Texts()[0];
+    EXPECT_NE(journal::LastLines(20).find("address: Login server: has no priority: Permission denied"),
+              std::string::npos);
+}
+
+/// Releases the socket library under whoever uses it, as a part of the program would that counts wrongly.
+class SocketSpoiler {
+public:
+    ~SocketSpoiler() {
+        over_ = true;
+        thread_.join();
+    }
+
+private:
+    std::atomic<bool> over_ = false;
+    std::thread thread_{[this] {
+        const FARPROC release = GetProcAddress(LoadLibraryA("ws2_32"), "WSACleanup");
+        while (!over_)
+            release();
+    }};
+};
+
+TEST_F(Restarting, ABoxOfTheAddressDetectionHoldsNothingUp) {
+    ExpectOneOfEach("at first");
+    std::optional<SocketSpoiler> spoiler(std::in_place);
+    const auto tick = [&] {
+        const int others = gui::TasksUnderWay();
+        panel.connections.tmrMonitorIP.Tick();
+        EXPECT_TRUE(WaitUntil([&] { return gui::TasksUnderWay() <= others || boxes.Seen().empty(); }));
+    };
+    boxes.Answer(IDOK, [&] {
+        for (int failing = 0; failing < 20; ++failing)
+            tick();
+        spoiler.reset();
+        Set({{kDynamicHostname, "10.9.8.7"}});
+        EXPECT_TRUE(WaitUntil([&] {
+            panel.connections.tmrMonitorIP.Tick();
+            return panel.connections.txtDetectedIPAddress.Text() == "10.9.8.7";
+        }));
+        servers.Kill(Server::Login);
+        EXPECT_TRUE(WaitUntil(modServerControl::IsLoginRunning));
+        const Restart restart{.asker = journal::Asker::Tray, .message = {}, .meanwhile = {}};
+        EXPECT_TRUE(support::Run(RestartAll(restart, kTools), kPause));
+    });
+    EXPECT_TRUE(WaitUntil([&] {
+        tick();
+        return !boxes.Seen().empty();
+    }));
+    ExpectOneOfEach("after the box");
+    EXPECT_EQ(boxes.Texts(), std::vector<std::string>{"Winsocks clean up failed. Error Number:[10093"});
 }
 
 TEST_F(Restarting, AStubbornDialogKeepsNoOtherServerDown) {

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 #include <tlhelp32.h>
 
+#include <array>
 #include <filesystem>
 #include <vector>
 
@@ -149,6 +150,30 @@ std::string TextOf(HWND window) {
                         SMTO_ABORTIFHUNG, 5000, &read);
     text.resize(read);
     return text;
+}
+
+void TakeRights(HWND window) {
+    DWORD id = 0;
+    GetWindowThreadProcessId(window, &id);
+    const Handle process(OpenProcess(WRITE_DAC, FALSE, id));
+    std::array<BYTE, 256> room{};
+    auto* list = reinterpret_cast<ACL*>(room.data());
+    SID everyone{SID_REVISION, 1, SECURITY_WORLD_SID_AUTHORITY, {SECURITY_WORLD_RID}};
+    SECURITY_DESCRIPTOR rights{};
+    EXPECT_TRUE(InitializeAcl(list, room.size(), ACL_REVISION));
+    EXPECT_TRUE(AddAccessAllowedAce(
+        list, ACL_REVISION, PROCESS_QUERY_LIMITED_INFORMATION | PROCESS_TERMINATE | SYNCHRONIZE, &everyone));
+    EXPECT_TRUE(InitializeSecurityDescriptor(&rights, SECURITY_DESCRIPTOR_REVISION));
+    EXPECT_TRUE(SetSecurityDescriptorDacl(&rights, TRUE, list, FALSE));
+    EXPECT_TRUE(SetKernelObjectSecurity(process.get(), DACL_SECURITY_INFORMATION, &rights));
+}
+
+void KillOwner(HWND window) {
+    DWORD id = 0;
+    GetWindowThreadProcessId(window, &id);
+    const Handle process(OpenProcess(PROCESS_TERMINATE | SYNCHRONIZE, FALSE, id));
+    TerminateProcess(process.get(), 1);
+    WaitForSingleObject(process.get(), 10'000);
 }
 
 bool SetTextOf(HWND window, const std::string& text) {

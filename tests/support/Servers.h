@@ -57,6 +57,13 @@ private:
 /// Text of a window of another program, asked of the window itself; "" when it does not answer.
 std::string TextOf(HWND window);
 
+/// Gives the program of a window more rights than this one has: only what every program may ask of any, and
+/// its end, is left.
+void TakeRights(HWND window);
+
+/// Ends the program of a window at once.
+void KillOwner(HWND window);
+
 /// Gives a window of another program a text; false when it does not answer.
 bool SetTextOf(HWND window, const std::string& text);
 
