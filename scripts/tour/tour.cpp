@@ -5,11 +5,16 @@
 //
 // FOLDER\tour.log tells what was seen, and ends with "tour ended with 0" when every window came up.
 
+#include "accounts/frmAccountConflict.ids.h"
 #include "accounts/frmAccountEditor.ids.h"
 #include "accounts/frmFindAccount.ids.h"
 #include "app/frmMainMenu.ids.h"
 #include "config/fraNewPlayer.ids.h"
 #include "config/frmServerStatus.ids.h"
+#include "database/Connection.h"
+#include "database/Error.h"
+#include "database/Odbc.h"
+#include "database/Query.h"
 #include "dbsetup/fraDatabaseCheck.ids.h"
 #include "dbsetup/fraRepair.ids.h"
 #include "dbsetup/fraServerTest.ids.h"
@@ -55,6 +60,10 @@ struct Stop {
     std::function<void(HWND)> prepare = [](HWND) {};
     /// The only page that a picture is taken of, counted from 0; all of them for -1.
     int page = -1;
+    /// How it is left, when closing the window is not the way.
+    std::function<void(HWND)> leave = {};
+    /// Nothing opens: the picture is of the window before, as `open` leaves it.
+    bool same = false;
 };
 
 /// The control with this id, on whichever page of the window it is; null when there is none.
@@ -218,13 +227,40 @@ void TestAndCheck(HWND window) {
     }
 }
 
-/// Changes two fields of the account that is shown, and opens the list of what waits.
-void ChangeAndList(HWND window) {
+/// The file as hands have left it: rows without an account, one twice, and a file of the day before.
+void OpenWithOddPrivileges(HWND window) {
+    const std::string path = "C:\\Kerno\\database\\id_table";
+    if (FILE* file = std::fopen((path + ".txt").c_str(), "ab")) {
+        std::fputs("100008,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1\r\n100431,1,0,0,0,0,0,0,1,0,0,0,0,0,0,0\r\n"
+                   "100001,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1\r\n",
+                   file);
+        std::fclose(file);
+    }
+    CopyFileA((path + ".txt").c_str(), (path + " 2026-05-02 21.14.05.120.bak").c_str(), FALSE);
+    Press(IDC_frmMainMenu_cmdAccountEditor)(window);
+}
+
+/// Changes two fields of the account that is shown.
+void ChangeAccount(HWND window) {
+    // The window before this one has hardly gone, and the account is shown anew after it.
+    Sleep(500);
     for (const auto& [box, text] : {std::pair{IDC_frmAccountEditor_txtAccountPassword, "new secret"},
                                     std::pair{IDC_frmAccountEditor_txtEmail, "gm@example.org"}})
         SendMessageA(ControlOf(window, box), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text));
     Press(IDC_frmAccountEditor_cmdRemoveAllPrivileges)(window);
-    Press(IDC_frmAccountEditor_cmdChanges)(window);
+}
+
+/// Saves what somebody else has changed meanwhile.
+void ChangeElsewhereAndSave(HWND window) {
+    try {
+        const auto session = std::make_shared<database::odbc::Session>(
+            database::MySQLConnectionString("localhost", "root", ""), 10);
+        database::Execute(session,
+                          "UPDATE glogin.account SET Pass = 'moonlight', Gender = 1 WHERE Name = 'marian'");
+    } catch (const database::Error& error) {
+        Failed(error.Description());
+    }
+    Press(IDC_frmAccountEditor_cmdSave)(window);
 }
 
 /// The visible windows of kTools, opened menus included.
@@ -255,6 +291,11 @@ void AnswerBox(const std::string& start, int button) {
     });
     PostMessageA(GetDlgItem(box, button), BM_CLICK, 0, 0);
     Expect(box, "the box did not close", [&] { return !IsWindow(box); });
+}
+
+void SaveConflict(HWND window) {
+    Press(IDC_frmAccountConflict_cmdSave)(window);
+    AnswerBox("Account saved successfully", IDOK);
 }
 
 /// As on a server without the databases: they are deleted, and the check shows it.
@@ -293,10 +334,12 @@ const std::vector<Stop> kStops = {
       {"control-panel-menu", TrayMenu(0)}}},
     // Its first account is a game master's.
     {"account-editor",
-     Press(IDC_frmMainMenu_cmdAccountEditor),
+     OpenWithOddPrivileges,
      {{"account-list", Press(IDC_frmAccountEditor_cmdList)},
       {"privilege-file", Press(IDC_frmAccountEditor_cmdPrivilegeFile)},
-      {"account-changes", ChangeAndList},
+      {.name = "account-editor-waiting", .open = ChangeAccount, .same = true},
+      {"account-changes", Press(IDC_frmAccountEditor_cmdChanges)},
+      {.name = "account-conflict", .open = ChangeElsewhereAndSave, .leave = SaveConflict},
       {"find-account", Press(IDC_frmAccountEditor_cmdFind), {}, FindGunnar}},
      ShowWholeName},
     {"mysql-setup", Press(IDM_frmMainMenu_mnuSetUpMySQL), {}, TestAndCheck},
@@ -416,6 +459,10 @@ void Visit(const Stop& stop, HWND from) {
     // As a user would have it; the window before may have left another program's in front.
     SetForegroundWindow(from);
     stop.open(from);
+    if (stop.same) {
+        TakePictures(stop.name, from, stop.page);
+        return;
+    }
     const auto appeared = [&] {
         opened.clear();
         for (HWND window : ToolWindows()) {
@@ -443,7 +490,9 @@ void Visit(const Stop& stop, HWND from) {
         for (const Stop& next : stop.next)
             Visit(next, window);
         // A question has no other way out.
-        if (HWND no = GetDlgItem(window, IDNO))
+        if (stop.leave)
+            stop.leave(window);
+        else if (HWND no = GetDlgItem(window, IDNO))
             PostMessageA(no, BM_CLICK, 0, 0);
         else
             PostMessageA(window, WM_CLOSE, 0, 0);

@@ -85,6 +85,9 @@ GMTable::Met GMTable::Save(const std::string& path, const Judge& judge) {
     bool all = !met.changed;
     for (const std::int32_t id : changed_) {
         const bool changedThere = there.FlagsOf(id) != KnownFlagsOf(id);
+        // Somebody else has made the same change.
+        if (changedThere && there.FlagsOf(id) == FlagsOf(id) && !doublesRemoved_.contains(id))
+            continue;
         const Verdict verdict = judge ? judge(id, changedThere) : Verdict::Write;
         if (verdict == Verdict::Write)
             CarryTo(written, id);

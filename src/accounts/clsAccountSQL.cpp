@@ -20,7 +20,7 @@ template <class Number> Number Narrow(std::int64_t value) {
 
 /// Runs what moves through the records and comes back to the current one, where there is one.
 template <class Operation> void clsAccountSQL::KeepingPlace(Operation operation) {
-    const auto bookmark = OnRecord() ? std::optional(recordset_.Bookmark()) : std::nullopt;
+    const auto bookmark = recordset_.IsCurrent() ? std::optional(recordset_.Bookmark()) : std::nullopt;
     operation();
     if (bookmark)
         recordset_.Bookmark(*bookmark);
@@ -53,7 +53,7 @@ void clsAccountSQL::IndexNewNumbers() {
 // ---- The current account
 
 bool clsAccountSQL::LoadMirrors() {
-    if (!OnRecord())
+    if (!recordset_.IsCurrent())
         return false;
     // All or none: half of one account and half of another would be saved as one.
     const auto id = Narrow<std::int32_t>(Field(kAID).AsInteger());

@@ -200,7 +200,6 @@ private:
     void Note(const RuntimeError& error);
     database::Value Field(Column column) const { return recordset_.Field(columns_[column]); }
     void Field(Column column, database::Value value) { recordset_.Field(columns_[column], std::move(value)); }
-    bool OnRecord() const { return !recordset_.Bof() && !recordset_.Eof(); }
     using Columns = std::array<std::size_t, kColumnCount>;
     static accounts::AccountKey KeyOf(const database::Recordset& set, const Columns& columns);
     accounts::AccountKey CurrentKey() const { return KeyOf(recordset_, columns_); }

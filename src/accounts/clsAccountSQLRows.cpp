@@ -5,7 +5,7 @@
 // ---- Rows
 
 std::optional<std::size_t> clsAccountSQL::CurrentRow() {
-    if (!recordset_.IsOpen() || !OnRecord())
+    if (!recordset_.IsCurrent())
         return std::nullopt;
     return recordset_.Bookmark();
 }

@@ -5,7 +5,7 @@
 using accounts::Field;
 
 void frmAccountList::Form_Load() {
-    lstAccounts.Columns({{"Account name", 32}, {"ID", 18}, {"E-mail", 34}, {"Game master", 16}});
+    lstAccounts.Columns({{"Account name", 30}, {"ID", 16}, {"E-mail", 34}, {"Game master", 20}});
     Refresh();
 }
 

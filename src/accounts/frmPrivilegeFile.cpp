@@ -49,7 +49,7 @@ std::string Listed(const std::vector<accounts::GMTable::Change>& changes) {
 } // namespace
 
 void frmPrivilegeFile::Form_Load() {
-    lstRows.Columns({{"ID", 12}, {"Account", 22}, {"Finding", 36}, {"Privileges", 30}});
+    lstRows.Columns({{"ID", 11}, {"Account", 18}, {"Finding", 42}, {"Privileges", 29}});
     generations_ = accounts::Generations(store_.GMPath());
     for (const std::string& path : generations_)
         cboGenerations.AddItem(DateIn(path));

@@ -51,6 +51,8 @@ public:
     /// until the next move, not even when that was the last row that was left.
     bool Bof() const;
     bool Eof() const;
+    /// True on a row that can be read: on one of the set that has not been deleted.
+    bool IsCurrent() const;
     /// The moves finish an edit in progress as Update does. First and last raise kNoCurrentRecord in an empty
     /// set, next does at the end and previous at the beginning.
     void MoveFirst();
@@ -133,7 +135,6 @@ private:
 
     void CheckOpen() const;
     void CheckCurrent() const;
-    bool IsCurrent() const;
     void FinishEdit();
     gui::Task<> Load(Progress progress);
     void Move(std::ptrdiff_t from, std::ptrdiff_t step);

@@ -83,6 +83,10 @@ TEST_F(EditorTest, ShowsAccountsAsSoonAsThereIsAServer) {
                      "Kerno Tools failed to load GM data. Please make sure all files are in proper place",
                      notAdvised}));
     EXPECT_EQ(Shown(), "|||0||0000000000000000");
+    // At 150 % it leaves a screen of 768 lines room for the task bar.
+    RECT bounds{};
+    GetWindowRect(editor.Window(), &bounds);
+    EXPECT_LE((bounds.bottom - bounds.top) * 3 / 2, 768 - 60);
     support::WriteFile(folder / "Kerno.ini", "gloginname=root\r\n");
     support::WriteFile(privilegeFile, std::string("header\r\n100002") + kBroadcast + "\r\n");
     // Reload throws away what waits for Save, privileges too; where it fails, they stay.
@@ -425,6 +429,16 @@ TEST_F(EditorTest, WhatWasTypedIsNotLostByWhatHappensToOtherAccounts) {
     Press(editor.cmdDeleteAccount);
     EXPECT_EQ(Shown(), "alpha|100001|typed|0|a@x|0000000000000000");
     boxes.Clear();
+    {
+        const support::Meanwhile close([] {
+            const HWND list = FindWindowA(nullptr, "Kerno Tools :: Changes That Wait For Save");
+            if (IsWindowVisible(list))
+                SendMessageA(list, WM_CLOSE, 0, 0);
+        });
+        Press(editor.cmdChanges);
+    }
+    EXPECT_EQ(editor.cboAccountName.ListCount(), 2);
+    EXPECT_EQ(Shown(), "alpha|100001|typed|0|a@x|0000000000000000");
     Fill("bravo", "100001");
     editor.txtEmail.Text("kept");
     Choose("bravo");

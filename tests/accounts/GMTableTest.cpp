@@ -119,22 +119,25 @@ TEST_F(GMTableTest, ASaveKeepsOneGenerationAndARefusedOneBoth) {
 
 TEST_F(GMTableTest, BothHandsChangesSurvive) {
     const std::string ones = "100001" + kAllOnes + "\r\n";
-    Load(ones + "2" + kAllOnes + "\r\n3" + kAllOnes + "\r\n4" + kAllOnes + "\r\n5" + kAllOnes + "\r\n");
+    Load(ones + "2" + kAllOnes + "\r\n3" + kAllOnes + "\r\n4" + kAllOnes + "\r\n5" + kAllOnes + "\r\n7" +
+         kAllOnes + "\r\n");
     Privileges withoutWarp = kAsTheyAre;
     withoutWarp[7] = 0;
     table.Modify(2, withoutWarp);
     table.Remove(3);
+    table.Remove(7);
     table.Add(6, kNone);
     table.Modify(5, withoutWarp);
     // Looked at only, which brings a row to the end.
     table.Remove(100001);
     table.Add(100001, kAll);
-    EXPECT_EQ(table.ChangedIds(), (std::set<std::int32_t>{2, 3, 5, 6}));
-    // Another hand takes 100001's and 5's away, gives 9 some, and changes 2 and 3.
+    EXPECT_EQ(table.ChangedIds(), (std::set<std::int32_t>{2, 3, 5, 6, 7}));
+    // Another hand takes 100001's, 5's and 7's away, gives 9 some, and changes 2 and 3.
     const std::string theirs = "whatever\r\n9" + kAllOnes + "\r\n2,0,1,1,1,1,1,1,1,1,1,1,1,1,1,1\r\n3" +
                                ",1,1,1,1,1,1,1,1,1,1,1,1,1,1,0\r\n4" + kAllOnes + "\r\n";
     support::WriteFile(path, theirs);
     const GMTable::Met met = table.Save(path, [](std::int32_t id, bool) {
+        EXPECT_NE(id, 7) << "there is nothing left to decide";
         return id == 6 ? GMTable::Verdict::Hold : GMTable::Verdict::Write;
     });
     EXPECT_TRUE(met.changed);
