@@ -91,8 +91,18 @@ void frmMainMenu::MakeDataFolders() {
             common::MakeFolder(root + folder);
 }
 
+/// The tool ends at once, save for what would cost the only copy on the backup server.
+gui::Task<bool> frmMainMenu::Form_QueryUnload() {
+    frmServerControl* panel = serverControl_.Peek();
+    const std::string question = panel && panel->Loaded() ? panel->backup.LeavingQuestion() : "";
+    if (question.empty())
+        co_return true;
+    const int answer = co_await MsgBox(question, MB_YESNO | MB_ICONEXCLAMATION);
+    co_return answer == IDYES;
+}
+
 void frmMainMenu::Form_Unload() {
-    mnuExit_Click();
+    gui::End();
 }
 
 void frmMainMenu::Form_Going() {
@@ -233,8 +243,7 @@ void frmMainMenu::mnuMenuMain_Click() {
 }
 
 void frmMainMenu::mnuExit_Click() {
-    modSystemTray::TrayDeleteIcon(*this);
-    gui::End();
+    Unload();
 }
 
 void frmMainMenu::Restore() {

@@ -97,6 +97,7 @@ private:
     using Server = modServerControl::Server;
 
     void Form_Load() override;
+    gui::Task<bool> Form_QueryUnload() override;
     void Form_Unload() override;
     void Form_Going() override;
     void Form_MouseDown(gui::MouseButton button, int x, int y) override;

@@ -178,8 +178,8 @@ void Statement::Fail(SQLRETURN result, const char* name) const {
     RaiseDiagnostic(SQL_HANDLE_STMT, Get(), name, result);
 }
 
-void Statement::ExecuteDirect(const std::string& sql) {
-    std::wstring wide = common::ToWide(sql);
+void Statement::ExecuteDirect(const std::string& sql, TextForm form) {
+    std::wstring wide = form == TextForm::Utf8 ? common::FromUtf8(sql) : common::ToWide(sql);
     Check(SQLExecDirectW(Get(), wide.data(), static_cast<SQLINTEGER>(wide.size())), "SQLExecDirect");
 }
 

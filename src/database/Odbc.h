@@ -69,7 +69,7 @@ public:
     SQLHSTMT Get() const { return handle_.get(); }
     Session& Owner() const { return *session_; }
 
-    void ExecuteDirect(const std::string& sql);
+    void ExecuteDirect(const std::string& sql, TextForm form = TextForm::Ansi);
     void Prepare(const std::string& sql);
     void Execute();
     /// As Execute, but with what the call returned in the place of an error.

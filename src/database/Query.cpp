@@ -7,9 +7,9 @@
 
 namespace database {
 
-std::int64_t Execute(const SessionPtr& session, const std::string& sql) {
+std::int64_t Execute(const SessionPtr& session, const std::string& sql, TextForm form) {
     odbc::Statement statement(session);
-    statement.ExecuteDirect(sql);
+    statement.ExecuteDirect(sql, form);
     return statement.RowCount();
 }
 
@@ -20,9 +20,10 @@ std::size_t Answer::Position(std::string_view name) const {
     return static_cast<std::size_t>(at - columns.begin());
 }
 
-Answer ReadAll(const SessionPtr& session, const std::string& sql, const std::vector<Value>& parameters) {
+Answer ReadAll(const SessionPtr& session, const std::string& sql, const std::vector<Value>& parameters,
+               TextForm form) {
     RowReader reader(session, sql, parameters);
-    Answer rows{reader.Columns(), RowStore(reader.Columns().size())};
+    Answer rows{reader.Columns(), RowStore(reader.Columns().size(), form)};
     while (reader.Read(rows.store) > 0)
         continue;
     return rows;

@@ -5,8 +5,8 @@
 namespace database {
 
 /// Runs a statement that returns no rows, or whose rows do not matter. Returns the number of rows it affected
-/// (with OPTION=3 the matched ones). Raises Error.
-std::int64_t Execute(const SessionPtr& session, const std::string& sql);
+/// (with OPTION=3 the matched ones). `form` is that of the statement's text. Raises Error.
+std::int64_t Execute(const SessionPtr& session, const std::string& sql, TextForm form = TextForm::Ansi);
 
 /// All rows of a query.
 struct Answer {
@@ -20,8 +20,10 @@ struct Answer {
     Value At(std::size_t row, std::size_t column) const { return store.At(row, column).ToValue(); }
 };
 
-/// Runs a query and reads it to its end; `parameters` stand for its question marks. Raises Error.
-Answer ReadAll(const SessionPtr& session, const std::string& sql, const std::vector<Value>& parameters = {});
+/// Runs a query and reads it to its end; `parameters` stand for its question marks, `form` is that of the
+/// answer's texts. Raises Error.
+Answer ReadAll(const SessionPtr& session, const std::string& sql, const std::vector<Value>& parameters = {},
+               TextForm form = TextForm::Ansi);
 
 /// The first field of the first row, null when there is no row. Raises Error.
 Value Scalar(const SessionPtr& session, const std::string& sql);

@@ -52,6 +52,9 @@ inline constexpr std::string_view kBackupHostname = "BackupHostname";
 inline constexpr std::string_view kBackupUsername = "BackupUsername";
 inline constexpr std::string_view kBackupPassword = "BackupPassword";
 inline constexpr std::string_view kBackupOption = "BackupOption";
+// These two stand in no file before an operator writes them.
+inline constexpr std::string_view kBackupSecondGeneration = "BackupSecondGeneration";
+inline constexpr std::string_view kBackupLockTables = "BackupLockTables";
 inline constexpr std::string_view kShutdownOnBackup = "ShutdownOnBackup";
 inline constexpr std::string_view kSendMessageBeforeBackup = "SendMessageBeforeBackup";
 inline constexpr std::string_view kEnableErrorDetector = "EnableErrorDetector";

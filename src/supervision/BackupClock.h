@@ -40,8 +40,8 @@ public:
     long BackupSeconds() const { return seconds_; }
     /// Starts the cycle again.
     void Reset() { seconds_ = 0; }
-    /// One more second has passed.
-    void Count() { ++seconds_; }
+    /// More seconds have passed.
+    void Count(long seconds = 1) { seconds_ += seconds; }
 
 private:
     long seconds_ = 0;

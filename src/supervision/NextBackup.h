@@ -27,7 +27,7 @@ struct Night {
     bool restarts = false; ///< servers that have stopped
     bool closes = false;   ///< error dialogs
     std::string next;      ///< NextBackupText
-    std::string last;      ///< how the last backup ended; "" when there was none
+    std::string last;      ///< the last backup that was proven; "" when there was none
 };
 
 /// One line about all of it: "Tonight: stopped servers are restarted, error dialogs stay. Next: ... Last

@@ -1,16 +1,17 @@
 #include "supervision/clsMySQLCopyDatabase.h"
 
-#include "common/RuntimeError.h"
-#include "common/Text.h"
 #include "database/Blocks.h"
 #include "database/Error.h"
 #include "database/Transaction.h"
-
-#include <algorithm>
+#include "supervision/TableCheck.h"
 
 namespace {
 
 using database::Connection;
+using database::SessionPtr;
+using database::TextForm;
+using supervision::Place;
+using supervision::TableSum;
 using Column = clsMySQLCopyDatabase::Column;
 using Status = clsMySQLCopyDatabase::Status;
 using NameList = clsMySQLCopyDatabase::NameList;
@@ -28,133 +29,41 @@ constexpr const char* kValuesAsTheyAre =
     "'NO_AUTO_VALUE_ON_ZERO,ALLOW_INVALID_DATES,STRICT_TRANS_TABLES,STRICT_ALL_TABLES'";
 constexpr const char* kKeepZeros = "SET SESSION sql_mode = 'NO_AUTO_VALUE_ON_ZERO'";
 
-/// Runs the first of the statements that the server knows; old servers know none of them.
-gui::Task<> ExecuteKnown(Connection& connection, std::vector<std::string> statements) {
-    for (const std::string& statement : statements) {
-        try {
-            co_await connection.Execute(statement);
-            co_return;
-        } catch (const database::Error& error) {
-            if (error.ConnectionLost())
-                throw;
-        }
-    }
-}
-
-gui::Task<std::vector<std::string>> Names(Connection& connection, std::string sql) {
-    std::vector<std::string> names;
-    const database::Answer rows = co_await connection.ReadAll(sql);
-    for (std::size_t row = 0; row < rows.Count(); ++row)
-        names.push_back(rows.At(row, 0).AsText());
-    co_return names;
-}
-
-gui::Task<std::vector<Column>> Columns(Connection& connection, std::string sql) {
-    std::vector<Column> columns;
-    const database::Answer rows = co_await connection.ReadAll(sql);
-    for (std::size_t row = 0; row < rows.Count(); ++row) {
-        // Looked up by name: servers add fields of their own between these.
-        const auto field = [&](const char* name) { return rows.At(row, rows.Position(name)); };
-        const database::Value defaultValue = field("Default");
-        columns.push_back(
-            {.field = field("Field").AsText(),
-             .type = field("Type").AsText(),
-             .null = field("Null").AsText(),
-             .key = field("Key").AsText(),
-             .defaultValue = defaultValue.IsNull() ? std::nullopt : std::optional(defaultValue.AsText()),
-             .extra = field("Extra").AsText()});
-    }
-    co_return columns;
-}
-
 constexpr const char* kShowDatabases = "SHOW DATABASES;";
 
-std::string ShowTables(const std::string& database) {
-    return "SHOW TABLES FROM " + database + ";";
+gui::Task<> ExecuteKnownAside(Connection& side, std::vector<std::string> statements) {
+    auto execute = [statements](const SessionPtr& session) {
+        supervision::ExecuteKnown(session, statements);
+    };
+    co_await side.Call(execute);
 }
 
-std::string ShowColumns(const std::string& database, const std::string& table) {
-    return "SHOW COLUMNS FROM " + database + "." + table;
-}
-
-/// Of the other engines one loses its rows when the server ends, and another has none of its own.
-bool KeepsRows(const std::string& engine) {
-    constexpr const char* kEngines[] = {"MyISAM", "InnoDB", "Aria"};
-    return std::ranges::find(kEngines, engine) != std::end(kEngines);
-}
-
-/// Has the destination make databases in the character set of the source's: texts that are different in one
-/// may be the same in another, or not exist there. Old servers do not tell.
-gui::Task<> UseCollationOf(Connection& source, std::string database, Connection& destination) {
-    const std::string question =
-        "SELECT DEFAULT_COLLATION_NAME FROM information_schema.SCHEMATA WHERE SCHEMA_NAME = '" + database +
-        "'";
-    try {
-        const database::Value collation = co_await source.Scalar(question);
-        const std::string name = collation.IsNull() ? "" : collation.AsText();
-        if (name.empty())
-            co_return;
-        std::vector<std::string> statements{"SET SESSION collation_server = " + name,
-                                            "SET SESSION character_set_server = " +
-                                                name.substr(0, name.find('_'))};
-        co_await ExecuteKnown(destination, std::move(statements));
-    } catch (const database::Error& error) {
-        if (error.ConnectionLost())
-            throw;
-    }
-}
-
-gui::Task<> UseEngine(Connection& destination, std::string engine) {
-    // Old servers call it by another name.
-    std::vector<std::string> statements{"SET SESSION default_storage_engine = " + engine,
-                                        "SET SESSION storage_engine = " + engine};
-    co_await ExecuteKnown(destination, std::move(statements));
-}
-
-/// Has the next table made with the engine of the source's: the suite's tables are to stay MyISAM, whose
-/// files a file backup copies, also where a server's own choice is another one. A destination that lacks the
-/// engine uses its own, as does a view's copy.
-gui::Task<> UseEngineOf(Connection& source, std::string database, std::string table,
-                        Connection& destination) {
-    try {
-        // The choice for the table before would stay in force.
-        co_await UseEngine(destination, "DEFAULT");
-        const database::Answer status = co_await source.ReadAll("SHOW TABLE STATUS FROM " + database);
-        for (std::size_t row = 0; row < status.Count(); ++row) {
-            const std::string engine = status.At(row, status.Position("Engine")).AsText();
-            if (status.At(row, status.Position("Name")).AsText() == table && KeepsRows(engine))
-                co_await UseEngine(destination, engine);
-        }
-    } catch (const database::Error& error) {
-        // Nor do all of them tell a table's engine under this name.
-        if (error.ConnectionLost())
-            throw;
-    }
-}
-
-/// The names by which values are given to the columns of a table that exists.
-gui::Task<std::vector<std::string>> ColumnNames(Connection& connection, std::string table) {
-    const database::Answer none = co_await connection.ReadAll("SELECT * FROM " + table + " LIMIT 0");
-    std::vector<std::string> names;
-    for (const database::Column& column : none.columns)
-        names.push_back(column.name);
+NameList NamesAside(Connection& side, std::string sql) {
+    auto ask = [sql](const SessionPtr& session) { return supervision::Names(session, sql); };
+    std::vector<std::string> names = co_await side.Call(ask);
     co_return names;
+}
+
+gui::Task<TableSum> SumOf(Connection& side, std::string table) {
+    database::BlockReader rows(side);
+    {
+        const supervision::LongRequests large(side);
+        co_await rows.Open("SELECT * FROM " + table);
+    }
+    database::RowStore block(rows.Columns().size(), TextForm::Utf8);
+    TableSum sum;
+    for (;;) {
+        block.Clear();
+        block = co_await rows.Read(std::move(block));
+        if (block.Rows() == 0)
+            break;
+        sum.Add(block);
+        co_await gui::NextTurn();
+    }
+    co_return sum;
 }
 
 } // namespace
-
-std::string supervision::ColumnList(const std::vector<Column>& columns) {
-    std::string list;
-    for (const Column& column : columns) {
-        // Servers have written this word in several ways.
-        const bool null = common::EqualsIgnoreCase(column.null, "Yes");
-        list += "`" + column.field + "` " + column.type + " " + (null ? "NULL" : "NOT NULL") + " " +
-                column.extra + (column.key == "PRI" ? " PRIMARY KEY" : "") + ",";
-    }
-    if (!list.empty())
-        list.pop_back();
-    return list;
-}
 
 bool clsMySQLCopyDatabase::Require(const Connection& side, const char* description) const {
     if (side.IsOpen())
@@ -176,18 +85,18 @@ void clsMySQLCopyDatabase::Progress(const std::string& table, std::size_t rows) 
 Status clsMySQLCopyDatabase::ConnectSource() {
     co_await source_.Open(
         database::MySQLConnectionString(SourceHostname(), SourceUsername(), SourcePassword()));
-    std::vector<std::string> statements{kSameTimeZone};
-    co_await ExecuteKnown(source_, std::move(statements));
+    const std::vector<std::string> statements{kSameTimeZone};
+    co_await ExecuteKnownAside(source_, statements);
     co_return std::int16_t{1};
 }
 
 Status clsMySQLCopyDatabase::ConnectDestination() {
     co_await destination_.Open(
         database::MySQLConnectionString(DestinationHostname(), DestinationUsername(), DestinationPassword()));
-    std::vector<std::string> sameTimeZone{kSameTimeZone};
-    co_await ExecuteKnown(destination_, std::move(sameTimeZone));
-    std::vector<std::string> mode{kValuesAsTheyAre, kKeepZeros};
-    co_await ExecuteKnown(destination_, std::move(mode));
+    const std::vector<std::string> timeZone{kSameTimeZone};
+    co_await ExecuteKnownAside(destination_, timeZone);
+    const std::vector<std::string> mode{kValuesAsTheyAre, kKeepZeros};
+    co_await ExecuteKnownAside(destination_, mode);
     co_return std::int16_t{1};
 }
 
@@ -205,16 +114,34 @@ Status clsMySQLCopyDatabase::CopyDatabase(std::string SourceDatabase, std::strin
                                           bool NoDBDelete) {
     if (!RequireBoth())
         co_return std::int16_t{0};
+    copied_.clear();
     // All names before anything is dropped: a source that does not answer costs no copy.
-    const std::vector<std::string> tables = co_await Names(source_, ShowTables(SourceDatabase));
-    co_await UseCollationOf(source_, SourceDatabase, destination_);
+    const std::vector<std::string> tables =
+        co_await NamesAside(source_, supervision::ShowTables(SourceDatabase));
+    auto ask = [SourceDatabase](const SessionPtr& session) {
+        return supervision::CollationOf(session, SourceDatabase);
+    };
+    const std::string collation = co_await source_.Call(ask);
+    // Texts that are different in one character set may be the same in another, or not exist there.
+    if (!collation.empty()) {
+        const std::vector<std::string> statements{"SET SESSION collation_server = " + collation,
+                                                  "SET SESSION character_set_server = " +
+                                                      collation.substr(0, collation.find('_'))};
+        co_await ExecuteKnownAside(destination_, statements);
+    }
     if (!NoDBDelete)
         co_await destination_.Execute("DROP DATABASE IF EXISTS " + DestinationDatabase + ";");
     co_await destination_.Execute("CREATE DATABASE IF NOT EXISTS " + DestinationDatabase + ";");
     for (const std::string& table : tables) {
-        const std::int16_t copied = co_await CopyTable(SourceDatabase, table, DestinationDatabase, table);
-        if (!copied)
-            co_return std::int16_t{0};
+        const Place from{SourceDatabase, table};
+        const Place to{DestinationDatabase, table};
+        co_await Transfer(from, to, false, !NoDBDelete);
+    }
+    if (!NoDBDelete) {
+        auto set = [DestinationDatabase, collation](const SessionPtr& session) {
+            supervision::SetCollation(session, DestinationDatabase, collation);
+        };
+        co_await destination_.Call(set);
     }
     co_return std::int16_t{1};
 }
@@ -226,22 +153,30 @@ Status clsMySQLCopyDatabase::CopyTable(std::string SourceDatabase, std::string S
         co_return std::int16_t{0};
     if (FlushFirst)
         co_await source_.Execute("FLUSH TABLES;");
-    const std::string from = SourceDatabase + "." + SourceTable;
-    const std::string to = DestinationDatabase + "." + DestinationTable;
-    Progress(SourceTable, 0);
-    const std::vector<Column> layout = co_await Columns(source_, ShowColumns(SourceDatabase, SourceTable));
-    co_await UseEngineOf(source_, SourceDatabase, SourceTable, destination_);
-    // The source has answered in full before the destination is touched.
-    database::BlockReader rows(source_);
-    co_await rows.Open("SELECT * FROM " + from);
-    co_await destination_.Execute("USE " + DestinationDatabase + ";");
-    if (!NoDelete)
-        co_await destination_.Execute("DROP TABLE IF EXISTS " + to);
-    co_await destination_.Execute("CREATE TABLE IF NOT EXISTS " + to + " (" +
-                                  supervision::ColumnList(layout) + ");");
+    const Place from{SourceDatabase, SourceTable};
+    const Place to{DestinationDatabase, DestinationTable};
+    co_await Transfer(from, to, NoDelete, false);
+    co_return std::int16_t{1};
+}
 
-    std::vector<std::string> columns = co_await ColumnNames(destination_, to);
-    database::RowStore block(rows.Columns().size(), database::TextForm::Utf8);
+/// The source has answered in full before the destination is touched. A table is made in its database's
+/// character set, which is only changed where the database is there for this copy alone.
+gui::Task<> clsMySQLCopyDatabase::Transfer(Place from, Place to, bool keep, bool ownDatabase) {
+    Progress(from.table, 0);
+    database::BlockReader rows(source_);
+    {
+        const supervision::LongRequests large(source_);
+        co_await rows.Open("SELECT * FROM " + from.Name());
+    }
+    auto describe = [from](const SessionPtr& session) { return supervision::LayoutOf(session, from); };
+    const supervision::TableLayout layout = co_await source_.Call(describe);
+    auto make = [to, layout, keep, ownDatabase](const SessionPtr& session) {
+        if (ownDatabase)
+            supervision::SetCollation(session, to.database, layout.collation);
+        return supervision::MakeTable(session, to, layout, keep);
+    };
+    std::vector<std::string> columns = co_await destination_.Call(make);
+    database::RowStore block(rows.Columns().size(), TextForm::Utf8);
     block = co_await rows.Read(std::move(block));
     if (block.Rows() > 0 && columns.size() < rows.Columns().size())
         database::Raise(database::kItemNotFound);
@@ -249,46 +184,45 @@ Status clsMySQLCopyDatabase::CopyTable(std::string SourceDatabase, std::string S
     database::Transaction transaction(destination_);
     co_await transaction.Begin();
     database::BlockInserter inserter(destination_);
-    co_await inserter.Open(to, columns);
+    co_await inserter.Open(to.Name(), columns);
+    TableSum sum;
     while (block.Rows() > 0) {
+        sum.Add(block);
         block = co_await inserter.Insert(std::move(block));
-        Progress(SourceTable, inserter.Sent());
+        Progress(from.table, inserter.Sent());
         co_await gui::NextTurn();
         block.Clear();
         block = co_await rows.Read(std::move(block));
     }
     co_await transaction.Commit();
-    co_return std::int16_t{1};
+    copied_[from.table] = sum;
 }
 
-gui::Task<> clsMySQLCopyDatabase::CheckSource(std::string SourceDatabase) {
-    const std::vector<std::string> tables = co_await Names(source_, ShowTables(SourceDatabase));
-    std::string list;
-    for (const std::string& table : tables)
-        list += (list.empty() ? "" : ", ") + SourceDatabase + "." + database::Quoted(table);
-    if (list.empty())
-        co_return;
-    const database::Answer answer = co_await source_.ReadAll("CHECK TABLE " + list);
-    for (std::size_t row = 0; row < answer.Count(); ++row) {
-        const auto text = [&](const char* name) { return answer.At(row, answer.Position(name)).AsText(); };
-        // Notes and warnings tell of tables that are open, or of an engine that has nothing to check.
-        if (common::EqualsIgnoreCase(text("Msg_type"), "error"))
-            throw RuntimeError(kTableDamaged, text("Table") + " is damaged: " + text("Msg_text") +
-                                                  ". It is not copied; the earlier copy stays");
+gui::Task<supervision::TableSums> clsMySQLCopyDatabase::ReadBack(std::string DestinationDatabase) {
+    supervision::TableSums sums;
+    const std::vector<std::string> tables =
+        co_await NamesAside(destination_, supervision::ShowTables(DestinationDatabase));
+    for (const std::string& table : tables) {
+        const TableSum sum = co_await SumOf(destination_, DestinationDatabase + "." + table);
+        sums[table] = sum;
     }
+    co_return sums;
 }
 
 NameList clsMySQLCopyDatabase::ListOf(Connection& side, const char* missing, std::string sql) {
     if (!Require(side, missing))
         co_return std::vector<std::string>{};
-    std::vector<std::string> names = co_await Names(side, sql);
+    std::vector<std::string> names = co_await NamesAside(side, sql);
     co_return names;
 }
 
 ColumnTask clsMySQLCopyDatabase::ColumnsOf(Connection& side, const char* missing, std::string sql) {
     if (!Require(side, missing))
         co_return std::vector<Column>{};
-    std::vector<Column> columns = co_await Columns(side, sql);
+    auto ask = [sql](const SessionPtr& session) {
+        return supervision::Columns(session, sql, TextForm::Ansi);
+    };
+    std::vector<Column> columns = co_await side.Call(ask);
     co_return columns;
 }
 
@@ -297,11 +231,11 @@ NameList clsMySQLCopyDatabase::GetSourceDatabaseList() {
 }
 
 NameList clsMySQLCopyDatabase::GetSourceTableList(std::string SourceDatabase) {
-    return ListOf(source_, kNoSource, ShowTables(SourceDatabase));
+    return ListOf(source_, kNoSource, supervision::ShowTables(SourceDatabase));
 }
 
 ColumnTask clsMySQLCopyDatabase::GetSourceColumnList(std::string SourceDatabase, std::string SourceTable) {
-    return ColumnsOf(source_, kNoSource, ShowColumns(SourceDatabase, SourceTable) + ";");
+    return ColumnsOf(source_, kNoSource, supervision::ShowColumns({SourceDatabase, SourceTable}) + ";");
 }
 
 NameList clsMySQLCopyDatabase::GetDestinationDatabaseList() {
@@ -309,10 +243,11 @@ NameList clsMySQLCopyDatabase::GetDestinationDatabaseList() {
 }
 
 NameList clsMySQLCopyDatabase::GetDestinationTableList(std::string DestinationDatabase) {
-    return ListOf(destination_, kNoDestination, ShowTables(DestinationDatabase));
+    return ListOf(destination_, kNoDestination, supervision::ShowTables(DestinationDatabase));
 }
 
 ColumnTask clsMySQLCopyDatabase::GetDestinationColumnList(std::string DestinationDatabase,
                                                           std::string DestinationTable) {
-    return ColumnsOf(destination_, kNoDestination, ShowColumns(DestinationDatabase, DestinationTable) + ";");
+    return ColumnsOf(destination_, kNoDestination,
+                     supervision::ShowColumns({DestinationDatabase, DestinationTable}) + ";");
 }

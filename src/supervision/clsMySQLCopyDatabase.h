@@ -2,41 +2,30 @@
 
 #include "common/Property.h"
 #include "database/Connection.h"
+#include "supervision/TableLayout.h"
+#include "supervision/TableSum.h"
 
 #include <cstdint>
 #include <functional>
-#include <optional>
 #include <string>
 #include <vector>
 
 /// Copies tables and whole databases from one MySQL server to another over two connections. A copied table
 /// has the columns of the source, its primary key where that is one column, its engine where the destination
-/// knows it, and no default values and no other keys; tables, indexes and rights of the source are never
-/// changed.
+/// knows it, its character set, and no default values and no other keys; tables, indexes and rights of the
+/// source are never changed.
 ///
 /// The operations return 1 when they are done and 0 when they are not. What server or driver report is raised
 /// (database::Error); only a missing connection is told by SQLCopyError. One operation at a time.
 class clsMySQLCopyDatabase {
 public:
     using Status = gui::Task<std::int16_t>;
+    using Column = supervision::Column;
+    using NameList = gui::Task<std::vector<std::string>>;
+    using ColumnTask = gui::Task<std::vector<Column>>;
 
     /// The number of SQLCopyError.
     static constexpr long kNotConnected = 12345;
-
-    /// The number of the error that tells of a damaged table, as MySQL has it.
-    static constexpr long kTableDamaged = 1194;
-
-    /// A column as the server describes it.
-    struct Column {
-        std::string field;
-        std::string type;
-        std::string null; ///< "YES" where it may be null
-        std::string key;  ///< "PRI" where it belongs to the primary key
-        std::optional<std::string> defaultValue;
-        std::string extra;
-    };
-    using NameList = gui::Task<std::vector<std::string>>;
-    using ColumnTask = gui::Task<std::vector<Column>>;
 
     common::Property<std::string> SourceHostname;
     common::Property<std::string> SourceUsername;
@@ -73,8 +62,14 @@ public:
     /// a copy that fails has also lost the one before it.
     Status CopyDatabase(std::string SourceDatabase, std::string DestinationDatabase, bool NoDBDelete = false);
 
-    /// Has the source look through all tables of a database. Raises kTableDamaged, naming the table.
-    gui::Task<> CheckSource(std::string SourceDatabase);
+    /// What the tables that the last CopyDatabase has copied came to while their rows passed.
+    const supervision::TableSums& Copied() const { return copied_; }
+    /// What the tables of a database at the destination come to when they are read now.
+    gui::Task<supervision::TableSums> ReadBack(std::string DestinationDatabase);
+
+    /// The two sides, for what is asked of them beside copying.
+    database::Connection& Source() { return source_; }
+    database::Connection& Destination() { return destination_; }
 
     /// Empty without a connection.
     NameList GetSourceDatabaseList();
@@ -90,14 +85,9 @@ private:
     NameList ListOf(database::Connection& side, const char* missing, std::string sql);
     ColumnTask ColumnsOf(database::Connection& side, const char* missing, std::string sql);
     void Progress(const std::string& table, std::size_t rows) const;
+    gui::Task<> Transfer(supervision::Place from, supervision::Place to, bool keep, bool ownDatabase);
 
     database::Connection source_;
     database::Connection destination_;
+    supervision::TableSums copied_;
 };
-
-namespace supervision {
-
-/// The columns as a CREATE TABLE statement lists them.
-std::string ColumnList(const std::vector<clsMySQLCopyDatabase::Column>& columns);
-
-} // namespace supervision

@@ -1,19 +1,28 @@
 #include "supervision/fraBackup.h"
 
+#include "common/Files.h"
 #include "common/Numbers.h"
 #include "servers/modServerControl.h"
 #include "settings/kToolsSettings.h"
 #include "supervision/BackupArchive.h"
-#include "supervision/Backups.h"
+#include "supervision/BackupCheck.h"
+#include "supervision/BackupReport.h"
 #include "supervision/BackupWork.h"
+#include "supervision/FileBackup.h"
+#include "supervision/NextBackup.h"
+#include "supervision/RemoteBackup.h"
 #include "supervision/RestartAll.h"
 
 #include <algorithm>
+#include <cmath>
 #include <memory>
 
 using supervision::BackupAction;
 
 namespace {
+
+constexpr const char* kStayDown =
+    "The servers were shut down for a backup, and stay down until somebody starts them";
 
 constexpr const char* kImmediateShutdown =
     "The server will be shutdown after this message for immediate maintenances. Sorry for inconveniences";
@@ -28,6 +37,21 @@ public:
     ~Copying() { page_.copying_ = false; }
     Copying(const Copying&) = delete;
     Copying& operator=(const Copying&) = delete;
+
+private:
+    fraBackup& page_;
+};
+
+/// A backup is under way that would leave this behind if it were ended.
+class fraBackup::Unfinished {
+public:
+    Unfinished(fraBackup& page, const char* left) : page_(page) { page_.unfinished_ = left; }
+    ~Unfinished() {
+        page_.unfinished_.clear();
+        page_.replacing_ = false;
+    }
+    Unfinished(const Unfinished&) = delete;
+    Unfinished& operator=(const Unfinished&) = delete;
 
 private:
     fraBackup& page_;
@@ -66,9 +90,30 @@ gui::Task<> fraBackup::cmdEnableBackup_Click() {
     mnuEnableBackup_.Caption(on ? "Disable AutoBackup" : "Enable AutoBackup");
     mnuEnableBackup_.Checked(on);
     tmrBackup.Enabled(on);
+    lastTick_ = 0;
     ShowEnabled();
-    if (!on)
+    // Both servers may be slow to answer, and the button is not to be refused meanwhile.
+    if (on)
+        Start(Check(false));
+    else
         co_await OfferStart(false);
+}
+
+/// Tells what stands in the way of timed backups, and when nothing does only whoever asked.
+gui::Task<> fraBackup::Check(bool asked) {
+    const supervision::BackupSettings settings = Settings();
+    const std::string kept = txtNumOfBackup.Text();
+    const std::vector<std::string> findings =
+        co_await supervision::FindingsOnBackup(state_.kTools, state_.kerno, settings, kept);
+    if (findings.empty() && !asked)
+        co_return;
+    std::string text;
+    for (const std::string& finding : findings)
+        text += "- " + finding + ".\n";
+    if (text.empty())
+        text = "Nothing stands in the way of timed backups.\n";
+    Tell(text + "\n" + supervision::RetentionText(settings, kept) + ".",
+         findings.empty() ? MB_ICONINFORMATION : MB_ICONEXCLAMATION);
 }
 
 gui::Task<> fraBackup::cmdResetTimer_Click() {
@@ -110,15 +155,50 @@ gui::Task<> fraBackup::OfferStart(bool closing) {
     phase_.reset();
     if (answer == IDYES)
         gui::ToolTasks().Start(StartServersWhenFree(closed, state_.kerno));
+    else
+        ShowResult(kStayDown);
+}
+
+std::string fraBackup::ClosingQuestion() const {
+    if (!replacing_)
+        return {};
+    return "A backup to the remote server is under way. When it ends now, the copy there is incomplete, and "
+           "the "
+           "one before it is gone. End it all the same ?";
+}
+
+std::string fraBackup::LeavingQuestion() const {
+    const std::string question = ClosingQuestion();
+    if (!question.empty() || !(phase_ || closedByHand_))
+        return question;
+    return "A backup has shut the servers down. They stay down until somebody starts them. Leave all the "
+           "same ?";
+}
+
+void fraBackup::NoteClosing() {
+    if (!unfinished_.empty())
+        supervision::LogBackup("Ended in the middle with the control panel: " + unfinished_);
+    if (phase_ || closedByHand_)
+        supervision::LogBackup(kStayDown);
 }
 
 void fraBackup::ShowEnabled() {
     lblBackupStatus.Caption(tmrBackup.Enabled() ? "Backup is enabled" : "Backup is disabled");
 }
 
+/// Ticks that a backup has held up count, because the players were told when the servers are back. Those that
+/// were lost while the computer slept do not.
+long fraBackup::SecondsDue() {
+    constexpr ULONGLONG kSecond = 10'000'000;
+    ULONGLONG now = 0;
+    QueryUnbiasedInterruptTime(&now);
+    const ULONGLONG before = std::exchange(lastTick_, now);
+    const bool during = std::exchange(heldUp_, copying_) || copying_;
+    return during && before > 0 ? std::max(1L, std::lround(static_cast<double>(now - before) / kSecond)) : 1;
+}
+
 void fraBackup::tmrBackup_Timer() {
-    // Also while a backup runs: the players were told when the servers are back.
-    clock.Count();
+    clock.Count(SecondsDue());
     const supervision::BackupSettings settings = Settings();
     txtTimeLeft.Text(common::NumberText(supervision::MinutesLeft(clock.BackupSeconds(), settings)));
     try {
@@ -171,6 +251,7 @@ gui::Task<bool> fraBackup::Act(BackupAction action, supervision::BackupSettings 
             supervision::BackupClock& clock;
         } cycleEnd{clock};
         const std::optional<Phase> phase = std::exchange(phase_, {});
+        logged_.clear();
         if (settings.shutdownServers)
             StartServers(phase ? phase->closed : modServerControl::Predecessors::All(), state_.kerno);
     }
@@ -194,12 +275,20 @@ gui::Task<> fraBackup::TimedBackup(bool shutdownServers) {
     // The settings dialog writes this key to the tool's own file; an operator who wants timed backups puts it
     // into the servers' file.
     const std::string option = state_.kerno.INIProperty(settings::key::kBackupOption);
+    std::string made;
+    skipped_ = option == "2" ? ". No remote copy was made, and no older folder was deleted"
+                             : ". No older folder was deleted";
     if (option == "0" || option == "2")
-        co_await FileBackup();
+        made = co_await FileBackup();
+    skipped_ = ". No older folder was deleted";
     if (option == "1" || option == "2")
-        co_await RemoteBackup();
+        co_await RemoteBackup(false);
+    if (supervision::BackupCoverage(option).empty())
+        ShowResult("NO BACKUP was made. " + supervision::BackupOptionText(state_.kerno));
     supervision::PruneBackups(txtNumOfBackup.Text());
     txtTimeLeft.Text("");
+    if (!made.empty() && !common::FolderExists(supervision::BackupFolder() + "\\" + made))
+        ShowResult("WARNING: \"Backups to keep\" has deleted the backup that was just made");
 }
 
 gui::Task<> fraBackup::BackupByHand(Making backup) {
@@ -208,6 +297,8 @@ gui::Task<> fraBackup::BackupByHand(Making backup) {
         co_return;
     }
     const Copying copying(*this);
+    skipped_.clear();
+    logged_.clear();
     const bool anyRuns = std::ranges::any_of(modServerControl::kServers, modServerControl::IsRunning);
     if (!chkShutdownServers.Value() || !anyRuns) {
         co_await Make(backup);
@@ -234,17 +325,51 @@ gui::Task<> fraBackup::Make(Making backup) {
     }
 }
 
-gui::Task<> fraBackup::FileBackup() {
+gui::Task<> fraBackup::FileBackupByHand() {
+    co_await FileBackup();
+}
+
+/// Returns the name of the dated folder.
+gui::Task<std::string> fraBackup::FileBackup() {
+    const Unfinished unfinished(*this, "no folder was made");
     const std::function<void(const std::string&)> progress = [this](const std::string& file) {
         lblBackupStatus.Caption(file);
     };
-    co_await supervision::BackUpFiles(progress);
+    const bool lock = common::Val(state_.kTools.INIProperty(settings::key::kBackupLockTables)) != 0;
+    const supervision::FileBackup backup = co_await supervision::BackUpFiles(progress, state_.kerno, lock);
     ShowEnabled();
+    const std::string text = supervision::FileBackupText(backup);
+    if (backup.IsProven())
+        ShowProven(text);
+    else
+        ShowResult(text);
+    co_return backup.folder;
 }
 
-gui::Task<> fraBackup::RemoteBackup() {
-    co_await supervision::BackUpDatabases(SQLCopyTable, state_.kTools, state_.kerno);
+gui::Task<> fraBackup::RemoteBackup(bool ask) {
+    const Unfinished unfinished(*this, "the copy on the remote server is as it was");
+    const supervision::MayReplaceByEmpty mayReplace = [this, ask](const std::string& database,
+                                                                  const std::string& copy) {
+        return MayReplace(database, copy, ask);
+    };
+    const std::function<void()> begins = [this] {
+        replacing_ = true;
+        unfinished_ = "the copy on the remote server is INCOMPLETE";
+    };
+    const supervision::RemoteBackup backup =
+        co_await supervision::BackUpDatabases(SQLCopyTable, state_.kTools, state_.kerno, mayReplace, begins);
     ShowEnabled();
+    ShowProven(supervision::RemoteBackupText(backup));
+}
+
+/// Nobody is there to be asked by a timed backup.
+gui::Task<bool> fraBackup::MayReplace(std::string database, std::string copy, bool ask) {
+    if (!ask)
+        co_return false;
+    const std::string question = database + " has no rows, and its copy " + copy +
+                                 " on the remote server has some. Replace the copy by nothing ?";
+    const int answer = co_await MsgBox(question, MB_YESNO | MB_ICONEXCLAMATION);
+    co_return answer == IDYES;
 }
 
 gui::Task<> fraBackup::RestoreDatabase() {
@@ -253,8 +378,23 @@ gui::Task<> fraBackup::RestoreDatabase() {
     ShowEnabled();
 }
 
+void fraBackup::ShowProven(const std::string& text) {
+    ShowResult(text);
+    lastProven_ = lblBackupResult.Caption();
+}
+
+/// The line on the page and, unless the same was said there in this cycle, in the log.
+void fraBackup::ShowResult(const std::string& text) {
+    SYSTEMTIME now{};
+    GetLocalTime(&now);
+    lblBackupResult.Caption(supervision::AtTime(now, text));
+    if (logged_.insert(text).second)
+        supervision::LogBackup(text);
+}
+
 void fraBackup::ReportFailedBackup(const RuntimeError& error) {
     lblBackupStatus.Caption("Backup failed");
+    ShowResult("FAILED: " + error.Description() + skipped_);
     Report(error);
 }
 

@@ -13,6 +13,8 @@
 #include "supervision/PanelState.h"
 
 #include <optional>
+#include <set>
+#include <string>
 
 /// The control panel's page for the automatic backup and for backups by hand.
 class fraBackup final : public gui::TabPage {
@@ -21,10 +23,13 @@ public:
         : TabPage(panel, IDD_fraBackup), state_(state), mnuEnableBackup_(enableBackup) {}
 
     gui::Label lblBackupStatus{*this, IDC_fraBackup_lblBackupStatus};
+    /// How the last backup ended, for the operator who looks in the morning.
+    gui::Label lblBackupResult{*this, IDC_fraBackup_lblBackupResult};
     gui::TextBox txtTimeLeft{*this, IDC_fraBackup_txtTimeLeft, &fraBackup::txtTimeLeft_KeyPress};
     gui::CommandButton cmdEnableBackup{*this, IDC_fraBackup_cmdEnableBackup,
                                        &fraBackup::cmdEnableBackup_Click};
     gui::CommandButton cmdResetTimer{*this, IDC_fraBackup_cmdResetTimer, &fraBackup::cmdResetTimer_Click};
+    gui::CommandButton cmdCheckBackup{*this, IDC_fraBackup_cmdCheckBackup, &fraBackup::cmdCheckBackup_Click};
 
     gui::TextBox txtBackupMinutes{*this, IDC_fraBackup_txtBackupMinutes};
     gui::TextBox txtBackupDuration{*this, IDC_fraBackup_txtBackupDuration};
@@ -56,6 +61,16 @@ public:
     /// by hand starts them itself, unless the panel is `closing`.
     gui::Task<> OfferStart(bool closing);
 
+    /// What to ask before the panel is closed in the middle of a remote copy; "" when none would be lost.
+    std::string ClosingQuestion() const;
+    /// The same before the tool is left, also when servers are down for a backup.
+    std::string LeavingQuestion() const;
+    /// The panel is about to go: writes into the log what that leaves unfinished.
+    void NoteClosing();
+
+    /// What the last backup that was proven said, with its time; "" when there was none.
+    const std::string& LastProven() const { return lastProven_; }
+
     /// What the controls say now.
     supervision::BackupSettings Settings() const;
 
@@ -64,11 +79,13 @@ private:
     void txtTimeLeft_KeyPress(int& key) { key = 0; }
     gui::Task<> cmdEnableBackup_Click();
     gui::Task<> cmdResetTimer_Click();
-    gui::Task<> cmdBackupFiles_Click() { return BackupByHand(&fraBackup::FileBackup); }
-    gui::Task<> cmdBackupDatabase_Click() { return BackupByHand(&fraBackup::RemoteBackup); }
+    gui::Task<> cmdCheckBackup_Click() { return Check(true); }
+    gui::Task<> cmdBackupFiles_Click() { return BackupByHand(&fraBackup::FileBackupByHand); }
+    gui::Task<> cmdBackupDatabase_Click() { return BackupByHand(&fraBackup::RemoteBackupByHand); }
     void tmrBackup_Timer();
 
     class Copying;
+    class Unfinished;
     using Making = gui::Task<> (fraBackup::*)();
     /// The time in which the timed backup has the servers down.
     struct Phase {
@@ -76,14 +93,21 @@ private:
         modServerControl::Predecessors closed;
     };
 
+    gui::Task<> Check(bool asked);
+    long SecondsDue();
     gui::Task<bool> Act(supervision::BackupAction action, supervision::BackupSettings settings);
     gui::Task<> TimedBackup(bool shutdownServers);
     gui::Task<> BackupByHand(Making backup);
     gui::Task<> Make(Making backup);
     gui::Task<> ActOrReport(supervision::BackupAction action, supervision::BackupSettings settings);
-    gui::Task<> FileBackup();
-    gui::Task<> RemoteBackup();
+    gui::Task<> FileBackupByHand();
+    gui::Task<> RemoteBackupByHand() { return RemoteBackup(true); }
+    gui::Task<std::string> FileBackup();
+    gui::Task<> RemoteBackup(bool ask);
+    gui::Task<bool> MayReplace(std::string database, std::string copy, bool ask);
     void ShowEnabled();
+    void ShowProven(const std::string& text);
+    void ShowResult(const std::string& text);
     void ReportOnce(const RuntimeError& error, supervision::BackupAction action);
     void ReportFailedBackup(const RuntimeError& error);
     void Report(const RuntimeError& error);
@@ -94,6 +118,16 @@ private:
     std::optional<Phase> phase_;
     /// While a backup by hand has the servers down.
     std::optional<modServerControl::Predecessors> closedByHand_;
+    /// What is left when the backup under way is ended; "" when none is.
+    std::string unfinished_;
+    bool replacing_ = false; ///< the copy on the backup server is not whole at this moment
+    /// What a failure of the backup under way keeps from being done.
+    std::string skipped_;
     /// What the last tick failed with.
     std::string failure_;
+    std::string lastProven_;
+    /// What was written into the log in this cycle.
+    std::set<std::string> logged_;
+    bool heldUp_ = false;    ///< the ticks from here on may have been held up by a backup
+    ULONGLONG lastTick_ = 0; ///< 0: none since the backup was enabled
 };

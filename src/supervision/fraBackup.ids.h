@@ -17,3 +17,5 @@
 #define IDC_fraBackup_cmdBackupDatabase 1874
 #define IDC_fraBackup_cmdRestoreFiles 1875
 #define IDC_fraBackup_cmdRestoreDatabase 1876
+#define IDC_fraBackup_lblBackupResult 1877
+#define IDC_fraBackup_cmdCheckBackup 1878

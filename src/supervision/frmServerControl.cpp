@@ -37,6 +37,7 @@ void frmServerControl::ShowTonight() {
     GetLocalTime(&now);
     night.next = supervision::NextBackupText(state.kerno, backup.tmrBackup.Enabled(),
                                              backup.clock.BackupSeconds(), backup.Settings(), now);
+    night.last = backup.LastProven();
     lblTonight.Caption(supervision::NightText(night));
 }
 
@@ -46,6 +47,12 @@ void frmServerControl::UseServerFolder() {
 
 /// The settings are saved when nothing more is asked.
 gui::Task<bool> frmServerControl::Form_QueryUnload() {
+    const std::string question = backup.ClosingQuestion();
+    if (!question.empty()) {
+        const int answer = co_await MsgBox(question, MB_YESNO | MB_ICONEXCLAMATION);
+        if (answer != IDYES)
+            co_return false;
+    }
     co_await backup.OfferStart(true);
     for (;;) {
         const auto error = SaveSettings();
@@ -65,6 +72,7 @@ void frmServerControl::Form_EndSession() {
 }
 
 void frmServerControl::Form_Going() {
+    backup.NoteClosing();
     modSystemTray::TrayDeleteIcon(*this);
     inTray_ = false;
 }

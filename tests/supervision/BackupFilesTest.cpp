@@ -1,5 +1,6 @@
 #include "supervision/BackupArchive.h"
 #include "supervision/BackupWork.h"
+#include "supervision/TableProof.h"
 #include "support/Surroundings.h"
 
 namespace {
@@ -87,6 +88,41 @@ TEST_F(BackupFiles, APruneLeavesWhatLinksLeadToAndNoHalfFolder) {
     EXPECT_EQ(common::ReadFileText(target + "\\players.MYD"), "rows");
     // It is whole or it is gone.
     EXPECT_EQ(common::FolderExists(dated), common::FileExists(dated + "\\glogin\\b.MYD"));
+}
+
+TEST(TableProof, VerdictsComeFromTheIndexFilesHeader) {
+    // That of a table of one row, 60 bytes of data and an index of 2,048.
+    std::string index(100, '\0');
+    index.replace(0, 8, "\xFE\xFE\x07\x01\x00\x03\x01\xBD", 8);
+    index[26] = 0x39;
+    index[35] = 1;
+    index[66] = 8;
+    index[75] = 60;
+    const auto with = [&](std::size_t at, char byte) {
+        std::string changed = index;
+        changed[at] = byte;
+        return changed;
+    };
+    const std::string layout = "\xFE\x01\n";
+    const std::tuple<const char*, TableEvidence, Verdict> cases[] = {
+        {"as it is", {layout, index, 2048, 60, true}, Verdict::Proven},
+        {"written to", {layout, index, 2048, 60, false}, Verdict::Changed},
+        {"more rows than told", {layout, index, 2048, 80, true}, Verdict::Changed},
+        {"a longer index", {layout, index, 3072, 60, true}, Verdict::Changed},
+        {"cut data", {layout, index, 2048, 59, true}, Verdict::Unreadable},
+        {"a cut index", {layout, index, 1024, 60, true}, Verdict::Unreadable},
+        {"an index that is late", {layout, with(5, 0x43), 1024, 60, true}, Verdict::Changed},
+        {"marked as crashed", {layout, with(26, 0x3B), 2048, 60, true}, Verdict::Unreadable},
+        {"marked while repaired", {layout, with(26, 0x3D), 2048, 60, true}, Verdict::Unreadable},
+        {"another file", {layout, with(1, 0), 2048, 60, true}, Verdict::Unreadable},
+        {"a cut header", {layout, index.substr(0, 75), 75, 60, true}, Verdict::Unreadable},
+        {"no layout", {"", index, 2048, 60, true}, Verdict::Unreadable}};
+    for (const auto& [name, evidence, verdict] : cases) {
+        const TableVerdict found = VerdictOn(evidence);
+        EXPECT_EQ(found.verdict, verdict) << name;
+        EXPECT_EQ(found.reason.empty(), verdict == Verdict::Proven) << name;
+        EXPECT_EQ(found.rows, verdict == Verdict::Unreadable ? 0u : 1u) << name;
+    }
 }
 
 } // namespace

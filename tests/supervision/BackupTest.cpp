@@ -1,10 +1,6 @@
-#include "Panel.h"
+#include "Backup.h"
 
-#include "dbsetup/Schema.h"
-#include "supervision/BackupArchive.h"
-#include "supervision/Backups.h"
 #include "supervision/BackupWork.h"
-#include "support/Database.h"
 
 #include <limits>
 
@@ -104,77 +100,6 @@ TEST(BackupArchive, TheYoungestRemain) {
         EXPECT_EQ(FoldersToPrune(folders, kNow, kept), pruned) << kept;
 }
 
-/// A control panel over the ten tables on the real server, with a backup server beside it.
-struct Backup : Panel, support::Databases {
-    Backup() {
-        modServerControl::MySQLPath(support::DataFolder() + "\\..\\");
-        int number = 0;
-        for (const auto& database : suite::Databases()) {
-            root.Execute(dbsetup::CreateStatement(database));
-            for (const auto& table : database.tables) {
-                root.Execute(dbsetup::EngineForm(dbsetup::CreateStatement(table)));
-                tables.push_back(std::string(database.name) + "." + std::string(table.name));
-                // Every column takes a number.
-                std::string values;
-                for (std::size_t i = Rows(root, "SHOW COLUMNS FROM " + tables.back()).size(); i > 0; --i)
-                    values += (values.empty() ? "" : ",") + std::to_string(++number % 9);
-                root.Execute("INSERT INTO " + tables.back() + " VALUES (" + values + ")");
-            }
-        }
-        root.Execute("FLUSH TABLES;");
-        support::MakeLogin(root, "suite@localhost", "se{}cret");
-        support::MakeLogin(remote, "keeper@'%'", "pass;word");
-        for (const std::string database : {"glogin", "amcharacter", "amglobal"}) {
-            kerno.INIProperty(database + "name", "suite");
-            kerno.INIProperty(database + "pass", "se{}cret");
-        }
-        Set({{kBackupHostname, support::kRemoteServer},
-             {kBackupUsername, "keeper"},
-             {kBackupPassword, "pass;word"}});
-        panel.Load();
-        page.txtBackupMinutes.Text("60");
-        page.txtBackupDuration.Text("2");
-        page.txtNumOfBackup.Text("1");
-        page.txtBackupMessageInterval.Text("2");
-    }
-    ~Backup() override { modServerControl::MySQLPath(""); }
-
-    static std::vector<std::string> Sums(support::Client& connection, const std::string& prefix = {}) {
-        std::vector<std::string> sums;
-        for (const auto& database : suite::Databases())
-            std::ranges::copy(support::Checksums(connection, prefix + std::string(database.name)),
-                              std::back_inserter(sums));
-        return sums;
-    }
-    static std::vector<std::string> Folders() {
-        std::vector<std::string> names;
-        if (std::filesystem::exists(BackupFolder()))
-            for (const auto& entry : std::filesystem::directory_iterator(BackupFolder()))
-                names.push_back(entry.path().filename().string());
-        return names;
-    }
-    /// Ticks at the first second of a cycle and at that of its backup phase.
-    void TickWhenDue() {
-        page.clock.Reset();
-        page.tmrBackup.Tick();
-        for (int second = 2; second < 3600; ++second)
-            page.clock.Count();
-        page.tmrBackup.Tick();
-    }
-
-    /// The same, and the backup is over.
-    void BackUpByTheClock() {
-        TickWhenDue();
-        EXPECT_TRUE(support::Settle(std::chrono::minutes(3)));
-    }
-
-    support::MessageBoxes boxes;
-    std::vector<std::string> tables;
-    gui::Local<frmServerControl> held;
-    frmServerControl& panel = *held;
-    fraBackup& page = panel.backup;
-};
-
 TEST_F(Backup, ATimedBackupRunsAsTheServersFileSays) {
     const std::tuple<const char*, bool, bool> cases[] = {
         {"", false, false}, {"3", false, false}, {"0", true, false}, {"1", false, true}, {"2", true, true}};
@@ -238,6 +163,8 @@ TEST_F(Backup, FailuresAreShownOnceAndTheNextBackupWorks) {
     expectOneBox("53] File not found (2: ");
     EXPECT_TRUE(Folders().empty());
     EXPECT_FALSE(BackupWork::IsLeft());
+    EXPECT_NE(page.lblBackupResult.Caption().find("FAILED: File not found (2: "), std::string::npos);
+    EXPECT_NE(Log("Backup.log").find("No remote copy was made, and no older"), std::string::npos);
     root.Execute("CREATE TABLE amcharacter.flaginfo LIKE amcharacter.iteminfo");
     // A copy that cannot be made anew stays as it was. By then it may be the next minute.
     std::vector<std::string> copies;
@@ -300,32 +227,6 @@ TEST_F(Backup, ByHandTheSuiteGoesDownAndComesUp) {
     for (const Server server : kServers)
         EXPECT_TRUE(WaitUntil([&] { return servers.MainWindow(server) != nullptr; }));
     EXPECT_EQ(Sums(remote, "bk_"), Sums(root));
-}
-
-TEST_F(Backup, ADamagedTableCostsNoEarlierCopy) {
-    kerno.INIProperty(kBackupOption, "1");
-    BackUpByTheClock();
-    const auto copies = Sums(remote, "bk_");
-    root.Execute("INSERT INTO amglobal.party SELECT seq + 100, REPEAT('x', 1000) FROM glogin.seq_1_to_100");
-    root.Execute("FLUSH TABLES");
-    std::filesystem::resize_file(support::DataFolder() + "\\amglobal\\party.MYD", 5000);
-    BackUpByTheClock();
-    ASSERT_EQ(boxes.Seen().size(), 1u);
-    EXPECT_TRUE(boxes.Texts()[0].starts_with("Kerno Tools Error :: [1194] amglobal.party is damaged: "))
-        << boxes.Texts()[0];
-    EXPECT_EQ(Sums(remote, "bk_"), copies);
-}
-
-TEST_F(Backup, EndsWithThePanel) {
-    page.SQLCopyTable.CopyProgress = [&](const std::string& table, std::size_t) {
-        if (table == "charinfo")
-            panel.Unload();
-    };
-    kerno.INIProperty(kBackupOption, "1");
-    BackUpByTheClock();
-    EXPECT_FALSE(panel.Loaded());
-    EXPECT_EQ(Rows(remote, "SHOW DATABASES LIKE 'bk\\_%'"),
-              (std::vector<std::string>{"bk_amcharacter", "bk_glogin"}));
 }
 
 } // namespace

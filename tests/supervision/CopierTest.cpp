@@ -141,32 +141,79 @@ TEST_F(Copier, ACopyThatWasEndedInTheMiddleIsMadeAnew) {
     EXPECT_EQ(Checksums(remote, "bk"), before);
 }
 
-TEST_F(Copier, CharacterSetsAndEnginesSurviveAServerWithOtherDefaults) {
+TEST_F(Copier, CharacterSetsSurviveAServerWithAnotherDefault) {
     const std::string server = Rows(remote, "SELECT @@GLOBAL.collation_server")[0];
-    const std::pair<const char*, const char*> cases[] = {{"latin1_bin", "utf8mb4_general_ci"},
-                                                         {"utf8mb4_bin", "latin1_swedish_ci"},
-                                                         {"cp932_bin", "latin1_swedish_ci"},
-                                                         {"latin1_bin", "cp932_japanese_ci"}};
-    for (const auto& [source, destination] : cases) {
-        remote.Execute("SET GLOBAL collation_server = " + std::string(destination));
+    const std::string japan = "\xE6\x97\xA5\xE6\x9C\xAC";
+    const std::string e = "\xC3\xA9";
+    const std::tuple<std::string, std::string, std::string> cases[] = {
+        {"latin1_bin", "utf8mb4_general_ci", e},   {"utf8mb4_bin", "latin1_swedish_ci", japan},
+        {"utf8mb4_bin", "cp932_japanese_ci", e},   {"cp932_bin", "utf8mb4_general_ci", japan},
+        {"cp932_bin", "latin1_swedish_ci", japan}, {"latin1_bin", "cp932_japanese_ci", e}};
+    for (const auto& [source, destination, text] : cases) {
+        remote.Execute("SET GLOBAL collation_server = " + destination);
         root.Execute("DROP DATABASE glogin");
-        root.Execute("CREATE DATABASE glogin COLLATE " + std::string(source));
-        // Names that only letter case tells apart, and letters that the other set lacks.
-        const std::string letters = *source == 'l' ? "_latin1 0xE9" : "_utf8mb4 0xE697A5E69CAC";
-        root.Execute("CREATE TABLE glogin.t (name varchar(20) NOT NULL PRIMARY KEY) ENGINE=MyISAM");
-        root.Execute("INSERT INTO glogin.t VALUES ('a'), ('A'), (" + letters + ")");
-        root.Execute("CREATE TABLE glogin.gone (a int) ENGINE=MEMORY");
-        root.Execute("INSERT INTO glogin.gone VALUES (7)");
+        root.Execute("CREATE DATABASE glogin COLLATE " + source);
+        const auto run = [&](const std::string& sql) {
+            database::Execute(root.Session(), sql, database::TextForm::Utf8);
+        };
+        // Names that only letter case tells apart.
+        run("CREATE TABLE glogin.t (name varchar(20) NOT NULL PRIMARY KEY, e enum('" + text + "','x'))");
+        run("INSERT INTO glogin.t VALUES ('a', 'x'), ('A', '" + text + "'), ('" + text + "', NULL)");
+        run("CREATE TABLE glogin.other (e enum('" + japan + "')) COLLATE utf8mb4_bin");
+        run("INSERT INTO glogin.other VALUES ('" + japan + "')");
         Connect();
         EXPECT_EQ(support::Run(copier.CopyDatabase("glogin", "bk_glogin")), 1)
             << source << ' ' << destination;
         EXPECT_EQ(Checksums(remote, "bk_glogin"), Checksums(root, "glogin")) << source << ' ' << destination;
-        EXPECT_EQ(Rows(remote,
-                       "SELECT ENGINE FROM information_schema.tables WHERE TABLE_SCHEMA = 'bk_glogin' "
-                       "ORDER BY TABLE_NAME"),
-                  (std::vector<std::string>{"InnoDB", "MyISAM"}));
+        EXPECT_EQ(supervision::Differences(copier.Copied(), support::Run(copier.ReadBack("bk_glogin"))), "");
+        EXPECT_EQ(Rows(remote, "SELECT HEX(name), HEX(e) FROM bk_glogin.t ORDER BY name"),
+                  Rows(root, "SELECT HEX(name), HEX(e) FROM glogin.t ORDER BY name"));
     }
     remote.Execute("SET GLOBAL collation_server = " + server);
+}
+
+TEST_F(Copier, AnythingElseAtTheDestinationIsFound) {
+    root.Execute("CREATE TABLE glogin.t (id int NOT NULL PRIMARY KEY, b blob, r double, n varchar(9))");
+    root.Execute("INSERT INTO glogin.t SELECT seq, REPEAT('x', 500), seq / 7, NULL FROM " +
+                 support::Numbers(1, 3000));
+    root.Execute("CREATE TABLE glogin.twice (id int)");
+    root.Execute("INSERT INTO glogin.twice VALUES (1), (1), (2)");
+    Connect();
+    support::Run(copier.CopyDatabase("glogin", "bk"));
+    const auto differences = [&] {
+        return supervision::Differences(copier.Copied(), support::Run(copier.ReadBack("bk")));
+    };
+    EXPECT_EQ(differences(), "");
+    remote.Execute("ALTER TABLE bk.t ORDER BY id DESC");
+    EXPECT_EQ(differences(), "");
+    const std::pair<const char*, const char*> cases[] = {
+        {"UPDATE bk.t SET b = INSERT(b, 77, 1, 'y') WHERE id = 1500", "t (other values)"},
+        {"UPDATE bk.t SET b = REPEAT('x', 500), n = '' WHERE id = 1500", "t (other values)"},
+        {"UPDATE bk.t SET n = NULL, r = r + 1e-9 WHERE id = 1500", "t (other values)"},
+        {"UPDATE bk.t SET r = 1500 / 7 WHERE id = 1500", ""},
+        {"DELETE FROM bk.t WHERE id = 1", "t (2,999 of 3,000 rows)"},
+        {"UPDATE bk.twice SET id = 2", "t (2,999 of 3,000 rows), twice (other values)"},
+        {"DROP TABLE bk.t", "t (missing), twice (other values)"},
+        {"CREATE TABLE bk.more (id int)", "t (missing), twice (other values), more (not in the source)"}};
+    for (const auto& [statement, found] : cases) {
+        remote.Execute(statement);
+        EXPECT_EQ(differences(), found) << statement;
+    }
+}
+
+TEST_F(Copier, EnginesThatKeepNoRowsBecomeOnesThatDo) {
+    root.Execute("CREATE TABLE glogin.mine (a int) ENGINE=MyISAM");
+    root.Execute("CREATE TABLE glogin.gone (a int) ENGINE=MEMORY");
+    root.Execute("CREATE TABLE glogin.both (a int) ENGINE=MERGE UNION=(glogin.mine)");
+    for (const char* table : {"mine", "gone"})
+        root.Execute("INSERT INTO glogin." + std::string(table) + " VALUES (7)");
+    Connect();
+    EXPECT_EQ(support::Run(copier.CopyDatabase("glogin", "bk")), 1);
+    EXPECT_EQ(Rows(remote,
+                   "SELECT TABLE_NAME, ENGINE FROM information_schema.tables WHERE TABLE_SCHEMA = 'bk' "
+                   "ORDER BY TABLE_NAME"),
+              (std::vector<std::string>{"both|InnoDB", "gone|InnoDB", "mine|MyISAM"}));
+    EXPECT_EQ(Rows(remote, "SELECT a FROM bk.both"), std::vector<std::string>{"7"});
 }
 
 } // namespace
