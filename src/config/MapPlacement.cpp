@@ -38,6 +38,43 @@ POINT PointOf(double x, double y, const RECT& bounds, Cell highest) {
     return {Clamped(std::nearbyint(left)), Clamped(std::nearbyint(top))};
 }
 
+namespace {
+
+/// Moved as little as makes it cover the window.
+RECT Covering(RECT picture, const RECT& window) {
+    const LONG right = std::min(0L, window.left - picture.left) + std::max(0L, window.right - picture.right);
+    const LONG down = std::min(0L, window.top - picture.top) + std::max(0L, window.bottom - picture.bottom);
+    OffsetRect(&picture, right, down);
+    return picture;
+}
+
+/// How far to move so that `at` lies between the ends.
+LONG Into(LONG at, LONG from, LONG to) {
+    return std::clamp(at, from, to) - at;
+}
+
+} // namespace
+
+RECT Zoomed(const RECT& picture, const RECT& window, POINT around, double factor, LONG largest) {
+    const double width = picture.right - picture.left;
+    const double height = picture.bottom - picture.top;
+    const double least = (window.right - window.left) / width;
+    const double scale = std::clamp(factor, least, std::max(least, largest / width));
+    const LONG left = std::lround(around.x - (around.x - picture.left) * scale);
+    const LONG top = std::lround(around.y - (around.y - picture.top) * scale);
+    return Covering({left, top, left + std::lround(width * scale), top + std::lround(height * scale)},
+                    window);
+}
+
+RECT BroughtIntoView(const RECT& picture, const RECT& window, POINT point) {
+    const LONG quarterX = (window.right - window.left) / 4;
+    const LONG quarterY = (window.bottom - window.top) / 4;
+    RECT moved = picture;
+    OffsetRect(&moved, Into(point.x, window.left + quarterX, window.right - quarterX),
+               Into(point.y, window.top + quarterY, window.bottom - quarterY));
+    return Covering(moved, window);
+}
+
 RECT FitInto(const RECT& area, SIZE picture) {
     const LONG width = area.right - area.left;
     const LONG height = area.bottom - area.top;

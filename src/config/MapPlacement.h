@@ -32,4 +32,13 @@ POINT PointOf(double x, double y, const RECT& bounds, Cell highest);
 /// The largest place for the picture in the middle of the area that keeps the picture's shape.
 RECT FitInto(const RECT& area, SIZE picture);
 
+/// The place of the picture after it was made larger (or smaller, for a factor below 1) around a point that
+/// stays where it is. The picture goes on covering `window`, in which it is seen, and is at most `largest`
+/// pixels wide.
+RECT Zoomed(const RECT& picture, const RECT& window, POINT around, double factor, LONG largest);
+
+/// The place of the picture moved as little as brings the point of it into the middle half of `window`, which
+/// it goes on covering.
+RECT BroughtIntoView(const RECT& picture, const RECT& window, POINT point);
+
 } // namespace config

@@ -20,9 +20,12 @@ public:
     gui::ListBox lstMapList{*this, IDC_frmStartingLocationPicker_lstMapList,
                             &frmStartingLocationPicker::lstMapList_Click};
     gui::Frame fraMapPreview{*this, IDC_frmStartingLocationPicker_fraMapPreview};
-    gui::Picture imgMap{*this, IDC_frmStartingLocationPicker_imgMap,
+    gui::Picture imgMap{*this,
+                        IDC_frmStartingLocationPicker_imgMap,
                         &frmStartingLocationPicker::imgMap_MouseDown,
-                        &frmStartingLocationPicker::imgMap_MouseMove};
+                        &frmStartingLocationPicker::imgMap_MouseMove,
+                        &frmStartingLocationPicker::imgMap_KeyDown,
+                        &frmStartingLocationPicker::imgMap_Wheel};
     gui::Shape shpCurrentLocation{*this, IDC_frmStartingLocationPicker_shpCurrentLocation};
     gui::Label lblMap{*this, IDC_frmStartingLocationPicker_lblMap};
     gui::TextBox txtCurrentX{*this, IDC_frmStartingLocationPicker_txtCurrentX,
@@ -32,6 +35,8 @@ public:
     gui::Label lblAhaha{*this, IDC_frmStartingLocationPicker_lblAhaha};
     gui::Label lblCurrentX{*this, IDC_frmStartingLocationPicker_lblCurrentX};
     gui::Label lblCurrentY{*this, IDC_frmStartingLocationPicker_lblCurrentY};
+    gui::Label lblX{*this, IDC_frmStartingLocationPicker_lblX};
+    gui::Label lblY{*this, IDC_frmStartingLocationPicker_lblY};
     gui::CommandButton cmdOK{*this, IDC_frmStartingLocationPicker_cmdOK,
                              &frmStartingLocationPicker::cmdOK_Click};
     gui::CommandButton cmdCancel{*this, IDC_frmStartingLocationPicker_cmdCancel,
@@ -41,6 +46,9 @@ public:
     /// in the list leaves the first one chosen.
     void ImportLocationData(const std::string& mapName, std::int16_t x, std::int16_t y);
 
+    /// Makes the window no higher than that, in pixels; list and picture give way.
+    void TakeHeight(LONG height);
+
 private:
     void Form_Load() override;
     gui::CommandButton* CancelButton() override { return &cmdCancel; }
@@ -48,6 +56,9 @@ private:
     void lstMapList_Click();
     void imgMap_MouseDown(gui::MouseButton button, int x, int y);
     void imgMap_MouseMove(int x, int y);
+    /// The arrow keys go on by a cell, with Ctrl by ten; plus and minus zoom.
+    void imgMap_KeyDown(int& key);
+    void imgMap_Wheel(int notches, POINT at);
     void txtCurrentX_Change();
     void txtCurrentY_Change();
     void cmdOK_Click();
@@ -58,6 +69,10 @@ private:
     config::Cell CellUnder(int x, int y) const;
     void AcceptTyped(bool acceptable);
     void CentreMarkerOn(POINT point);
+    void ShowMarker(bool shown);
+    void Zoom(int notches, POINT around);
+    void Lay(const RECT& whole);
+    POINT TypedPoint() const;
 
     gui::TextBox& resultMapName_;
     gui::TextBox& resultX_;
@@ -65,4 +80,6 @@ private:
     clsMapInfo mapInfo_;
     config::Cell max_;
     RECT pictureArea_{};
+    RECT whole_{}; ///< where the whole picture lies in the form; more than is seen of it after zooming
+    bool centred_ = false; ///< the marker stands with its middle on the place
 };

@@ -13,3 +13,5 @@
 #define IDC_frmStartingLocationPicker_cmdOK 1710
 #define IDC_frmStartingLocationPicker_cmdCancel 1711
 #define IDC_frmStartingLocationPicker_shpCurrentLocation 1712
+#define IDC_frmStartingLocationPicker_lblX 1713
+#define IDC_frmStartingLocationPicker_lblY 1714

@@ -45,6 +45,7 @@ void Picture::Attached() {
 void Picture::Load(const std::string& path) {
     const std::string bytes = common::ReadFileText(path);
     bitmap_.reset();
+    whole_.reset();
     IStream* stream =
         SHCreateMemStream(reinterpret_cast<const BYTE*>(bytes.data()), static_cast<UINT>(bytes.size()));
     if (stream) {
@@ -57,8 +58,14 @@ void Picture::Load(const std::string& path) {
     InvalidateRect(Window(), nullptr, FALSE);
 }
 
+void Picture::Lay(const RECT& whole) {
+    whole_ = whole;
+    InvalidateRect(Window(), nullptr, FALSE);
+}
+
 void Picture::Clear() {
     bitmap_.reset();
+    whole_.reset();
     InvalidateRect(Window(), nullptr, FALSE);
 }
 
@@ -81,12 +88,23 @@ void Picture::Draw(const DRAWITEMSTRUCT& item) {
     // Sharp cells rather than a blur, and the first pixel in the corner rather than half outside.
     graphics.SetInterpolationMode(Gdiplus::InterpolationModeNearestNeighbor);
     graphics.SetPixelOffsetMode(Gdiplus::PixelOffsetModeHalf);
-    graphics.DrawImage(bitmap_.get(), static_cast<int>(item.rcItem.left), static_cast<int>(item.rcItem.top),
-                       static_cast<int>(item.rcItem.right - item.rcItem.left),
-                       static_cast<int>(item.rcItem.bottom - item.rcItem.top));
+    const RECT place = whole_.value_or(item.rcItem);
+    graphics.DrawImage(bitmap_.get(), static_cast<int>(place.left), static_cast<int>(place.top),
+                       static_cast<int>(place.right - place.left),
+                       static_cast<int>(place.bottom - place.top));
+    if (GetFocus() == Window())
+        DrawFocusRect(item.hDC, &item.rcItem);
 }
 
-bool Picture::Message(HWND /*window*/, UINT message, WPARAM& /*wParam*/, LPARAM lParam) {
+bool Picture::Key(int virtualKey) {
+    if (!keyDown_)
+        return false;
+    int key = virtualKey;
+    keyDown_(key);
+    return key == 0;
+}
+
+bool Picture::Message(HWND window, UINT message, WPARAM& wParam, LPARAM lParam) {
     const int x = static_cast<short>(LOWORD(lParam));
     const int y = static_cast<short>(HIWORD(lParam));
     if (message == WM_MOUSEMOVE && mouseMove_)
@@ -95,8 +113,20 @@ bool Picture::Message(HWND /*window*/, UINT message, WPARAM& /*wParam*/, LPARAM 
                                                          {WM_RBUTTONDOWN, MouseButton::Right},
                                                          {WM_MBUTTONDOWN, MouseButton::Middle}};
     for (const auto& [press, button] : kPresses)
-        if (message == press && mouseDown_)
-            Raise([&] { mouseDown_(button, x, y); });
+        if (message == press) {
+            if (GetWindowLongPtrA(window, GWL_STYLE) & WS_TABSTOP)
+                SetFocus();
+            if (mouseDown_)
+                Raise([&] { mouseDown_(button, x, y); });
+        }
+    if (message == WM_SETFOCUS || message == WM_KILLFOCUS)
+        InvalidateRect(window, nullptr, FALSE);
+    if (message == WM_MOUSEWHEEL && wheel_) {
+        POINT at{x, y};
+        ScreenToClient(window, &at);
+        Raise([&] { wheel_(GET_WHEEL_DELTA_WPARAM(wParam) / WHEEL_DELTA, at); });
+        return true;
+    }
     return false;
 }
 

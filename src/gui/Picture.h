@@ -2,6 +2,8 @@
 
 #include "gui/Control.h"
 
+#include <optional>
+
 namespace Gdiplus {
 class Bitmap;
 }
@@ -9,13 +11,23 @@ class Bitmap;
 namespace gui {
 
 /// Shows a GIF picture, scaled to the control with sharp edges, or a text where there is none. The template
-/// gives it SS_OWNERDRAW, SS_NOTIFY and WS_CLIPSIBLINGS.
+/// gives it SS_OWNERDRAW, SS_NOTIFY and WS_CLIPSIBLINGS. With WS_TABSTOP it takes the keyboard, also by a
+/// press.
 class Picture : public Control {
 public:
     template <class F, class C = F>
     Picture(F& form, int id, void (C::*mouseDown)(MouseButton, int, int) = nullptr,
             void (C::*mouseMove)(int, int) = nullptr)
         : Picture(form, id, Bind(form, mouseDown), Bind(form, mouseMove)) {}
+    /// `keyDown` gets each key that goes down here and sets the ones that it uses to 0; `wheel` the notches
+    /// that the wheel was turned away from the user, and where.
+    template <class F, class C = F>
+    Picture(F& form, int id, void (C::*mouseDown)(MouseButton, int, int), void (C::*mouseMove)(int, int),
+            void (C::*keyDown)(int&), void (C::*wheel)(int, POINT))
+        : Picture(form, id, Bind(form, mouseDown), Bind(form, mouseMove)) {
+        keyDown_ = Bind(form, keyDown);
+        wheel_ = Bind(form, wheel);
+    }
     ~Picture() override;
 
     /// Shows the picture in the file; a file that is no picture shows none. Raises the file error when the
@@ -23,6 +35,9 @@ public:
     void Load(const std::string& path);
     /// Shows no picture.
     void Clear();
+    /// Where the whole picture lies, in the control's coordinates; the control shows what is inside of it. A
+    /// new picture fills the control.
+    void Lay(const RECT& whole);
     /// What is seen in the middle while there is no picture.
     void TextWithoutPicture(const std::string& text) { textWithoutPicture_ = text; }
     bool Empty() const { return !bitmap_; }
@@ -33,8 +48,12 @@ private:
     Picture(Form& form, int id, MouseHandler mouseDown, std::function<void(int, int)> mouseMove);
     void Attached() override;
     void Draw(const DRAWITEMSTRUCT& item) override;
+    bool Key(int virtualKey) override;
     bool Message(HWND window, UINT message, WPARAM& wParam, LPARAM lParam) override;
 
+    KeyHandler keyDown_;
+    std::function<void(int, POINT)> wheel_;
+    std::optional<RECT> whole_;
     MouseHandler mouseDown_;
     std::function<void(int, int)> mouseMove_;
     std::unique_ptr<Gdiplus::Bitmap> bitmap_;

@@ -4,8 +4,6 @@
 
 namespace gui {
 
-namespace {
-
 RECT WorkAreaAround(HWND window) {
     MONITORINFO monitor{};
     monitor.cbSize = sizeof monitor;
@@ -15,8 +13,6 @@ RECT WorkAreaAround(HWND window) {
     SystemParametersInfoA(SPI_GETWORKAREA, 0, &work, 0);
     return work;
 }
-
-} // namespace
 
 POINT PlaceOver(SIZE size, const RECT& over, const RECT& work) {
     return {std::clamp((over.left + over.right - size.cx) / 2, work.left,

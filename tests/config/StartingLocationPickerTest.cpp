@@ -1,6 +1,7 @@
 #include "config/frmStartingLocationPicker.h"
 
 #include "Configurator.h"
+#include "support/Keyboard.h"
 
 #include <cmath>
 
@@ -37,6 +38,24 @@ TEST(MapPlacement, CellsAndPointsOfThePicture) {
     EXPECT_EQ(TextOf(config::FitInto(bounds, {50, 50})), "10 120 210 320");
     EXPECT_EQ(TextOf(config::FitInto(bounds, {1000, 4000})), "60 20 160 420");
     EXPECT_EQ(TextOf(config::FitInto(bounds, {0, 0})), TextOf(bounds));
+}
+
+TEST(MapPlacement, ZoomsAroundAPointAndKeepsTheWindowCovered) {
+    const RECT window{10, 20, 210, 420};
+    const std::tuple<const char*, RECT, std::string> cases[] = {
+        {"around a corner", config::Zoomed(window, window, {10, 20}, 2, 9999), "10 20 410 820"},
+        {"around the middle", config::Zoomed(window, window, {110, 220}, 2, 9999), "-90 -180 310 620"},
+        {"no smaller than the window", config::Zoomed(window, window, {50, 60}, 0.5, 9999), "10 20 210 420"},
+        {"no larger than is useful", config::Zoomed(window, window, {10, 20}, 9, 300), "10 20 310 620"},
+        {"back over the edge", config::Zoomed({10, 20, 410, 820}, window, {210, 420}, 0.6, 9999),
+         "10 20 250 500"},
+        {"in view already", config::BroughtIntoView({10, 20, 410, 820}, window, {100, 200}), "10 20 410 820"},
+        {"to the right", config::BroughtIntoView({10, 20, 410, 820}, window, {300, 200}), "-130 20 270 820"},
+        {"not over the edge", config::BroughtIntoView({10, 20, 410, 820}, window, {410, 820}),
+         "-190 -380 210 420"},
+    };
+    for (const auto& [what, place, expected] : cases)
+        EXPECT_EQ(TextOf(place), expected) << what;
 }
 
 class StartingLocationPicker : public Configurator {
@@ -140,6 +159,58 @@ TEST_F(StartingLocationPicker, ClicksAndTypedCellsMoveTheMarker) {
     EXPECT_TRUE(picker.cmdOK.Enabled());
     picker.lstMapList.ListIndex(0);
     EXPECT_FALSE(picker.cmdOK.Enabled());
+}
+
+TEST_F(StartingLocationPicker, ArrowKeysGoByACellAndEveryCellCanBeReachedByZooming) {
+    Import("wide", 10, 10);
+    picker.Show();
+    const auto typed = [&] { return picker.txtCurrentX.Text() + "," + picker.txtCurrentY.Text(); };
+    picker.imgMap.SetFocus();
+    const std::tuple<int, std::initializer_list<int>, const char*> keys[] = {
+        {VK_RIGHT, {}, "11,10"},         {VK_UP, {}, "11,11"},
+        {VK_DOWN, {}, "11,10"},          {VK_LEFT, {VK_CONTROL}, "1,10"},
+        {VK_LEFT, {VK_CONTROL}, "0,10"}, {VK_DOWN, {VK_CONTROL}, "0,0"},
+        {VK_UP, {VK_CONTROL}, "0,10"}};
+    for (const auto& [key, held, expected] : keys) {
+        support::PressKey(key, held);
+        EXPECT_EQ(typed(), expected);
+        EXPECT_EQ(GetFocus(), picker.imgMap.Window());
+    }
+    EXPECT_EQ(State(), Shown(-half, std::lround(h * 0.8) - half));
+    const POINT at{w / 3, h / 3};
+    POINT mouse = at;
+    ClientToScreen(picker.imgMap.Window(), &mouse);
+    std::string before;
+    for (int notch = 0; notch < 30; ++notch)
+        SendMessageA(picker.imgMap.Window(), WM_MOUSEWHEEL, MAKEWPARAM(0, WHEEL_DELTA),
+                     MAKELPARAM(mouse.x, mouse.y));
+    for (int x = at.x; x < at.x + 40; ++x) {
+        SendMessageA(picker.imgMap.Window(), WM_LBUTTONDOWN, 0, MAKELPARAM(x, at.y));
+        const int cell = std::stoi(picker.txtCurrentX.Text());
+        EXPECT_TRUE(before.empty() || cell - std::stoi(before) <= 1) << "a cell cannot be reached";
+        before = picker.txtCurrentX.Text();
+    }
+    EXPECT_NEAR(std::stoi(before), 100 / 3 + 2, 2) << "the place under the mouse stays there";
+    support::PressKey(VK_RIGHT, {});
+    EXPECT_TRUE(picker.shpCurrentLocation.Visible());
+}
+
+TEST_F(StartingLocationPicker, FitsASmallScreen) {
+    Import("wide", 10, 10);
+    RECT window;
+    GetWindowRect(picker.Window(), &window);
+    const LONG height = window.bottom - window.top - 100;
+    picker.TakeHeight(height);
+    picker.lstMapList.ListIndex(0);
+    GetWindowRect(picker.Window(), &window);
+    EXPECT_EQ(window.bottom - window.top, height);
+    RECT client;
+    GetClientRect(picker.Window(), &client);
+    const RECT frame = picker.fraMapPreview.Bounds();
+    const RECT map = picker.imgMap.Bounds();
+    const RECT ok = picker.cmdOK.Bounds();
+    EXPECT_TRUE(map.bottom <= frame.bottom && frame.bottom <= picker.lblAhaha.Bounds().top);
+    EXPECT_LT(ok.bottom, client.bottom);
 }
 
 TEST_F(StartingLocationPicker, HandsThePlaceToTheConfigurator) {
