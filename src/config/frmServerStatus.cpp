@@ -1,5 +1,6 @@
 #include "config/frmServerStatus.h"
 
+#include "common/Files.h"
 #include "common/Numbers.h"
 #include "common/Text.h"
 #include "config/ZoneTitle.h"
@@ -7,6 +8,8 @@
 #include "gui/ToolTips.h"
 #include "servers/modServerControl.h"
 #include "servers/WindowOrigin.h"
+
+#include <shellapi.h>
 
 void frmServerStatus::Form_Load() {
     kTools_.INIPath(settings::kToolsIniPath());
@@ -60,6 +63,35 @@ void frmServerStatus::SwitchLog(modServerControl::Server server) {
     const Channel& channel = channels_[static_cast<std::size_t>(server)];
     channel.mnuLog.Checked(!channel.mnuLog.Checked());
     kTools_.INIProperty(channel.key, channel.mnuLog.Checked() ? "-1" : "0");
+}
+
+void frmServerStatus::FindIn(modServerControl::Server server) {
+    const Channel& channel = channels_[static_cast<std::size_t>(server)];
+    find_.OpenFor(*this, channel.box, channel.name);
+}
+
+bool frmServerStatus::Form_Key(HWND control, int virtualKey) {
+    const bool opens = virtualKey == 'F' && GetKeyState(VK_CONTROL) < 0;
+    if (virtualKey == VK_F3 && find_.Loaded()) {
+        find_.cmdNext.Press();
+    } else if (opens || virtualKey == VK_F3) {
+        const auto focused =
+            std::ranges::find(channels_, control, [](const Channel& each) { return each.box.Window(); });
+        FindIn(focused != channels_.end() ? focused->server : modServerControl::Server::Zone);
+    } else {
+        return false;
+    }
+    return true;
+}
+
+void frmServerStatus::OpenLog(modServerControl::Server server) {
+    const clsLog& log = channels_[static_cast<std::size_t>(server)].log;
+    const std::string path = log.LogPath() + log.LogFilename();
+    if (!common::FileExists(path))
+        Tell("There is no log yet. Choose \"Log " +
+             std::string(channels_[static_cast<std::size_t>(server)].name) + " Messages\" in this menu.");
+    else
+        ShellExecuteA(Window(), "open", path.c_str(), nullptr, nullptr, SW_SHOWNORMAL);
 }
 
 // ---- Every second

@@ -2,6 +2,7 @@
 
 #include "common/clsLog.h"
 #include "config/CIpHelper.h"
+#include "config/frmFindMessage.h"
 #include "config/frmServerStatus.ids.h"
 #include "config/TrafficGraph.h"
 #include "config/TrafficMeter.h"
@@ -62,12 +63,19 @@ public:
     gui::MenuItem mnuClearLogin{*this, IDM_frmServerStatus_mnuClearLogin,
                                 &frmServerStatus::mnuClearLogin_Click};
     gui::MenuItem mnuLogLogin{*this, IDM_frmServerStatus_mnuLogLogin, &frmServerStatus::mnuLogLogin_Click};
+    gui::MenuItem mnuFindLogin{*this, IDM_frmServerStatus_mnuFindLogin, &frmServerStatus::mnuFindLogin_Click};
     gui::MenuItem mnuClearCharacter{*this, IDM_frmServerStatus_mnuClearCharacter,
                                     &frmServerStatus::mnuClearCharacter_Click};
     gui::MenuItem mnuLogCharacter{*this, IDM_frmServerStatus_mnuLogCharacter,
                                   &frmServerStatus::mnuLogCharacter_Click};
+    gui::MenuItem mnuFindCharacter{*this, IDM_frmServerStatus_mnuFindCharacter,
+                                   &frmServerStatus::mnuFindCharacter_Click};
+    gui::MenuItem mnuOpenCharacter{*this, IDM_frmServerStatus_mnuOpenCharacter,
+                                   &frmServerStatus::mnuOpenCharacter_Click};
     gui::MenuItem mnuClearZone{*this, IDM_frmServerStatus_mnuClearZone, &frmServerStatus::mnuClearZone_Click};
     gui::MenuItem mnuLogZone{*this, IDM_frmServerStatus_mnuLogZone, &frmServerStatus::mnuLogZone_Click};
+    gui::MenuItem mnuFindZone{*this, IDM_frmServerStatus_mnuFindZone, &frmServerStatus::mnuFindZone_Click};
+    gui::MenuItem mnuOpenZone{*this, IDM_frmServerStatus_mnuOpenZone, &frmServerStatus::mnuOpenZone_Click};
     /// Shown, but choosing it changes nothing: the amounts are those since the window was opened.
     gui::MenuItem mnuResetTraffic{*this, IDM_frmServerStatus_mnuResetTraffic};
 
@@ -81,6 +89,8 @@ private:
     void Form_MouseDown(gui::MouseButton button, int x, int y) override;
     void Form_MenuKey(POINT at) override { mnuFormMenu.Show(at); }
     void Form_ContextMenu(HWND control, POINT at) override;
+    /// Ctrl+F finds in the message box that has the focus, else in the zone server's; F3 finds on.
+    bool Form_Key(HWND control, int virtualKey) override;
 
     void txtLoginStatus_Click() { mnuLoginMessage.Show(); }
     void txtLoginStatus_ContextMenu(POINT at) { mnuLoginMessage.Show(at); }
@@ -97,6 +107,11 @@ private:
     void mnuLogLogin_Click() { SwitchLog(modServerControl::Server::Login); }
     void mnuLogCharacter_Click() { SwitchLog(modServerControl::Server::Character); }
     void mnuLogZone_Click() { SwitchLog(modServerControl::Server::Zone); }
+    void mnuFindLogin_Click() { FindIn(modServerControl::Server::Login); }
+    void mnuFindCharacter_Click() { FindIn(modServerControl::Server::Character); }
+    void mnuFindZone_Click() { FindIn(modServerControl::Server::Zone); }
+    void mnuOpenCharacter_Click() { OpenLog(modServerControl::Server::Character); }
+    void mnuOpenZone_Click() { OpenLog(modServerControl::Server::Zone); }
 
     void tmrUpdate_Timer();
     void tmrUpdateMessages_Timer();
@@ -108,6 +123,7 @@ private:
         gui::Label& more;
         gui::MenuItem& mnuLog;
         std::string_view key;
+        const char* name;
         const char* logFile;
         /// Whether the check mark is heeded.
         bool logged;
@@ -118,6 +134,8 @@ private:
 
     void AnchorControls();
     void SwitchLog(modServerControl::Server server);
+    void FindIn(modServerControl::Server server);
+    void OpenLog(modServerControl::Server server);
     void TellOrigin(Channel& channel);
     void UpdateMarks();
     void UpdateZone();
@@ -129,13 +147,14 @@ private:
     /// operators know that window as it is, and the mark is kept for them.
     std::array<Channel, 3> channels_{
         {{modServerControl::Server::Login, txtLoginStatus, lblLoginMore, mnuLogLogin,
-          settings::key::kLogLogin, "LoginServer.log", false},
+          settings::key::kLogLogin, "Login", "LoginServer.log", false},
          {modServerControl::Server::Character, txtCharacterStatus, lblCharacterMore, mnuLogCharacter,
-          settings::key::kLogCharacter, "CharacterServer.log", true},
+          settings::key::kLogCharacter, "Character", "CharacterServer.log", true},
          {modServerControl::Server::Zone, txtZoneStatus, lblZoneMore, mnuLogZone, settings::key::kLogZone,
-          "ZoneServer.log", true}}};
+          "Zone", "ZoneServer.log", true}}};
     CIpHelper ipHelper_;
     TotalsReader totals_ = [this] { return MachineTotals(); };
     config::TrafficMeter traffic_;
     gui::Anchors anchors_{*this};
+    frmFindMessage find_;
 };

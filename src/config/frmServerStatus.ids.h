@@ -32,3 +32,8 @@
 #define IDM_frmServerStatus_mnuClearZone 1455
 #define IDM_frmServerStatus_mnuLogZone 1456
 #define IDM_frmServerStatus_mnuResetTraffic 1457
+#define IDM_frmServerStatus_mnuFindLogin 1458
+#define IDM_frmServerStatus_mnuFindCharacter 1459
+#define IDM_frmServerStatus_mnuOpenCharacter 1460
+#define IDM_frmServerStatus_mnuFindZone 1461
+#define IDM_frmServerStatus_mnuOpenZone 1462

@@ -128,6 +128,8 @@ protected:
     virtual void Form_MenuKey(POINT /*at*/) {}
     /// Shift+F10 or the menu key in a control that has no menu itself; `at` is its corner on the screen.
     virtual void Form_ContextMenu(HWND /*control*/, POINT /*at*/) {}
+    /// A key that went down in a control which has no use for it; true uses it up. The place for shortcuts.
+    virtual bool Form_Key(HWND /*control*/, int /*virtualKey*/) { return false; }
     /// The task bar was made anew (its program had crashed), so its tray icons are gone.
     virtual void Form_TaskbarCreated() {}
     /// Windows ends the session: the last moment to save, without a question.

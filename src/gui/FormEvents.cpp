@@ -274,6 +274,7 @@ bool Form::Key(const MSG& message) {
             pressed != controls_.end()
                 ? (*pressed)->Key(static_cast<int>(message.wParam))
                 : std::ranges::any_of(controls_, [&](Control* control) { return control->PageKey(message); });
+        used = used || Form_Key(message.hwnd, static_cast<int>(message.wParam));
     });
     return used;
 }

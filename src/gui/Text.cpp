@@ -1,6 +1,7 @@
 #include "gui/Text.h"
 
 #include <commctrl.h>
+#include <commdlg.h>
 #include <richedit.h>
 
 namespace gui {
@@ -112,6 +113,24 @@ void RichTextBox::Append(const std::string& text) {
     Send(WM_SETREDRAW, TRUE);
     // With the frame, where the scroll bar has appeared meanwhile.
     RedrawWindow(Window(), nullptr, nullptr, RDW_INVALIDATE | RDW_FRAME);
+}
+
+RichTextBox::Found RichTextBox::FindNext(const std::string& sought) {
+    CHARRANGE selected{};
+    Send(EM_EXGETSEL, 0, reinterpret_cast<LPARAM>(&selected));
+    const struct {
+        LONG from;
+        Found result;
+    } tries[] = {{selected.cpMax, Found::Further}, {0, Found::FromTheStart}};
+    for (const auto& each : tries) {
+        FINDTEXTEXA find{{each.from, -1}, sought.c_str(), {}};
+        if (Send(EM_FINDTEXTEX, FR_DOWN, reinterpret_cast<LPARAM>(&find)) < 0)
+            continue;
+        Send(EM_EXSETSEL, 0, reinterpret_cast<LPARAM>(&find.chrgText));
+        Send(EM_SCROLLCARET);
+        return each.result;
+    }
+    return Found::Nowhere;
 }
 
 bool RichTextBox::SelectsText() const {

@@ -61,6 +61,11 @@ public:
     /// Whether the last line is in sight.
     bool EndInView() const;
 
+    enum class Found { Nowhere, FromTheStart, Further };
+    /// Selects the next place of the text, letter case aside, behind what is selected, and brings it into
+    /// sight. Behind the last place the first one comes again.
+    Found FindNext(const std::string& sought);
+
 private:
     void Attached() override;
     bool Message(HWND window, UINT message, WPARAM& wParam, LPARAM lParam) override;

@@ -2,6 +2,8 @@
 
 #include "support/Surroundings.h"
 
+#include <richedit.h>
+
 #include <regex>
 
 namespace {
@@ -137,6 +139,39 @@ TEST_F(ServerStatus, FirstTicksShowZoneAndTraffic) {
     ASSERT_TRUE(support::SetTextOf(zone, "Kerno Zone Server 00:01:02:03, no players"));
     form_.tmrUpdate.Tick();
     EXPECT_EQ(form_.lblServerUptime.Caption() + form_.lblplayers.Caption(), "--");
+}
+
+TEST_F(ServerStatus, FindsWhatABoxHoldsAndKeepsItMarked) {
+    Load();
+    form_.Visible(true);
+    form_.txtCharacterStatus.Append("\r\nanna enters\r\nBob enters\r\nAnna leaves");
+    form_.mnuFindCharacter.Choose();
+    HWND window = nullptr;
+    ASSERT_TRUE(WaitUntil([&] {
+        window = FindWindowA("#32770", "Find in Character Server Messages");
+        return IsWindowVisible(window);
+    }));
+    const auto text = [&](int id) { return support::TextOf(GetDlgItem(window, id)); };
+    const struct {
+        const char* sought;
+        CHARRANGE found;
+        const char* told;
+    } steps[] = {
+        {"ANNA", {1, 5}, "Found again from the first message on."},
+        {"ANNA", {24, 28}, ""},
+        {"ANNA", {1, 5}, "Found again from the first message on."},
+        {"carl", {1, 5}, "Not found."},
+        {"bob", {13, 16}, ""},
+    };
+    for (const auto& step : steps) {
+        SetDlgItemTextA(window, IDC_frmFindMessage_txtSought, step.sought);
+        SendDlgItemMessageA(window, IDC_frmFindMessage_cmdNext, BM_CLICK, 0, 0);
+        CHARRANGE selected{};
+        SendMessageA(form_.txtCharacterStatus.Window(), EM_EXGETSEL, 0, reinterpret_cast<LPARAM>(&selected));
+        EXPECT_EQ(selected.cpMin, step.found.cpMin) << step.sought;
+        EXPECT_EQ(selected.cpMax, step.found.cpMax) << step.sought;
+        EXPECT_EQ(text(IDC_frmFindMessage_lblResult), step.told);
+    }
 }
 
 TEST_F(ServerStatus, KeepsOnTopAndPopsItsMenusUp) {
