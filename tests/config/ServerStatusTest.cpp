@@ -12,23 +12,25 @@ using standin::Command;
 using support::Server;
 using support::WaitUntil;
 
+HMENU openedMenu;
+
+LRESULT CALLBACK CloseMenu(int code, WPARAM wParam, LPARAM lParam) {
+    const auto& call = *reinterpret_cast<const CWPSTRUCT*>(lParam);
+    if (call.message == WM_INITMENUPOPUP)
+        openedMenu = reinterpret_cast<HMENU>(call.wParam);
+    if (call.message == WM_ENTERIDLE && call.wParam == MSGF_MENU)
+        EndMenu();
+    return CallNextHookEx(nullptr, code, wParam, lParam);
+}
+
 /// The pop-up menu that `cause` opens on this thread, closed again; null when none opens.
 HMENU MenuOf(const std::function<void()>& cause) {
-    static HMENU opened;
-    opened = nullptr;
-    const auto look = [](int code, WPARAM wParam, LPARAM lParam) -> LRESULT {
-        const auto& call = *reinterpret_cast<const CWPSTRUCT*>(lParam);
-        if (call.message == WM_INITMENUPOPUP)
-            opened = reinterpret_cast<HMENU>(call.wParam);
-        if (call.message == WM_ENTERIDLE && call.wParam == MSGF_MENU)
-            EndMenu();
-        return CallNextHookEx(nullptr, code, wParam, lParam);
-    };
-    const HHOOK hook = SetWindowsHookExA(WH_CALLWNDPROC, look, nullptr, GetCurrentThreadId());
+    openedMenu = nullptr;
+    const HHOOK hook = SetWindowsHookExA(WH_CALLWNDPROC, CloseMenu, nullptr, GetCurrentThreadId());
     cause();
-    WaitUntil([] { return opened != nullptr; });
+    WaitUntil([] { return openedMenu != nullptr; });
     UnhookWindowsHookEx(hook);
-    return opened;
+    return openedMenu;
 }
 
 /// The window, whose ticks come from the tests only.

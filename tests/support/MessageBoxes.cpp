@@ -105,11 +105,13 @@ void MessageBoxes::Activated(HWND window) {
     seen_.push_back(
         {WindowText(window), WindowText(GetDlgItem(window, kTextId)), ButtonsOf(window) | IconOf(window)});
     // Answered from the box's own message loop: here it is still coming up.
-    SetTimer(window, 0x6B54, USER_TIMER_MINIMUM, [](HWND box, UINT, UINT_PTR timer, DWORD) {
-        KillTimer(box, timer);
-        if (innermost)
-            innermost->Press(box);
-    });
+    SetTimer(window, 0x6B54, USER_TIMER_MINIMUM, Shown);
+}
+
+void CALLBACK MessageBoxes::Shown(HWND box, UINT /*message*/, UINT_PTR timer, DWORD /*time*/) {
+    KillTimer(box, timer);
+    if (innermost)
+        innermost->Press(box);
 }
 
 void MessageBoxes::Press(HWND box) {

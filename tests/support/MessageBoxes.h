@@ -45,6 +45,7 @@ private:
     };
 
     static LRESULT CALLBACK Hook(int code, WPARAM wParam, LPARAM lParam);
+    static void CALLBACK Shown(HWND box, UINT message, UINT_PTR timer, DWORD time);
     void Activated(HWND window);
     void Press(HWND box);
 
