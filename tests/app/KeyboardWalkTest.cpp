@@ -56,20 +56,19 @@ LRESULT Code(HWND control) {
     return SendMessageA(control, WM_GETDLGCODE, 0, 0);
 }
 
+BOOL CALLBACK AddUsable(HWND child, LPARAM found) {
+    const auto style = GetWindowLongPtrA(child, GWL_STYLE);
+    const bool choice = Code(child) & DLGC_RADIOBUTTON;
+    const bool chosen = !choice || SendMessageA(child, BM_GETCHECK, 0, 0) == BST_CHECKED;
+    if ((style & WS_TABSTOP) && IsWindowVisible(child) && IsWindowEnabled(child) && chosen)
+        reinterpret_cast<std::vector<HWND>*>(found)->push_back(child);
+    return TRUE;
+}
+
 /// What Tab has to reach: every control that can be used, of a group of choices one.
 std::vector<HWND> Usable(HWND form) {
     std::vector<HWND> controls;
-    EnumChildWindows(
-        form,
-        [](HWND child, LPARAM found) -> BOOL {
-            const auto style = GetWindowLongPtrA(child, GWL_STYLE);
-            const bool choice = Code(child) & DLGC_RADIOBUTTON;
-            const bool chosen = !choice || SendMessageA(child, BM_GETCHECK, 0, 0) == BST_CHECKED;
-            if ((style & WS_TABSTOP) && IsWindowVisible(child) && IsWindowEnabled(child) && chosen)
-                reinterpret_cast<std::vector<HWND>*>(found)->push_back(child);
-            return TRUE;
-        },
-        reinterpret_cast<LPARAM>(&controls));
+    EnumChildWindows(form, AddUsable, reinterpret_cast<LPARAM>(&controls));
     return controls;
 }
 

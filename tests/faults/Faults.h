@@ -29,15 +29,7 @@ struct Holdings {
         now.kilobytes = static_cast<long>(memory.PagefileUsage / 1024);
         now.handles = HighestNew([] { return CreateEventA(nullptr, TRUE, FALSE, nullptr); }, CloseHandle) / 4;
         now.gdiObjects = HighestNew([] { return CreateSolidBrush(RGB(1, 2, 3)); }, DeleteObject);
-        EnumThreadWindows(
-            GetCurrentThreadId(),
-            [](HWND window, LPARAM windows) -> BOOL {
-                EnumChildWindows(
-                    window, [](HWND, LPARAM all) -> BOOL { return ++*reinterpret_cast<long*>(all) > 0; },
-                    windows);
-                return ++*reinterpret_cast<long*>(windows) > 0;
-            },
-            reinterpret_cast<LPARAM>(&now.windows));
+        EnumThreadWindows(GetCurrentThreadId(), CountTree, reinterpret_cast<LPARAM>(&now.windows));
         return now;
     }
     friend std::ostream& operator<<(std::ostream& out, const Holdings& held) {
@@ -46,6 +38,14 @@ struct Holdings {
     }
 
 private:
+    static BOOL CALLBACK Count(HWND /*window*/, LPARAM count) {
+        return ++*reinterpret_cast<long*>(count) > 0;
+    }
+    static BOOL CALLBACK CountTree(HWND window, LPARAM count) {
+        EnumChildWindows(window, Count, count);
+        return Count(window, count);
+    }
+
     /// Wine counts neither handles nor GDI objects, but gives a new one the first free place of the process's
     /// table: with more new ones than places that are free in between, the last place moves with the number
     /// of the rest.

@@ -13,15 +13,16 @@ namespace {
 std::map<std::uintptr_t, std::function<void()>> actions;
 bool left = false;
 
+void CALLBACK RunAction(HWND /*window*/, UINT /*message*/, UINT_PTR timer, DWORD /*time*/) {
+    // A tick may still be on its way when the timer is gone.
+    if (const auto found = actions.find(timer); found != actions.end())
+        found->second();
+}
+
 } // namespace
 
 Meanwhile::Meanwhile(std::function<void()> action) {
-    // A tick may still be on its way when the timer is gone.
-    const auto run = [](HWND, UINT, UINT_PTR timer, DWORD) {
-        if (const auto found = actions.find(timer); found != actions.end())
-            found->second();
-    };
-    timer_ = SetTimer(nullptr, 0, 10, run);
+    timer_ = SetTimer(nullptr, 0, 10, RunAction);
     actions[timer_] = std::move(action);
 }
 
