@@ -13,9 +13,10 @@ std::wstring Below(const std::wstring& folder, const std::wstring& name) {
     return folder + (folder.ends_with(L'\\') ? L"" : L"\\") + name;
 }
 
-bool IsFolder(const std::wstring& path) {
+/// Whether something of that kind (FILE_ATTRIBUTE_DIRECTORY or 0) answers to the path.
+bool IsThere(const std::wstring& path, DWORD kind) {
     const DWORD attributes = GetFileAttributesW(path.c_str());
-    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY);
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == kind;
 }
 
 /// -1, 0 or 1, without regard to letter case; the system's own order.
@@ -30,7 +31,7 @@ std::vector<std::wstring> FoldersIn(const std::wstring& folder) {
     if (search == INVALID_HANDLE_VALUE) {
         const DWORD code = GetLastError();
         // An empty drive root has no entries at all.
-        if (code == ERROR_FILE_NOT_FOUND && IsFolder(folder))
+        if (code == ERROR_FILE_NOT_FOUND && IsThere(folder, FILE_ATTRIBUTE_DIRECTORY))
             return {};
         // A drive that was pulled out has lost its path to the root as well.
         if (code == ERROR_NOT_READY || GetDriveTypeW(folder.substr(0, 3).c_str()) == DRIVE_NO_ROOT_DIR)
@@ -100,6 +101,9 @@ bool DirTree::Notify(const NMHDR& header, LRESULT& /*result*/) {
         if (change.action == TVE_EXPAND)
             Fill(change.itemNew.hItem);
     }
+    if (header.code == static_cast<UINT>(TVN_SELCHANGEDA) ||
+        header.code == static_cast<UINT>(TVN_SELCHANGEDW))
+        Raise(change_);
     return false;
 }
 
@@ -155,8 +159,15 @@ void DirTree::Fill(HTREEITEM item) {
     } catch (const RuntimeError&) {
         // A folder that may not be read opens as an empty one.
     }
-    for (const std::wstring& name : names)
-        Add(item, name);
+    const std::wstring folder = PathOf(item);
+    for (const std::wstring& name : names) {
+        TVITEMA bold{};
+        bold.mask = TVIF_STATE;
+        bold.hItem = Add(item, name);
+        bold.stateMask = bold.state = TVIS_BOLD;
+        if (!wanted_.empty() && IsThere(Below(Below(folder, name), wanted_), 0))
+            Send(TVM_SETITEMA, 0, reinterpret_cast<LPARAM>(&bold));
+    }
     query.mask = TVIF_PARAM | TVIF_CHILDREN;
     query.lParam = 1;
     query.cChildren = names.empty() ? 0 : 1;

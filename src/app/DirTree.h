@@ -1,5 +1,6 @@
 #pragma once
 
+#include "common/Text.h"
 #include "gui/Control.h"
 
 #include <commctrl.h>
@@ -11,7 +12,12 @@
 /// holds.
 class DirTree : public gui::Control {
 public:
-    using Control::Control;
+    /// `change`: another folder was selected.
+    template <class F, class C = F>
+    DirTree(F& form, int id, void (C::*change)()) : Control(form, id), change_(Bind(form, change)) {}
+
+    /// Folders that hold this file are shown in bold from now on.
+    void Wanted(const std::string& file) { wanted_ = common::ToWide(file); }
 
     /// Full path of the selected folder; only a drive's root ends in a backslash. "" for none. Raises 75 with
     /// the reason for a folder whose path the tool cannot use (common::NarrowFolder).
@@ -29,4 +35,7 @@ private:
     std::wstring PathOf(HTREEITEM item) const;
     /// Looks the folder's own folders up, once.
     void Fill(HTREEITEM item);
+
+    std::function<void()> change_;
+    std::wstring wanted_;
 };

@@ -3,16 +3,26 @@
 #include "common/Files.h"
 #include "common/Text.h"
 #include "servers/modServerControl.h"
+#include "servers/Processes.h"
 #include "settings/clsINI.h"
 #include "settings/kToolsSettings.h"
 
-const WantedFolder kServerFolder{settings::key::kKernoPath, modServerControl::KernoPath,
-                                 modServerControl::KernoPath, "Kerno.ini",
+#include <vector>
+
+const WantedFolder kServerFolder{settings::key::kKernoPath,
+                                 modServerControl::KernoPath,
+                                 modServerControl::KernoPath,
+                                 "Kerno.ini",
+                                 "kLogin.exe",
                                  "Character file does not exists, or wrong directory."};
 
 // "<path>" stands in the message as it is.
 const WantedFolder kMySQLFolder{
-    settings::key::kMySQLPath, modServerControl::MySQLPath, modServerControl::MySQLPath, "bin\\mysqld.exe",
+    settings::key::kMySQLPath,
+    modServerControl::MySQLPath,
+    modServerControl::MySQLPath,
+    "bin\\mysqld.exe",
+    "bin\\mysqld.exe",
     "MySQL Daemon (mysqld.exe) not found in the specified directory (<path>\\bin). "
     "Please check your path"};
 
@@ -34,23 +44,62 @@ std::string CurrentFolder() {
     return std::string(folder, length < sizeof folder ? length : 0);
 }
 
+/// Folders in which the program, a path below the folder, is running.
+std::vector<std::string> FoldersRunning(const std::string& program) {
+    std::vector<std::string> folders;
+    for (const std::string& path : modServerControl::PathsRunning(program.substr(program.rfind('\\') + 1)))
+        if (common::UpperCase(path).ends_with(common::UpperCase("\\" + program)))
+            folders.push_back(path.substr(0, path.size() - program.size()));
+    return folders;
+}
+
+/// Folders near the tool that hold the file: its own and the one above, what lies in them and on its drive.
+std::vector<std::string> FoldersNear(const std::string& tool, const std::string& file) {
+    std::vector<std::string> folders;
+    const auto take = [&](const std::string& folder) {
+        if (common::FileExists(folder + "\\" + file))
+            folders.push_back(folder);
+    };
+    for (const std::string& place : {tool, tool.substr(0, tool.rfind('\\')), tool.substr(0, 2)}) {
+        take(place);
+        for (const common::FolderEntry& entry :
+             common::EntriesOf(place).value_or(std::vector<common::FolderEntry>{}))
+            if (entry.IsFolder())
+                take(place + "\\" + entry.name);
+    }
+    return folders;
+}
+
+/// Where to begin, the first one that can be shown.
+std::vector<std::string> StartsFor(const WantedFolder& wanted) {
+    const std::string stored = clsINI(settings::kToolsIniPath()).INIProperty(wanted.key);
+    std::vector<std::string> starts{wanted.get(), stored};
+    const auto take = [&starts](const std::vector<std::string>& more) {
+        starts.insert(starts.end(), more.begin(), more.end());
+    };
+    take(FoldersRunning(wanted.program));
+    take(FoldersNear(common::ProgramFolder(), wanted.requiredFile));
+    // A folder that has gone leaves the tool's own place to start from, and where that has no drive, in a
+    // network, any drive that can be read.
+    take({CurrentFolder(), common::ProgramFolder()});
+    for (const std::string& drive : Drives())
+        starts.push_back(drive + "\\");
+    std::erase(starts, std::string());
+    return starts;
+}
+
 } // namespace
 
 void FolderPicker::Load() {
-    // A folder that has gone leaves the tool's own place to start from, and where that has no drive, in a
-    // network, any drive that can be read.
-    const std::string stored = clsINI(settings::kToolsIniPath()).INIProperty(wanted_.key);
-    std::vector<std::string> starts{wanted_.get(), stored, CurrentFolder(), common::ProgramFolder()};
-    std::erase(starts, std::string());
-    for (const std::string& drive : Drives()) {
+    for (const std::string& drive : Drives())
         drives_.AddItem(drive);
-        starts.push_back(drive + "\\");
-    }
+    folders_.Wanted(wanted_.requiredFile);
     std::string shown;
-    for (auto start = starts.begin(); start != starts.end() && shown.empty(); ++start)
+    for (const std::string& start : StartsFor(wanted_))
         try {
-            folders_.Path(*start);
-            shown = *start;
+            folders_.Path(start);
+            shown = start;
+            break;
         } catch (const RuntimeError&) {
             // The next one then.
         }
@@ -58,6 +107,19 @@ void FolderPicker::Load() {
         if (common::EqualsIgnoreCase(drives_.List(i), shown.substr(0, 2)))
             lastGoodDrive_ = i;
     drives_.ListIndex(lastGoodDrive_);
+    FolderChanged();
+}
+
+void FolderPicker::FolderChanged() {
+    std::string folder;
+    try {
+        folder = folders_.Path();
+    } catch (const RuntimeError&) {
+        // OK tells why such a folder cannot be taken.
+    }
+    const bool holds = !folder.empty() && common::FileExists(folder + (folder.ends_with('\\') ? "" : "\\") +
+                                                             wanted_.requiredFile);
+    holds_.Caption((holds ? "Holds " : "Does not hold ") + std::string(wanted_.requiredFile));
 }
 
 void FolderPicker::DriveChanged() {

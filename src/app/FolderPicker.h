@@ -1,9 +1,11 @@
 #pragma once
 
 #include "app/DirTree.h"
+#include "gui/Control.h"
 #include "gui/Lists.h"
 
 #include <string>
+#include <string_view>
 
 /// What a folder picker asks for.
 struct WantedFolder {
@@ -11,6 +13,7 @@ struct WantedFolder {
     const std::string& (*get)();     ///< the shared setting
     void (*set)(const std::string&); ///< sets it
     const char* requiredFile;        ///< a file that must be in the folder
+    const char* program;             ///< one that runs from the folder, too
     const char* messageWithoutIt;
 };
 
@@ -21,10 +24,15 @@ extern const WantedFolder kMySQLFolder;
 /// is stored only when the required file is in it.
 class FolderPicker {
 public:
-    FolderPicker(gui::Form& form, gui::ComboBox& drives, DirTree& folders, const WantedFolder& wanted)
-        : form_(form), drives_(drives), folders_(folders), wanted_(wanted) {}
+    FolderPicker(gui::Form& form, gui::ComboBox& drives, DirTree& folders, gui::Label& holds,
+                 const WantedFolder& wanted)
+        : form_(form), drives_(drives), folders_(folders), holds_(holds), wanted_(wanted) {}
 
+    /// Begins in the folder of the settings; without one where the program runs, or in a folder near the tool
+    /// that holds the required file.
     void Load();
+    /// Says whether the selected folder holds the required file.
+    void FolderChanged();
     /// Shows the folders of the chosen drive; a drive that cannot be read is refused with a message, and the
     /// last good one is chosen again.
     void DriveChanged();
@@ -36,6 +44,7 @@ private:
     gui::Form& form_;
     gui::ComboBox& drives_;
     DirTree& folders_;
+    gui::Label& holds_;
     const WantedFolder& wanted_;
     int lastGoodDrive_ = -1;
 };

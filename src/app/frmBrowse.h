@@ -11,7 +11,8 @@ public:
     frmBrowse() : Form(IDD_frmBrowse) {}
 
     gui::ComboBox drvCharacter{*this, IDC_frmBrowse_drvCharacter, &frmBrowse::drvCharacter_Change};
-    DirTree dirCharacter{*this, IDC_frmBrowse_dirCharacter};
+    DirTree dirCharacter{*this, IDC_frmBrowse_dirCharacter, &frmBrowse::dirCharacter_Change};
+    gui::Label lblHolds{*this, IDC_frmBrowse_lblHolds};
     gui::CommandButton cmdOK{*this, IDC_frmBrowse_cmdOK, &frmBrowse::cmdOK_Click};
     gui::CommandButton cmdCancel{*this, IDC_frmBrowse_cmdCancel, &frmBrowse::cmdCancel_Click};
 
@@ -20,8 +21,9 @@ private:
     gui::CommandButton* CancelButton() override { return &cmdCancel; }
 
     void drvCharacter_Change() { picker_.DriveChanged(); }
+    void dirCharacter_Change() { picker_.FolderChanged(); }
     void cmdOK_Click() { picker_.Accept(); }
     void cmdCancel_Click() { Unload(); }
 
-    FolderPicker picker_{*this, drvCharacter, dirCharacter, kServerFolder};
+    FolderPicker picker_{*this, drvCharacter, dirCharacter, lblHolds, kServerFolder};
 };

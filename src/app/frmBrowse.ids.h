@@ -5,3 +5,4 @@
 #define IDC_frmBrowse_dirCharacter 1202
 #define IDC_frmBrowse_cmdOK 1203
 #define IDC_frmBrowse_cmdCancel 1204
+#define IDC_frmBrowse_lblHolds 1205

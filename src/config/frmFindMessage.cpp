@@ -18,7 +18,7 @@ void frmFindMessage::cmdNext_Click() {
         lblResult.Caption("Not found.");
         break;
     case gui::RichTextBox::Found::FromTheStart:
-        lblResult.Caption("Found again from the first message on.");
+        lblResult.Caption("From the top");
         break;
     case gui::RichTextBox::Found::Further:
         lblResult.Caption("");

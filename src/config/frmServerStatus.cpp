@@ -85,11 +85,10 @@ bool frmServerStatus::Form_Key(HWND control, int virtualKey) {
 }
 
 void frmServerStatus::OpenLog(modServerControl::Server server) {
-    const clsLog& log = channels_[static_cast<std::size_t>(server)].log;
-    const std::string path = log.LogPath() + log.LogFilename();
+    const Channel& channel = channels_[static_cast<std::size_t>(server)];
+    const std::string path = channel.log.LogPath() + channel.log.LogFilename();
     if (!common::FileExists(path))
-        Tell("There is no log yet. Choose \"Log " +
-             std::string(channels_[static_cast<std::size_t>(server)].name) + " Messages\" in this menu.");
+        Tell("There is no log yet: check \"Log " + std::string(channel.name) + " Messages\" in this menu.");
     else
         ShellExecuteA(Window(), "open", path.c_str(), nullptr, nullptr, SW_SHOWNORMAL);
 }

@@ -9,7 +9,9 @@
 
 #include <algorithm>
 #include <array>
+#include <functional>
 #include <optional>
+#include <string_view>
 
 namespace modServerControl {
 
@@ -34,25 +36,42 @@ bool Runs(HANDLE process, const std::string& executable) {
     return running && running == FileIdentity(executable);
 }
 
-} // namespace
-
-std::vector<ProcessId> ProcessesOf(Server server) {
-    std::vector<ProcessId> found;
+/// Those that can be opened, with their ids.
+void ForEachProcess(std::string_view fileName, const std::function<void(HANDLE, DWORD)>& use) {
     const auto processes = common::Own<Handle>(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
     PROCESSENTRY32 entry;
     entry.dwSize = sizeof entry;
     for (BOOL more = Process32First(processes.get(), &entry); more;
          more = Process32Next(processes.get(), &entry)) {
-        if (!common::EqualsIgnoreCase(entry.szExeFile, ComponentOf(server).executable))
+        if (!common::EqualsIgnoreCase(entry.szExeFile, fileName))
             continue;
         const Handle process(
             OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION | SYNCHRONIZE, FALSE, entry.th32ProcessID));
-        FILETIME start, end, kernel, user;
-        if (process && WaitForSingleObject(process.get(), 0) == WAIT_TIMEOUT &&
-            GetProcessTimes(process.get(), &start, &end, &kernel, &user) &&
-            Runs(process.get(), ExecutablePath(server)))
-            found.push_back({entry.th32ProcessID, common::FileTimeUnits(start)});
+        if (process)
+            use(process.get(), entry.th32ProcessID);
     }
+}
+
+} // namespace
+
+std::vector<ProcessId> ProcessesOf(Server server) {
+    std::vector<ProcessId> found;
+    ForEachProcess(ComponentOf(server).executable, [&](HANDLE process, DWORD id) {
+        FILETIME start, end, kernel, user;
+        if (WaitForSingleObject(process, 0) == WAIT_TIMEOUT &&
+            GetProcessTimes(process, &start, &end, &kernel, &user) && Runs(process, ExecutablePath(server)))
+            found.push_back({id, common::FileTimeUnits(start)});
+    });
+    return found;
+}
+
+std::vector<std::string> PathsRunning(const std::string& fileName) {
+    std::vector<std::string> found;
+    ForEachProcess(fileName, [&](HANDLE process, DWORD) {
+        const std::string path = GetProcessPath(process);
+        if (!path.empty())
+            found.push_back(path);
+    });
     return found;
 }
 

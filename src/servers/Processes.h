@@ -7,6 +7,7 @@
 #include <array>
 #include <chrono>
 #include <map>
+#include <string>
 #include <vector>
 
 /// The servers' processes, whether they show a window or not.
@@ -22,6 +23,9 @@ struct ProcessId {
 
 /// The processes that run the server's executable in KernoPath and have not ended.
 std::vector<ProcessId> ProcessesOf(Server server);
+
+/// The full paths of programs with this file name that are running, those that can be asked.
+std::vector<std::string> PathsRunning(const std::string& fileName);
 
 /// The processes that servers had when they were told to close, for whoever starts them again.
 class Predecessors {

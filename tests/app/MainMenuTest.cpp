@@ -351,6 +351,35 @@ TEST_F(MainMenu, PickersStoreOnlyAFolderThatHoldsTheRequiredFile) {
         boxes, folder.Path(), MySQLPath);
 }
 
+TEST_F(MainMenu, PickersBeginWhereAServerRunsOrNearTheToolAndMarkWhatQualifies) {
+    KernoPath("");
+    support::WriteFile(kTools.INIPath(), "KernoPath=\r\n");
+    const std::string beside = program / "Near";
+    std::filesystem::create_directory(beside);
+    support::WriteFile(beside + "\\Kerno.ini", "");
+    const auto shown = [] {
+        frmBrowse form;
+        form.Load();
+        EXPECT_EQ(form.lblHolds.Caption(), "Holds Kerno.ini");
+        TVITEMA item{};
+        item.mask = TVIF_STATE;
+        item.stateMask = TVIS_BOLD;
+        item.hItem = TreeView_GetSelection(form.dirCharacter.Window());
+        SendMessageA(form.dirCharacter.Window(), TVM_GETITEMA, 0, reinterpret_cast<LPARAM>(&item));
+        EXPECT_TRUE(item.state & TVIS_BOLD);
+        const std::string begun = form.dirCharacter.Path();
+        form.dirCharacter.Path(begun.substr(0, 3));
+        EXPECT_EQ(form.lblHolds.Caption(), "Does not hold Kerno.ini");
+        return begun;
+    };
+    EXPECT_EQ(shown(), beside);
+    KernoPath(servers.Path());
+    ASSERT_TRUE(servers.Launch(Server::Login));
+    KernoPath("");
+    support::WriteFile(servers.Path() + "Kerno.ini", "");
+    EXPECT_EQ(shown() + "\\", servers.Path());
+}
+
 TEST_F(MainMenu, ADriveThatCannotBeReadIsRefusedAndTheLastGoodOneComesBack) {
     frmBrowse form;
     form.Load();

@@ -159,9 +159,9 @@ TEST_F(ServerStatus, FindsWhatABoxHoldsAndKeepsItMarked) {
         CHARRANGE found;
         const char* told;
     } steps[] = {
-        {"ANNA", {1, 5}, "Found again from the first message on."},
+        {"ANNA", {1, 5}, "From the top"},
         {"ANNA", {24, 28}, ""},
-        {"ANNA", {1, 5}, "Found again from the first message on."},
+        {"ANNA", {1, 5}, "From the top"},
         {"carl", {1, 5}, "Not found."},
         {"bob", {13, 16}, ""},
     };
