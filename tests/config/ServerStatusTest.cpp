@@ -159,11 +159,8 @@ TEST_F(ServerStatus, FindsWhatABoxHoldsAndKeepsItMarked) {
         CHARRANGE found;
         const char* told;
     } steps[] = {
-        {"ANNA", {1, 5}, "From the top"},
-        {"ANNA", {24, 28}, ""},
-        {"ANNA", {1, 5}, "From the top"},
-        {"carl", {1, 5}, "Not found."},
-        {"bob", {13, 16}, ""},
+        {"ANNA", {1, 5}, "From the top"}, {"ANNA", {24, 28}, ""}, {"ANNA", {1, 5}, "From the top"},
+        {"carl", {1, 5}, "Not found."},   {"bob", {13, 16}, ""},
     };
     for (const auto& step : steps) {
         SetDlgItemTextA(window, IDC_frmFindMessage_txtSought, step.sought);
