@@ -86,6 +86,9 @@ TEST_F(Restarting, WhoEndsABackupsTimeIsAskedAboutTheServers) {
     panel.errorDetector.chkErrorDetector.Value(0);
     panel.backup.chkShutdownServers.Value(1);
     panel.backup.cmdEnableBackup.Press();
+    // What stands in the way of a backup is told first.
+    EXPECT_TRUE(support::Settle(kPause));
+    boxes.Clear();
     struct Case {
         gui::CommandButton& button;
         int answer;
