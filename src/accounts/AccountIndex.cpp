@@ -2,6 +2,7 @@
 
 #include "common/RuntimeError.h"
 
+#include <algorithm>
 #include <limits>
 
 namespace accounts {
@@ -13,21 +14,25 @@ void AccountIndex::Clear() {
 
 void AccountIndex::Insert(std::size_t row, const AccountKey& key) {
     names_.emplace(key.name, row);
+    // They come in this order when all are read.
     if (key.id)
-        ids_.emplace(*key.id, row);
+        ids_.emplace_hint(ids_.end(), *key.id, row);
 }
 
 void AccountIndex::Erase(std::size_t row, const AccountKey& key) {
-    names_.erase({key.name, row});
+    const auto [first, last] = names_.equal_range(key.name);
+    const auto found = std::find_if(first, last, [row](const auto& entry) { return entry.second == row; });
+    if (found != last)
+        names_.erase(found);
     if (key.id)
         ids_.erase({*key.id, row});
 }
 
 std::optional<std::size_t> AccountIndex::RowOfName(const std::string& name) const {
-    const auto found = names_.lower_bound({name, 0});
-    if (found == names_.end() || found->first != name)
-        return std::nullopt;
-    return found->second;
+    const auto [first, last] = names_.equal_range(name);
+    const auto found = std::min_element(
+        first, last, [](const auto& one, const auto& other) { return one.second < other.second; });
+    return found == last ? std::nullopt : std::optional(found->second);
 }
 
 std::optional<std::size_t> AccountIndex::RowOfId(std::int64_t id) const {
@@ -38,10 +43,7 @@ std::optional<std::size_t> AccountIndex::RowOfId(std::int64_t id) const {
 }
 
 std::size_t AccountIndex::CountOfName(const std::string& name) const {
-    std::size_t count = 0;
-    for (auto found = names_.lower_bound({name, 0}); found != names_.end() && found->first == name; ++found)
-        ++count;
-    return count;
+    return names_.count(name);
 }
 
 std::int32_t AccountIndex::FreeId(std::int32_t from) const {

@@ -5,6 +5,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <unordered_map>
 #include <utility>
 
 namespace accounts {
@@ -32,7 +33,7 @@ public:
     std::int32_t FreeId(std::int32_t from) const;
 
 private:
-    std::set<std::pair<std::string, std::size_t>> names_;
+    std::unordered_multimap<std::string, std::size_t> names_;
     std::set<std::pair<std::int64_t, std::size_t>> ids_;
 };
 

@@ -1,6 +1,9 @@
 #include "accounts/AccountNameBox.h"
 
 #include "common/Text.h"
+#include "gui/Form.h"
+
+#include <algorithm>
 
 void AccountNameBox::Attached() {
     Watch(Window());
@@ -10,6 +13,8 @@ void AccountNameBox::Attached() {
     field_ = info.hwndItem;
     list_ = info.hwndList;
     names_.Clear();
+    listed_ = 0;
+    listing_ = false;
     shown_ = -1;
     typed_.clear();
     offer_.clear();
@@ -37,6 +42,7 @@ int AccountNameBox::ListIndex() const {
 }
 
 void AccountNameBox::ListIndex(int index) {
+    ListUpTo(index + 1);
     Send(CB_SETCURSEL, static_cast<WPARAM>(index < ListCount() ? index : -1));
     Raise(click_);
 }
@@ -50,13 +56,12 @@ void AccountNameBox::FieldText(const std::string& text) {
 
 void AccountNameBox::Shown(int index) {
     shown_ = index;
+    ListUpTo(index + 1);
     Send(CB_SETCURSEL, static_cast<WPARAM>(index));
     Text(index < 0 ? std::string() : names_.At(index));
 }
 
 void AccountNameBox::AddItem(const std::string& name) {
-    // Through the box itself it would take twenty times as long: seconds for 100,000 names.
-    SendMessageA(list_, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(name.c_str()));
     names_.Add(name);
 }
 
@@ -65,16 +70,40 @@ void AccountNameBox::Fill(int count, const std::function<void()>& fill) {
     constexpr LPARAM kExpectedEntrySize = 32;
     Send(CB_RESETCONTENT);
     names_.Clear();
+    listed_ = 0;
     Shown(-1);
-    SendMessageA(list_, WM_SETREDRAW, FALSE, 0);
     Send(CB_INITSTORAGE, static_cast<WPARAM>(count), count * kExpectedEntrySize);
     fill();
+    if (!std::exchange(listing_, true))
+        Parent().Start(ListInTurns());
+}
+
+/// Has at least so many names in the list control, as far as there are that many.
+void AccountNameBox::ListUpTo(int count) {
+    count = std::min(count, names_.Count());
+    if (listed_ >= count)
+        return;
+    SendMessageA(list_, WM_SETREDRAW, FALSE, 0);
+    // Through the box itself it would take twenty times as long: seconds for 100,000 names.
+    for (; listed_ < count; ++listed_)
+        SendMessageA(list_, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(names_.At(listed_).c_str()));
     SendMessageA(list_, WM_SETREDRAW, TRUE, 0);
+}
+
+gui::Task<> AccountNameBox::ListInTurns() {
+    constexpr int kAtOnce = 500;
+    while (listed_ < names_.Count()) {
+        ListUpTo(listed_ + kAtOnce);
+        names_.Prepare(listed_);
+        co_await gui::NextTurn();
+    }
+    listing_ = false;
 }
 
 void AccountNameBox::Rename(int index, const std::string& name) {
     if (names_.At(index) == name)
         return;
+    ListUpTo(index + 1);
     // Taking an entry away takes the text of the field away too.
     const int selected = ListIndex();
     const std::string field = WindowText();
@@ -86,7 +115,9 @@ void AccountNameBox::Rename(int index, const std::string& name) {
 }
 
 void AccountNameBox::RemoveItem(int index) {
+    ListUpTo(index + 1);
     Send(CB_DELETESTRING, static_cast<WPARAM>(index));
+    --listed_;
     names_.Remove(index);
     if (shown_ >= index)
         shown_ = shown_ == index ? -1 : shown_ - 1;
@@ -123,6 +154,8 @@ void AccountNameBox::Complete() {
 void AccountNameBox::Command(int code) {
     if (code == CBN_SELCHANGE) {
         Raise(click_);
+    } else if (code == CBN_DROPDOWN) {
+        ListUpTo(ListCount());
     } else if (code == CBN_EDITCHANGE && !completing_) {
         Complete();
         Raise(change_);

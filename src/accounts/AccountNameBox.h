@@ -8,7 +8,8 @@
 /// text was a search. Any other text that was typed is the new name of the account that is shown. The
 /// completion disappears when the field is left.
 ///
-/// Entries are told apart by their position, as several names may look alike.
+/// Entries are told apart by their position, as several names may look alike. Those behind the ones in use
+/// come into the list a few at a time, because 100,000 of them take longer than anybody waits for a window.
 class AccountNameBox final : public gui::Control {
 public:
     template <class F>
@@ -36,7 +37,7 @@ public:
     /// Selects an entry (-1 for none) and runs the Click handler, as choosing it does.
     void ListIndex(int index);
     void AddItem(const std::string& name);
-    /// Replaces all entries by what `fill` adds, `count` of them; the list is not drawn meanwhile.
+    /// Replaces all entries by what `fill` adds, `count` of them.
     void Fill(int count, const std::function<void()>& fill);
     void Rename(int index, const std::string& name);
     void RemoveItem(int index);
@@ -46,6 +47,8 @@ private:
     void Command(int code) override;
     bool Key(int virtualKey) override;
     bool Message(HWND window, UINT message, WPARAM& wParam, LPARAM lParam) override;
+    void ListUpTo(int count);
+    gui::Task<> ListInTurns();
     bool Offers() const;
     void Complete();
     void FieldText(const std::string& text);
@@ -53,6 +56,9 @@ private:
     std::function<void()> click_;
     std::function<void()> change_;
     accounts::NameList names_;
+    /// So many of the names are in the list control.
+    int listed_ = 0;
+    bool listing_ = false;
     HWND field_ = nullptr;
     HWND list_ = nullptr;
     int shown_ = -1;

@@ -20,10 +20,13 @@ public:
     int IndexOf(const std::string& name) const;
     /// First entry from `from` on that starts with `text`, letter case aside; -1 for none.
     int FindPrefix(const std::string& text, int from = 0) const;
+    /// Makes the first `count` names ready for FindPrefix, which does what is left of it.
+    void Prepare(int count) const;
 
 private:
     std::vector<std::string> names_;
-    std::vector<std::string> upper_;
+    /// The first ones in capitals, as many as were needed so far.
+    mutable std::vector<std::string> upper_;
 };
 
 } // namespace accounts

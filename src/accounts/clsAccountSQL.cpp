@@ -44,6 +44,7 @@ void clsAccountSQL::IndexNewNumbers() {
         std::erase_if(unnumbered_, [this](std::size_t row) {
             recordset_.Bookmark(row);
             const accounts::AccountKey key = CurrentKey();
+            index_.Erase(row, key);
             index_.Insert(row, key);
             return key.id.has_value();
         });

@@ -10,6 +10,7 @@ void frmAccountEditor::Form_Load() {
     cboSex.AddItem("Female - 0");
     cboSex.AddItem("Male - 1");
     cboSex.ListIndex(0);
+    chkIsGM_Click();
     ShowNone();
     // In sight while the accounts are read, which takes its time on a large server.
     Visible(true);
@@ -158,20 +159,25 @@ bool frmAccountEditor::ShowRow(std::size_t row) {
 
 void frmAccountEditor::ShowEdit(const accounts::AccountEdit& edit) {
     const Flag showing(showing_);
-    cboAccountName.Text(edit.fields.name);
     txtAccountID.Text(edit.fields.id);
     txtAccountPassword.Text(edit.fields.password);
     txtEmail.Text(edit.fields.email);
-    cboSex.ListIndex(edit.sex.value_or(-1));
+    if (cboSex.ListIndex() != edit.sex.value_or(-1))
+        cboSex.ListIndex(edit.sex.value_or(-1));
     ShowPrivileges(edit);
     TellSelected();
 }
 
+/// Most boxes are the same for the next account, and changing one costs more than asking it.
 void frmAccountEditor::ShowPrivileges(const accounts::AccountEdit& edit) {
     AccountsDB.IsAGM(edit.isGameMaster);
-    chkIsGM.Value(edit.isGameMaster);
-    for (std::size_t i = 0; i < PrivilegeBoxes.size(); ++i)
-        PrivilegeBoxes[i]->Value(edit.isGameMaster && edit.privileges[i] != 0);
+    if (chkIsGM.Value() != int{edit.isGameMaster})
+        chkIsGM.Value(edit.isGameMaster);
+    for (std::size_t i = 0; i < PrivilegeBoxes.size(); ++i) {
+        const int granted = edit.isGameMaster && edit.privileges[i] != 0;
+        if (PrivilegeBoxes[i]->Value() != granted)
+            PrivilegeBoxes[i]->Value(granted);
+    }
 }
 
 /// Lists the accounts anew after they were changed elsewhere than in the fields.
@@ -194,10 +200,11 @@ void frmAccountEditor::ShowNone() {
 }
 
 void frmAccountEditor::chkIsGM_Click() {
+    const bool isGameMaster = chkIsGM.Value() != 0;
     for (gui::CheckBox* box : PrivilegeBoxes)
-        box->Enabled(chkIsGM.Value() != 0);
-    cmdGiveAllPrivileges.Enabled(chkIsGM.Value() != 0);
-    cmdRemoveAllPrivileges.Enabled(chkIsGM.Value() != 0);
+        box->Enabled(isGameMaster);
+    cmdGiveAllPrivileges.Enabled(isGameMaster);
+    cmdRemoveAllPrivileges.Enabled(isGameMaster);
     TellWaiting();
 }
 

@@ -205,6 +205,7 @@ private:
     /// open meanwhile, and may not choose.
     bool busy_ = false;
     bool showing_ = false;
+    std::chrono::steady_clock::time_point progressTold_;
     gui::FormSlot<frmFindAccount> find_{[this] { return std::make_unique<frmFindAccount>(cboAccountName); }};
     gui::FormSlot<frmAccountList> list_{[this] {
         return std::make_unique<frmAccountList>(AccountsDB, [this](std::size_t row) { ChooseRow(row); });

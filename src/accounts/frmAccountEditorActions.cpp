@@ -71,6 +71,12 @@ void frmAccountEditor::ReadLogin() {
 }
 
 void frmAccountEditor::TellProgress(std::size_t accountsRead) {
+    // Drawing a caption takes as long as reading some hundred accounts.
+    constexpr std::chrono::milliseconds kBetween{200};
+    const auto now = std::chrono::steady_clock::now();
+    if (now - progressTold_ < kBetween)
+        return;
+    progressTold_ = now;
     const std::string count = common::ThousandsText(static_cast<double>(accountsRead));
     std::string caption = kTitle;
     caption.append(" - loading ").append(count).append(" accounts");
@@ -98,8 +104,10 @@ gui::Task<> frmAccountEditor::cmdReload_Click() {
     const bool loaded = !load || AccountsDB.LoadGMData() == 1;
     const auto gmReason = AccountsDB.LastError();
     // Nothing was given up.
-    if (!done && selected && ShowRow(selected->row))
+    if (!done && selected && ShowRow(selected->row)) {
+        cboAccountName.Text(edit.fields.name);
         ShowEdit(edit);
+    }
     TellWaiting();
     if (!done)
         TellOperator(accounts::FailureText("Kerno Tools failed to reload the accounts.", "reload", serverGone,
