@@ -34,13 +34,17 @@ std::string DateIn(const std::string& path) {
     return path.substr(path.size() - ending - kDateLength, kDateLength);
 }
 
-/// The first few of the accounts that would change, for a question.
-std::string Listed(const std::vector<accounts::GMTable::Change>& changes) {
+/// The first few of the accounts that would change, for a question. With names, because a number may have
+/// gone to somebody else since.
+std::string Listed(const std::vector<accounts::GMTable::Change>& changes, const clsAccountSQL& store) {
     constexpr std::size_t kShown = 12;
     std::string text;
-    for (std::size_t i = 0; i < std::min(kShown, changes.size()); ++i)
-        text += "\n" + std::to_string(changes[i].id) + ": " + accounts::PrivilegesText(changes[i].before) +
-                " -> " + accounts::PrivilegesText(changes[i].after);
+    for (std::size_t i = 0; i < std::min(kShown, changes.size()); ++i) {
+        const auto row = store.RowOfAccount(changes[i].id);
+        text += "\n" + (row ? store.Text(*row, accounts::Field::Name) : std::string()) + " (" +
+                std::to_string(changes[i].id) + "): " + accounts::PrivilegesText(changes[i].before) + " -> " +
+                accounts::PrivilegesText(changes[i].after);
+    }
     if (changes.size() > kShown)
         text += "\n... and " + Counted(changes.size() - kShown, "more", "more");
     return text;
@@ -112,7 +116,9 @@ gui::Task<> frmPrivilegeFile::cmdBringBack_Click() {
         co_return;
     }
     const int answer = co_await MsgBox("Bring the privileges of " + DateIn(path) +
-                                           " back? The changes wait for Save.\n" + Listed(changes),
+                                           " back? The changes wait for Save. A number may have "
+                                           "gone to another account since; look at the names.\n" +
+                                           Listed(changes, store_),
                                        MB_YESNO | MB_ICONQUESTION);
     if (answer != IDYES)
         co_return;

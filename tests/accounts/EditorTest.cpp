@@ -259,7 +259,15 @@ TEST_F(EditorTest, ConflictsThatWereDecidedAreSentAlsoWhenTheNextOneIsNot) {
 
 TEST_F(EditorTest, AServerThatIsSilentCanBeWaitedForAndCancelled) {
     const auto waiting = [] { return FindWindowA(nullptr, "Kerno Tools :: Please Wait"); };
-    Load();
+    root.Execute("LOCK TABLES glogin.account WRITE");
+    editor.Load();
+    ASSERT_TRUE(support::WaitUntil([&] { return IsWindowVisible(waiting()); }));
+    // Closing it is cancelling.
+    SendMessageA(waiting(), WM_CLOSE, 0, 0);
+    EXPECT_EQ(Said().size(), 2u);
+    root.Execute("UNLOCK TABLES");
+    Press(editor.cmdReload);
+    Choose("alpha");
     Press(editor.cmdFind);
     editor.txtEmail.Text("typed");
     const std::string typed = "alpha|100001|a|0|typed|0000000000000000";
@@ -352,7 +360,8 @@ TEST_F(EditorTest, ThePrivilegeFileIsClearedAndBroughtBackInItsWindow) {
         }
     });
     Press(editor.cmdPrivilegeFile);
-    EXPECT_TRUE(boxes.Texts().at(0).ends_with("100002: no game master -> all")) << boxes.Texts()[0];
+    EXPECT_TRUE(boxes.Texts().at(0).ends_with("\n\nbravo (100002): no game master -> all"))
+        << boxes.Texts()[0];
     EXPECT_EQ(Shown(), "bravo|100002|b|1|b@x|1111111111111111");
     Press(editor.cmdSave);
     EXPECT_EQ(PrivilegeRows(), all);
