@@ -269,9 +269,10 @@ TEST_F(MainMenu, TheIconsTextFollowsTheServers) {
     form.mnuShutdownLogin.Choose();
     says("Kerno Tools :: a dialog of kLogin.exe does not close");
     servers.KillAll();
+    EXPECT_TRUE(support::Settle());
     for (int start = Launches().Recent(Server::Login, GetTickCount64()); start < 5; ++start) {
         form.mnuStartLogin.Choose();
-        ASSERT_TRUE(WaitUntil([] { return IsRunning(Server::Login); }));
+        ASSERT_TRUE(WaitUntil([] { return IsRunning(Server::Login); })) << journal::LastLines(10);
         EXPECT_TRUE(support::Settle());
         servers.Kill(Server::Login);
     }
