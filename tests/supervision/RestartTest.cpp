@@ -113,9 +113,13 @@ TEST_F(Restarting, ALockedFileKeepsNoServerDownAndIsToldOnce) {
     const common::FileHandle lock(
         CreateFileA(kerno.INIPath().c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
     bool back = false;
-    // The box stays open until the servers are back.
+    // The box stays open until the servers are back, and those that die meanwhile too.
     boxes.Answer(IDOK, [&] {
-        back = WaitUntil([&] { return std::ranges::all_of(kServers, modServerControl::IsRunning); });
+        const auto areBack = [] { return std::ranges::all_of(kServers, modServerControl::IsRunning); };
+        back = WaitUntil(areBack);
+        for (const Server server : {Server::Login, Server::Zone})
+            servers.Kill(server);
+        back = WaitUntil(areBack) && back;
     });
     for (const Server server : kServers)
         servers.Kill(server);
