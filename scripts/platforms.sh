@@ -90,6 +90,8 @@ use_platform() {
         for shared in /dev /proc "${TMPDIR:-/tmp}" /tmp/.X11-unix "$top"; do
             mkdir -p "$folder$shared" && mount --rbind "$shared" "$folder$shared" || fail "$shared cannot be shared"
         done
+        # With the name of this computer, which programs ask the address of.
+        mount --bind /etc/hosts "$folder/etc/hosts" || fail "/etc/hosts cannot be shared"
     done
     export KTOOLS_ROOTS=$top/build/roots
     [[ $platform_wine != - ]] || return 0

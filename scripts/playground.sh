@@ -31,10 +31,31 @@ lay_out() {
     [[ -L $folder/MySQL/data ]] || ln -s ../.servers/127.0.0.1/data "$folder/MySQL/data"
 }
 
-# start_playground FOLDER: Wine and the database server; the folders are C:\kTools, C:\Kerno and C:\MySQL.
+# set_look LOOK: how Windows shows its windows: in percent of the usual size, or in high contrast. Black, white and
+# yellow, and no theme, are what Windows' own high contrast gives a program.
+set_look() {
+    local percent=100 theme=1
+    local paper='255 255 255' ink='0 0 0' face='240 240 240' chosen='0 120 215'
+    case $1 in
+    contrast) theme=0 paper='0 0 0' ink='255 255 255' face='0 0 0' chosen='26 235 255' ;;
+    *) percent=$1 ;;
+    esac
+    {
+        printf 'REGEDIT4\n\n[HKEY_CURRENT_USER\\Control Panel\\Desktop]\n"LogPixels"=dword:%08x\n\n' $((percent * 96 / 100))
+        printf '[HKEY_CURRENT_USER\\Software\\Microsoft\\Windows\\CurrentVersion\\ThemeManager]\n"ThemeActive"="%s"\n\n' "$theme"
+        printf '[HKEY_CURRENT_USER\\Control Panel\\Colors]\n'
+        printf '"%s"="%s"\n' Window "$paper" InfoWindow "$paper" Menu "$paper" ButtonFace "$face" MenuBar "$face" \
+            Scrollbar "$face" ButtonAlternateFace "$face" WindowText "$ink" ButtonText "$ink" MenuText "$ink" \
+            InfoText "$ink" WindowFrame "$ink" Hilight "$chosen" HilightText "$paper"
+    } >"$logs/look.reg"
+    unlocked wine regedit /S "$(windows_path "$logs/look.reg")" >/dev/null 2>&1
+}
+
+# start_playground FOLDER LOOK: Wine and the database server; the folders are C:\kTools, C:\Kerno and C:\MySQL.
 start_playground() {
     local folder=$1 name
     start_wine "$folder/.wine" "$platform_bits"
+    set_look "$2"
     for name in kTools Kerno MySQL; do
         [[ -e $WINEPREFIX/drive_c/$name ]] || ln -s "../../$name" "$WINEPREFIX/drive_c/$name"
     done

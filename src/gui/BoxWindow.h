@@ -33,7 +33,6 @@ public:
 
 private:
     static INT_PTR CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-    void Lay(const std::string& text, unsigned style);
     void Answer(int id);
     void Close();
     void PaintBackground(HDC surface) const;

@@ -5,6 +5,7 @@
 #include "gui/Menu.h"
 #include "gui/MsgBox.h"
 #include "gui/Placement.h"
+#include "gui/Scrolling.h"
 #include "gui/Timer.h"
 #include "gui/ToolTips.h"
 
@@ -93,7 +94,10 @@ void Form::Load(Form* over, bool owned) {
     loading_ = false;
     // Half-loaded settings must never be written back, so there is no Form_Unload here.
     if (!complete)
-        Discard();
+        return Discard();
+    const RECT work = WorkAreaAround(window_);
+    smallest_.y = std::min(smallest_.y, work.bottom - work.top);
+    FitHeight(window_);
 }
 
 void Form::MakeWindow(HWND owner) {

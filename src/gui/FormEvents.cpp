@@ -4,6 +4,7 @@
 #include "gui/Form.h"
 #include "gui/Help.h"
 #include "gui/Menu.h"
+#include "gui/Scrolling.h"
 #include "gui/Timer.h"
 
 #include <algorithm>
@@ -240,7 +241,11 @@ bool Form::TranslateKey(MSG& message) {
     // for without end.
     if (!IsWindowVisible(message.hwnd))
         return false;
-    return (*found)->Key(message) || IsDialogMessageA(root, &message);
+    const bool used = (*found)->Key(message) || IsDialogMessageA(root, &message);
+    // The key may have moved the focus, and whoever types wants to see it.
+    if (message.message == WM_KEYDOWN && IsWindow(root))
+        ScrollIntoView(GetFocus());
+    return used;
 }
 
 /// True when the key that went down is used up before the dialog manager sees it.

@@ -172,8 +172,4 @@ void ForEach(std::span<const Server> servers, const std::function<void(Server)>&
         std::rethrow_exception(first);
 }
 
-void StartAllWithPriority(const clsINI& priorities, journal::Asker asker) {
-    ForEach(kServers, [&](Server server) { StartWithPriority(server, priorities, asker); });
-}
-
 } // namespace modServerControl

@@ -42,7 +42,4 @@ gui::Task<std::int16_t> ShutdownFor(journal::Asker asker, Server server);
 /// of a server that cannot be read keep none of the others down.
 void ForEach(std::span<const Server> servers, const std::function<void(Server)>& action);
 
-/// The three servers in turn: login, character, zone.
-void StartAllWithPriority(const clsINI& priorities, journal::Asker asker);
-
 } // namespace modServerControl

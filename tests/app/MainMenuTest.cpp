@@ -1,6 +1,7 @@
 #include "app/frmBrowse.h"
 #include "app/frmMainMenu.h"
 #include "app/frmSQLPath.h"
+#include "servers/Processes.h"
 
 #include "supervision/RestartAll.h"
 #include "support/ChildProcess.h"
@@ -353,32 +354,32 @@ TEST_F(MainMenu, PickersStoreOnlyAFolderThatHoldsTheRequiredFile) {
 }
 
 TEST_F(MainMenu, PickersBeginWhereAServerRunsOrNearTheToolAndMarkWhatQualifies) {
-    KernoPath("");
-    support::WriteFile(kTools.INIPath(), "KernoPath=\r\n");
+    MySQLPath("");
+    support::WriteFile(kTools.INIPath(), "KernoPath=\r\nMySQLPath=\r\n");
     const std::string beside = program / "Near";
-    std::filesystem::create_directory(beside);
-    support::WriteFile(beside + "\\Kerno.ini", "");
-    const auto shown = [] {
-        frmBrowse form;
-        form.Load();
-        EXPECT_EQ(form.lblHolds.Caption(), "Holds Kerno.ini");
-        TVITEMA item{};
-        item.mask = TVIF_STATE;
-        item.stateMask = TVIS_BOLD;
-        item.hItem = TreeView_GetSelection(form.dirCharacter.Window());
-        SendMessageA(form.dirCharacter.Window(), TVM_GETITEMA, 0, reinterpret_cast<LPARAM>(&item));
-        EXPECT_TRUE(item.state & TVIS_BOLD);
-        const std::string begun = form.dirCharacter.Path();
-        form.dirCharacter.Path(begun.substr(0, 3));
-        EXPECT_EQ(form.lblHolds.Caption(), "Does not hold Kerno.ini");
-        return begun;
-    };
-    EXPECT_EQ(shown(), beside);
-    KernoPath(servers.Path());
+    std::filesystem::create_directories(beside + "\\bin");
+    support::WriteFile(beside + "\\bin\\mysqld.exe", "");
+    frmSQLPath mysql;
+    mysql.Load();
+    EXPECT_EQ(mysql.dirCharacter.Path(), beside);
+    EXPECT_EQ(mysql.lblHolds.Caption(), "Holds bin\\mysqld.exe");
+    TVITEMA item{};
+    item.mask = TVIF_STATE;
+    item.stateMask = TVIS_BOLD;
+    item.hItem = TreeView_GetSelection(mysql.dirCharacter.Window());
+    SendMessageA(mysql.dirCharacter.Window(), TVM_GETITEMA, 0, reinterpret_cast<LPARAM>(&item));
+    EXPECT_TRUE(item.state & TVIS_BOLD);
+    mysql.dirCharacter.Path(beside.substr(0, 3));
+    EXPECT_EQ(mysql.lblHolds.Caption(), "Does not hold bin\\mysqld.exe");
+
     ASSERT_TRUE(servers.Launch(Server::Login));
     KernoPath("");
-    support::WriteFile(servers.Path() + "Kerno.ini", "");
-    EXPECT_EQ(shown() + "\\", servers.Path());
+    frmBrowse server;
+    server.Load();
+    // Tests that run beside this one have servers, too.
+    const auto running = modServerControl::PathsRunning("kLogin.exe");
+    EXPECT_EQ(std::ranges::count(running, server.dirCharacter.Path() + "\\kLogin.exe"), 1)
+        << server.dirCharacter.Path();
 }
 
 TEST_F(MainMenu, ADriveThatCannotBeReadIsRefusedAndTheLastGoodOneComesBack) {

@@ -1,5 +1,7 @@
 #include "frmSample.h"
 
+#include "gui/Placement.h"
+#include "gui/Scrolling.h"
 #include "support/Keyboard.h"
 #include "support/Test.h"
 #include "support/Wait.h"
@@ -186,6 +188,40 @@ TEST(Keyboard, AMessageBoxThatWasScrolledUpStaysWhereItIs) {
     EXPECT_EQ(kept.cpMin, 3);
     EXPECT_EQ(kept.cpMax, 7);
     EXPECT_EQ(top(), end);
+}
+
+TEST(Keyboard, AFormThatIsHigherThanItsScreenScrollsToWhatHasTheFocus) {
+    frmSample form;
+    form.Load();
+    const RECT work = gui::WorkAreaAround(form.Window());
+    SetWindowPos(form.Window(), nullptr, 0, 0, 400, 3000, SWP_NOZORDER);
+    form.cmdPress.Move(10, 2900, 80, 25);
+    gui::FitHeight(form.Window());
+    form.Visible(true);
+    RECT own{};
+    GetWindowRect(form.Window(), &own);
+    EXPECT_EQ(own.top, work.top);
+    EXPECT_EQ(own.bottom, work.bottom);
+    RECT seen{};
+    GetClientRect(form.Window(), &seen);
+    // Once round by keyboard, to the top and to the bottom.
+    bool pressed = false;
+    bool others = false;
+    for (int press = 0; press < 20; ++press) {
+        PressKey(VK_TAB);
+        const HWND focus = Reached(form);
+        RECT place{};
+        GetWindowRect(focus, &place);
+        MapWindowPoints(nullptr, form.Window(), reinterpret_cast<POINT*>(&place), 2);
+        EXPECT_GE(place.top, 0) << GetDlgCtrlID(focus);
+        EXPECT_LE(place.top, seen.bottom) << GetDlgCtrlID(focus);
+        (focus == form.cmdPress.Window() ? pressed : others) = true;
+    }
+    EXPECT_TRUE(pressed && others);
+    SendMessageA(form.Window(), WM_VSCROLL, SB_TOP, 0);
+    EXPECT_EQ(form.cmdPress.Bounds().top, 2900);
+    SendMessageA(form.Window(), WM_MOUSEWHEEL, MAKEWPARAM(0, static_cast<WORD>(-WHEEL_DELTA)), 0);
+    EXPECT_LT(form.cmdPress.Bounds().top, 2900);
 }
 
 } // namespace
