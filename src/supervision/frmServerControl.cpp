@@ -8,6 +8,8 @@
 #include "supervision/frmJournal.h"
 #include "supervision/NextBackup.h"
 
+#include <algorithm>
+
 namespace {
 
 constexpr const char* kTip = "Kerno Tools :: Server Control";
@@ -31,7 +33,10 @@ void frmServerControl::Form_Load() {
 void frmServerControl::ShowTonight() {
     supervision::Night night;
     night.watched = errorDetector.chkErrorDetector.Value() != 0;
-    night.restarts = errorDetector.chkCheckServerProcesses.Value() != 0;
+    const auto servers = {&errorDetector.chkLoginServer, &errorDetector.chkCharacterServer,
+                          &errorDetector.chkZoneServer};
+    night.restarts = errorDetector.chkCheckServerProcesses.Value() &&
+                     std::ranges::any_of(servers, [](const auto* box) { return box->Value() != 0; });
     night.closes = errorDetector.chkHandlePopups.Value() != 0;
     SYSTEMTIME now{};
     GetLocalTime(&now);

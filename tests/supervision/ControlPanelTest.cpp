@@ -92,6 +92,19 @@ TEST_F(Panel, CheckBoxesTakeTheirConsequencesWithThem) {
     }
 }
 
+TEST_F(Panel, TheFootTellsOfARestarterOnlyWhereItHasAServerToLookAfter) {
+    TurnOn({kEnableErrorDetector, kMaintainServer});
+    gui::Local<frmServerControl> held;
+    frmServerControl& panel = *held;
+    panel.Load();
+    for (const bool zone : {false, true}) {
+        panel.errorDetector.chkZoneServer.Value(zone);
+        panel.tmrTonight.Tick();
+        const std::string told = panel.lblTonight.Caption();
+        EXPECT_EQ(told.find("stopped servers are restarted") != told.npos, zone) << told;
+    }
+}
+
 TEST_F(Panel, EnablesAndResetsTheBackup) {
     gui::Local<frmServerControl> held;
     frmServerControl& panel = *held;
