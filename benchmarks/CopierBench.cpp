@@ -42,15 +42,22 @@ const bench::Area copierArea("copier", [] {
         const bench::Size size(accounts, "accounts");
         bench::FillAccounts(root, accounts);
         bench::FillStorage(root, accounts / 2);
-        std::vector<double> own, dump;
+        std::vector<double> own, verified, dump;
         for (int i = 0; i < kRuns; ++i) {
             own.push_back(
                 bench::Milliseconds([&] { support::Run(copier.CopyDatabase("glogin", "bk_glogin")); }));
+            verified.push_back(bench::Milliseconds([&] {
+                support::Run(copier.CopyDatabase("glogin", "bk_glogin"));
+                const auto there = support::Run(copier.ReadBack("bk_glogin"));
+                if (!supervision::Differences(copier.Copied(), there).empty())
+                    throw std::runtime_error("the copy differs");
+            }));
             dump.push_back(DumpAndLoad(folder));
         }
         const double beside = bench::Median(dump);
         bench::Row("mariadb-dump | mariadb", size, beside, "ms");
         bench::Row("copy of a database", size, bench::Median(own), "ms", {beside, "mariadb-dump"});
+        bench::Row("copy and verification", size, bench::Median(verified), "ms", {beside, "mariadb-dump"});
     }
     bench::DropDatabases(root);
     bench::DropDatabases(remote);

@@ -116,17 +116,18 @@ void Clean(Client& connection) {
         connection.Execute("DROP USER " + user);
 }
 
-ServerDown::ServerDown(const std::string& host) : folder_(ServerFolder(host)), host_(host) {
-    WriteFile(folder_ + "\\hold", "");
-    WriteFile(folder_ + "\\kill", "");
+void HoldServer(const std::string& host) {
+    const std::string folder = ServerFolder(host);
+    WriteFile(folder + "\\hold", "");
+    WriteFile(folder + "\\kill", "");
     // The killer removes its order when it is done.
-    if (!WaitUntil([this] { return !common::FileExists(folder_ + "\\kill"); }))
+    if (!WaitUntil([&] { return !common::FileExists(folder + "\\kill"); }))
         throw std::runtime_error("the server was not killed");
 }
 
-ServerDown::~ServerDown() {
-    DeleteFileA((folder_ + "\\hold").c_str());
-    WaitUntil([this] { return Answers(host_); });
+void LetServerStart(const std::string& host) {
+    DeleteFileA((ServerFolder(host) + "\\hold").c_str());
+    WaitUntil([&] { return Answers(host); });
 }
 
 Databases::Databases() {

@@ -53,15 +53,19 @@ std::vector<std::string> Checksums(Client& connection, const std::string& databa
 /// Drops every database and login but the server's own.
 void Clean(Client& connection);
 
-/// Kills the server as a power cut would, and keeps it down as long as the object lives.
+/// Kills the server as a power cut would, and keeps it down.
+void HoldServer(const std::string& host = kLocalServer);
+/// Lets it start again and waits until it answers.
+void LetServerStart(const std::string& host = kLocalServer);
+
+/// Holds a server as long as the object lives.
 class ServerDown {
 public:
-    explicit ServerDown(const std::string& host = kLocalServer);
-    ~ServerDown();
+    explicit ServerDown(const std::string& host = kLocalServer) : host_(host) { HoldServer(host_); }
+    ~ServerDown() { LetServerStart(host_); }
     ServerDown(const ServerDown&) = delete;
 
 private:
-    std::string folder_;
     std::string host_;
 };
 

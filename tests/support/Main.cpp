@@ -1,4 +1,5 @@
 #include "support/ChildProcess.h"
+#include "support/HostProgram.h"
 
 #include <gtest/gtest.h>
 
@@ -10,6 +11,9 @@
 int main(int count, char** arguments) {
     if (support::RunAsChild(count, arguments))
         return 0;
+    int status = 0;
+    if (support::RunAsHostProgram(count, arguments, status))
+        return status;
     constexpr std::string_view kLog = "--log=";
     for (int i = 1; i < count; ++i) {
         const std::string_view argument = arguments[i];
