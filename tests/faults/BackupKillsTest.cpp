@@ -1,4 +1,5 @@
 #include "Faults.h"
+#include "TableFiles.h"
 
 #include "dbsetup/Schema.h"
 #include "supervision/BackupArchive.h"
@@ -18,40 +19,6 @@
 namespace {
 
 using namespace settings::key;
-
-// Table files that tell a copy that was cut short or mixed: every byte behind the headers says the
-// generation.
-constexpr std::size_t kDataBytes = 30'000;
-
-std::string FileOf(std::string_view ending, char generation) {
-    if (ending == ".frm")
-        return "\xFE\x01" + std::string(100, generation);
-    if (ending == ".MYD")
-        return std::string(kDataBytes, generation);
-    std::string index(2048, generation);
-    index.replace(0, 8, "\xFE\xFE\x07\x01\x00\x03\x01\xBD", 8);
-    index.replace(24, 52, std::string(52, '\0'));
-    index[66] = 8;
-    index[74] = static_cast<char>(kDataBytes >> 8);
-    index[75] = static_cast<char>(kDataBytes & 0xFF);
-    return index;
-}
-
-/// Calls `visit` with the path below a backup or a data folder, and the ending, of every file.
-void ForEachFile(const auto& visit) {
-    for (const suite::Database& database : suite::Databases())
-        for (const suite::Table& table : database.tables)
-            for (const std::string_view ending : suite::kTableFileEndings)
-                visit("\\" + std::string(database.name) + "\\" + std::string(table.name) +
-                          std::string(ending),
-                      ending);
-}
-
-void WriteTables(const std::string& folder, char generation) {
-    ForEachFile([&](const std::string& path, std::string_view ending) {
-        support::WriteFile(folder + "\\MySQL\\data" + path, FileOf(ending, generation));
-    });
-}
 
 /// True when it has all files, whole and of one generation.
 bool IsWhole(const std::string& backup) {
@@ -77,7 +44,7 @@ const support::ChildEntry fileBackups("back up files", [](const std::string& fol
     common::ProgramFolder(folder);
     modServerControl::MySQLPath(folder + "\\MySQL\\");
     for (char generation = 'a';; generation = generation == 'z' ? 'a' : static_cast<char>(generation + 1)) {
-        WriteTables(folder, generation);
+        WriteTables(folder + "\\MySQL", generation);
         support::Run(supervision::BackUpFiles(ignoreProgress, {}));
         supervision::PruneBackups("2");
     }
@@ -87,7 +54,7 @@ TEST(BackupFileKills, LeaveWholeFoldersOnly) {
     const int kills = Times(20, 200);
     std::atomic<int> found = 0;
     support::KillDuring(
-        "back up files", kills, [](const std::string& folder) { WriteTables(folder, 'a'); },
+        "back up files", kills, [](const std::string& folder) { WriteTables(folder + "\\MySQL", 'a'); },
         [&](const std::string& folder) {
             const auto dated = EntriesIn(folder + "\\kTools\\Backup");
             for (const common::FolderEntry& entry : dated)
@@ -239,7 +206,7 @@ TEST_F(BackupKills, NoCopyThatWasWrittenToIsCalledProven) {
 }
 
 TEST_F(BackupKills, AFileThatCannotBeReadCostsNoFolder) {
-    WriteTables(program.Path(), 'a');
+    WriteTables(program / "MySQL", 'a');
     modServerControl::MySQLPath(program / "MySQL\\");
     const std::string earlier = supervision::BackupFolder() + "\\30-06-2004 01 00 AM";
     support::WriteFile(earlier + "\\glogin\\account.MYD", "earlier");

@@ -1,4 +1,5 @@
 #include "Faults.h"
+#include "TableFiles.h"
 
 #include "app/frmMainMenu.h"
 #include "gui/Aside.h"
@@ -65,15 +66,9 @@ protected:
 
     Lids() {
         // Backups are made of the three databases' files.
-        Set({{settings::key::kKernoPath, servers.Path()},
-             {settings::key::kMySQLPath, program / "mysql\\"},
-             {settings::key::kBackupOption, "0"}});
-        for (const auto& database : suite::Databases())
-            for (const auto& table : database.tables)
-                for (const std::string_view kind : suite::kTableFileEndings)
-                    support::WriteFile(program / "mysql\\data\\" + std::string(database.name) + "\\" +
-                                           std::string(table.name) + std::string(kind),
-                                       std::string(1 << 16, 'x'));
+        Set({{settings::key::kKernoPath, servers.Path()}, {settings::key::kMySQLPath, program / "mysql\\"}});
+        kerno.INIProperty(settings::key::kBackupOption, "0");
+        WriteTables(program / "mysql", 'x');
         TurnOn({settings::key::kShutdownOnBackup});
         menu.Show();
         panel.Show();
@@ -268,7 +263,7 @@ void Lids::Lay(const Lid& lid, const Action& action) {
         EXPECT_TRUE(WaitUntil([&] { return wasOver; }, kLimit));
     }
     EXPECT_TRUE(wasOpen);
-    EXPECT_TRUE(action.isOver()) << journal::LastLines(20);
+    EXPECT_TRUE(action.isOver()) << journal::LastLines(20) << Log("Backup.log");
     EXPECT_TRUE(stillOpen) << "the lid has gone by itself";
     EXPECT_TRUE(WaitUntil([&] { return !lid.isOpen(); }));
     action.end();
