@@ -100,7 +100,11 @@ std::string LiveLine(Server server, const Sight& sight, const SYSTEMTIME& since,
                      int launches) {
     std::string line =
         std::string(ComponentOf(server).name) + " server: " + Words(sight.condition) + ClockText(since);
-    if (!sight.dialog.empty())
+    // The line has room for two rows.
+    constexpr std::size_t kLongestTitle = 40;
+    if (sight.dialog.size() > kLongestTitle)
+        line += " (\"" + sight.dialog.substr(0, kLongestTitle) + "...\")";
+    else if (!sight.dialog.empty())
         line += " (\"" + sight.dialog + "\")";
     if (!sight.stranger.empty())
         line += "; the window is that of " + sight.stranger + " from elsewhere";

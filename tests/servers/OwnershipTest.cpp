@@ -124,7 +124,11 @@ TEST(LiveLine, TellsEachState) {
          "Zone server: hung since 14:03:09; runs as administrator, kTools cannot close it; checked 14:05:00"},
         {{.condition = Condition::Dialog, .dialog = "Error"},
          0,
-         "Zone server: dialog open since 14:03:09 (\"Error\"); checked 14:05:00"}};
+         "Zone server: dialog open since 14:03:09 (\"Error\"); checked 14:05:00"},
+        {{.condition = Condition::Dialog, .dialog = std::string(41, 'x')},
+         0,
+         "Zone server: dialog open since 14:03:09 (\"xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx...\"); "
+         "checked 14:05:00"}};
     for (const auto& [sight, launches, line] : cases)
         EXPECT_EQ(LiveLine(Server::Zone, sight, since, now, launches), line);
     LaunchHistory history;
