@@ -15,7 +15,7 @@ protected:
         root.Execute("CREATE DATABASE glogin");
         root.Execute(
             "CREATE TABLE glogin.account (AID int NOT NULL PRIMARY KEY, Name varchar(24)) ENGINE=MyISAM");
-        root.Execute("INSERT INTO glogin.account SELECT seq, 'x' FROM glogin.seq_1_to_3000");
+        root.Execute("INSERT INTO glogin.account SELECT seq, 'x' FROM " + support::Numbers(1, 3000));
         connection.Limit(1s);
     }
 

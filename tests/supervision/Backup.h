@@ -5,6 +5,8 @@
 #include "supervision/BackupArchive.h"
 #include "support/Database.h"
 
+using support::Rows;
+
 /// A control panel over the ten tables on the real server, with a backup server beside it.
 struct Backup : Panel, support::Databases {
     Backup() {

@@ -5,13 +5,6 @@
 
 namespace {
 
-using namespace settings::key;
-using namespace supervision;
-using modServerControl::kServers;
-using modServerControl::Server;
-using support::Rows;
-using support::WaitUntil;
-
 /// What must not be lost, and what must not end in silence.
 using BackupSafety = Backup;
 

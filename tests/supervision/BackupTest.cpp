@@ -6,12 +6,6 @@
 
 namespace {
 
-using namespace settings::key;
-using namespace supervision;
-using modServerControl::kServers;
-using modServerControl::Server;
-using support::Rows;
-using support::WaitUntil;
 using Action = BackupAction;
 
 const SYSTEMTIME kNow{2004, 6, 3, 30, 23, 58, 30, 0};

@@ -174,7 +174,7 @@ TEST_F(Copier, CharacterSetsSurviveAServerWithAnotherDefault) {
 
 TEST_F(Copier, AnythingElseAtTheDestinationIsFound) {
     root.Execute("CREATE TABLE glogin.t (id int NOT NULL PRIMARY KEY, b blob, r double, n varchar(9))");
-    root.Execute("INSERT INTO glogin.t SELECT seq, REPEAT('x', 500), seq / 7, NULL FROM " +
+    root.Execute("INSERT INTO glogin.t SELECT seq, REPEAT('x', 500), seq / 7e0, NULL FROM " +
                  support::Numbers(1, 3000));
     root.Execute("CREATE TABLE glogin.twice (id int)");
     root.Execute("INSERT INTO glogin.twice VALUES (1), (1), (2)");
@@ -190,7 +190,7 @@ TEST_F(Copier, AnythingElseAtTheDestinationIsFound) {
         {"UPDATE bk.t SET b = INSERT(b, 77, 1, 'y') WHERE id = 1500", "t (other values)"},
         {"UPDATE bk.t SET b = REPEAT('x', 500), n = '' WHERE id = 1500", "t (other values)"},
         {"UPDATE bk.t SET n = NULL, r = r + 1e-9 WHERE id = 1500", "t (other values)"},
-        {"UPDATE bk.t SET r = 1500 / 7 WHERE id = 1500", ""},
+        {"UPDATE bk.t SET r = 1500 / 7e0 WHERE id = 1500", ""},
         {"DELETE FROM bk.t WHERE id = 1", "t (2,999 of 3,000 rows)"},
         {"UPDATE bk.twice SET id = 2", "t (2,999 of 3,000 rows), twice (other values)"},
         {"DROP TABLE bk.t", "t (missing), twice (other values)"},

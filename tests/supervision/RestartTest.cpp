@@ -10,16 +10,6 @@
 
 namespace {
 
-using namespace settings::key;
-using namespace supervision;
-using modServerControl::kServers;
-using modServerControl::Server;
-using standin::Command;
-using support::WaitUntil;
-
-/// The zone server's pause takes its time on a busy machine.
-constexpr std::chrono::minutes kPause{3};
-
 /// A panel that looks after all servers ten times a second.
 class Restarting : public Panel {
 protected:

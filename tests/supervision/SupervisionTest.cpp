@@ -5,16 +5,6 @@
 
 namespace {
 
-using namespace settings::key;
-using namespace supervision;
-using modServerControl::kServers;
-using modServerControl::Server;
-using standin::Command;
-using support::WaitUntil;
-
-/// The zone server's pause takes its time on a busy machine.
-constexpr std::chrono::minutes kPause{3};
-
 /// The entries of a log, without the stamps between them.
 std::vector<std::string> Entries(const std::string& log) {
     std::vector<std::string> entries;
