@@ -1,7 +1,6 @@
 #include "Backup.h"
 
 #include "supervision/BackupCheck.h"
-#include "supervision/FileBackup.h"
 
 namespace {
 
