@@ -90,17 +90,8 @@ class RowReader::Result {
 public:
     Result(const SessionPtr& session, const std::string& sql, const std::vector<Value>& parameters)
         : statement(session), wide(session->WideText()), utf8(session->Utf8Results()) {
-        try {
-            // Only then does a server send reals in full.
-            statement.Prepare(sql);
-        } catch (const Error& error) {
-            // MySQL takes CHECK TABLE and the like directly only.
-            constexpr long kCannotBePrepared = 1295;
-            if (error.Number() != kCannotBePrepared || !parameters.empty())
-                throw;
-            statement.ExecuteDirect(sql);
-            return;
-        }
+        // Always prepared: only then does a server send reals in full.
+        statement.Prepare(sql);
         if (!parameters.empty()) {
             given.Fill(wide, 1, parameters.size(),
                        [&](std::size_t, std::size_t column) { return Cell::Of(parameters[column]); });
