@@ -16,7 +16,7 @@ packages_wine_in_root=(wine fonts-wine fonts-liberation libxcomposite1 libxcurso
 # root_recipe NAME: what make-root takes beside the folder. A root is made anew when this changes.
 root_recipe() {
     case $1 in
-    wine32) echo i386 "$(sed -n 's/^VERSION_CODENAME=//p' /etc/os-release)" "${packages_wine_in_root[@]}" wine32 ;;
+    wine32) echo i386 "$(sed -n 's/^VERSION_CODENAME=//p' /etc/os-release)" "${packages_wine_in_root[@]}" wine32 mariadb-client ;;
     unstable)
         echo amd64 sid "${packages_wine_in_root[@]}" wine64 mariadb-server-core mariadb-client-core mariadb-client
         ;;
