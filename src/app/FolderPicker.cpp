@@ -44,9 +44,17 @@ std::string CurrentFolder() {
     return std::string(folder, length < sizeof folder ? length : 0);
 }
 
+using Folders = std::vector<std::string>;
+
+/// The folder that the tool works with, and the one that is stored.
+Folders FoldersOfSettings(const WantedFolder& wanted) {
+    return {wanted.get(), clsINI(settings::kToolsIniPath()).INIProperty(wanted.key)};
+}
+
 /// Folders in which the program, a path below the folder, is running.
-std::vector<std::string> FoldersRunning(const std::string& program) {
-    std::vector<std::string> folders;
+Folders FoldersRunning(const WantedFolder& wanted) {
+    const std::string program = wanted.program;
+    Folders folders;
     for (const std::string& path : modServerControl::PathsRunning(program.substr(program.rfind('\\') + 1)))
         if (common::UpperCase(path).ends_with(common::UpperCase("\\" + program)))
             folders.push_back(path.substr(0, path.size() - program.size()));
@@ -54,10 +62,11 @@ std::vector<std::string> FoldersRunning(const std::string& program) {
 }
 
 /// Folders near the tool that hold the file: its own and the one above, what lies in them and on its drive.
-std::vector<std::string> FoldersNear(const std::string& tool, const std::string& file) {
-    std::vector<std::string> folders;
+Folders FoldersNear(const WantedFolder& wanted) {
+    const std::string& tool = common::ProgramFolder();
+    Folders folders;
     const auto take = [&](const std::string& folder) {
-        if (common::FileExists(folder + "\\" + file))
+        if (common::FileExists(folder + "\\" + wanted.requiredFile))
             folders.push_back(folder);
     };
     for (const std::string& place : {tool, tool.substr(0, tool.rfind('\\')), tool.substr(0, 2)}) {
@@ -70,23 +79,18 @@ std::vector<std::string> FoldersNear(const std::string& tool, const std::string&
     return folders;
 }
 
-/// Where to begin, the first one that can be shown.
-std::vector<std::string> StartsFor(const WantedFolder& wanted) {
-    const std::string stored = clsINI(settings::kToolsIniPath()).INIProperty(wanted.key);
-    std::vector<std::string> starts{wanted.get(), stored};
-    const auto take = [&starts](const std::vector<std::string>& more) {
-        starts.insert(starts.end(), more.begin(), more.end());
-    };
-    take(FoldersRunning(wanted.program));
-    take(FoldersNear(common::ProgramFolder(), wanted.requiredFile));
-    // A folder that has gone leaves the tool's own place to start from, and where that has no drive, in a
-    // network, any drive that can be read.
-    take({CurrentFolder(), common::ProgramFolder()});
+/// The tool's own place, and where that has no drive, in a network, any drive that can be read.
+Folders FoldersAnyway(const WantedFolder& /*wanted*/) {
+    Folders folders{CurrentFolder(), common::ProgramFolder()};
     for (const std::string& drive : Drives())
-        starts.push_back(drive + "\\");
-    std::erase(starts, std::string());
-    return starts;
+        folders.push_back(drive + "\\");
+    return folders;
 }
+
+/// Where to begin, the likeliest places first. Looking through processes and folders takes its time, so each
+/// is asked only when none of those before it knows a folder that can be shown.
+constexpr Folders (*kSearches[])(const WantedFolder&) = {FoldersOfSettings, FoldersRunning, FoldersNear,
+                                                         FoldersAnyway};
 
 } // namespace
 
@@ -94,15 +98,7 @@ void FolderPicker::Load() {
     for (const std::string& drive : Drives())
         drives_.AddItem(drive);
     folders_.Wanted(wanted_.requiredFile);
-    std::string shown;
-    for (const std::string& start : StartsFor(wanted_))
-        try {
-            folders_.Path(start);
-            shown = start;
-            break;
-        } catch (const RuntimeError&) {
-            // The next one then.
-        }
+    const std::string shown = ShowStart();
     for (int i = 0; i < drives_.ListCount(); ++i)
         if (common::EqualsIgnoreCase(drives_.List(i), shown.substr(0, 2)))
             lastGoodDrive_ = i;
@@ -110,15 +106,37 @@ void FolderPicker::Load() {
     FolderChanged();
 }
 
+std::string FolderPicker::ShowStart() {
+    for (const auto search : kSearches)
+        for (const std::string& start : search(wanted_)) {
+            if (start.empty())
+                continue;
+            try {
+                folders_.Path(start);
+                return start;
+            } catch (const RuntimeError&) {
+                // The next one then.
+            }
+        }
+    return {};
+}
+
+std::string FolderPicker::Selected() const {
+    std::string folder = folders_.Path();
+    if (folder.empty())
+        return {};
+    if (!folder.ends_with('\\'))
+        folder += '\\';
+    return common::FileExists(folder + wanted_.requiredFile) ? folder : std::string();
+}
+
 void FolderPicker::FolderChanged() {
-    std::string folder;
+    bool holds = false;
     try {
-        folder = folders_.Path();
+        holds = !Selected().empty();
     } catch (const RuntimeError&) {
         // OK tells why such a folder cannot be taken.
     }
-    const bool holds = !folder.empty() && common::FileExists(folder + (folder.ends_with('\\') ? "" : "\\") +
-                                                             wanted_.requiredFile);
     holds_.Caption((holds ? "Holds " : "Does not hold ") + std::string(wanted_.requiredFile));
 }
 
@@ -140,14 +158,12 @@ void FolderPicker::DriveChanged() {
 void FolderPicker::Accept() {
     std::string folder;
     try {
-        folder = folders_.Path();
+        folder = Selected();
     } catch (const RuntimeError& error) {
         form_.Tell(error.Description());
         return;
     }
-    if (!folder.ends_with('\\'))
-        folder += '\\';
-    if (!common::FileExists(folder + wanted_.requiredFile)) {
+    if (folder.empty()) {
         form_.Tell(wanted_.messageWithoutIt);
         return;
     }

@@ -41,6 +41,12 @@ public:
     void Accept();
 
 private:
+    /// Shows the first folder that can be shown and returns it; "" when there is none.
+    std::string ShowStart();
+    /// The selected folder, ended by a backslash; "" when it does not hold the required file. Raises the
+    /// reason why a folder cannot be taken.
+    std::string Selected() const;
+
     gui::Form& form_;
     gui::ComboBox& drives_;
     DirTree& folders_;
