@@ -60,13 +60,13 @@ void frmServerStatus::mnuAlwaysOnTop_Click() {
 }
 
 void frmServerStatus::SwitchLog(modServerControl::Server server) {
-    const Channel& channel = channels_[static_cast<std::size_t>(server)];
+    const Channel& channel = ChannelOf(server);
     channel.mnuLog.Checked(!channel.mnuLog.Checked());
     kTools_.INIProperty(channel.key, channel.mnuLog.Checked() ? "-1" : "0");
 }
 
 void frmServerStatus::FindIn(modServerControl::Server server) {
-    const Channel& channel = channels_[static_cast<std::size_t>(server)];
+    const Channel& channel = ChannelOf(server);
     find_.OpenFor(*this, channel.box, channel.name);
 }
 
@@ -85,7 +85,7 @@ bool frmServerStatus::Form_Key(HWND control, int virtualKey) {
 }
 
 void frmServerStatus::OpenLog(modServerControl::Server server) {
-    const Channel& channel = channels_[static_cast<std::size_t>(server)];
+    const Channel& channel = ChannelOf(server);
     const std::string path = channel.log.LogPath() + channel.log.LogFilename();
     if (!common::FileExists(path))
         Tell("There is no log yet: check \"Log " + std::string(channel.name) + " Messages\" in this menu.");

@@ -132,6 +132,9 @@ private:
         std::string origin{};
     };
 
+    Channel& ChannelOf(modServerControl::Server server) {
+        return channels_[static_cast<std::size_t>(server)];
+    }
     void AnchorControls();
     void SwitchLog(modServerControl::Server server);
     void FindIn(modServerControl::Server server);
