@@ -77,7 +77,7 @@ void frmAccountEditor::TellProgress(std::size_t accountsRead) {
     if (now - progressTold_ < kBetween)
         return;
     progressTold_ = now;
-    const std::string count = common::ThousandsText(static_cast<double>(accountsRead));
+    const std::string count = common::CountText(accountsRead);
     std::string caption = kTitle;
     caption.append(" - loading ").append(count).append(" accounts");
     Caption(caption);

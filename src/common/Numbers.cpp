@@ -101,4 +101,8 @@ std::string ThousandsText(double value) {
     return value <= -0.5 ? "-" + text : text;
 }
 
+std::string CountText(std::uint64_t count) {
+    return ThousandsText(static_cast<double>(count));
+}
+
 } // namespace common

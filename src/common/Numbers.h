@@ -24,5 +24,7 @@ std::string NumberText(double value);
 
 /// A number as "1,234,567": no decimals, halves rounded away from zero.
 std::string ThousandsText(double value);
+/// The same of a number of things.
+std::string CountText(std::uint64_t count);
 
 } // namespace common

@@ -12,10 +12,6 @@ namespace supervision {
 
 namespace {
 
-std::string CountText(std::uint64_t count) {
-    return common::ThousandsText(static_cast<double>(count));
-}
-
 std::uint64_t TablesOfTheSuite() {
     const auto databases = suite::Databases();
     return std::accumulate(
@@ -28,11 +24,12 @@ std::uint64_t TablesOfTheSuite() {
 std::string FileBackupText(const FileBackup& backup) {
     const auto proven = static_cast<std::uint64_t>(std::ranges::count_if(
         backup.tables, [](const CopiedTable& table) { return table.verdict.verdict == Verdict::Proven; }));
-    std::string text = CountText(proven) + " of " + CountText(backup.tables.size()) + " tables proven";
+    std::string text =
+        common::CountText(proven) + " of " + common::CountText(backup.tables.size()) + " tables proven";
     std::vector<std::string> warnings = backup.warnings;
     for (const CopiedTable& table : backup.tables) {
         if (table.name == "glogin.account")
-            text += ", " + CountText(table.verdict.rows) + " accounts";
+            text += ", " + common::CountText(table.verdict.rows) + " accounts";
         if (table.verdict.verdict != Verdict::Proven)
             warnings.push_back(table.name + " not proven, " + table.verdict.reason);
     }
@@ -43,10 +40,10 @@ std::string FileBackupText(const FileBackup& backup) {
 
 std::string RemoteBackupText(const RemoteBackup& backup) {
     const std::uint64_t all = TablesOfTheSuite();
-    const std::string text = "remote copy equal, " + CountText(backup.accounts) + " accounts";
+    const std::string text = "remote copy equal, " + common::CountText(backup.accounts) + " accounts";
     if (backup.tables == all)
         return text;
-    return text + ". WARNING: " + CountText(backup.tables) + " of " + CountText(all) +
+    return text + ". WARNING: " + common::CountText(backup.tables) + " of " + common::CountText(all) +
            " tables, as this computer has no more";
 }
 

@@ -36,10 +36,6 @@ std::uint64_t Hash(std::uint64_t start, const database::Cell& cell) {
     return Mixed(next ^ static_cast<std::uint64_t>(cell.integer));
 }
 
-std::string RowsText(std::uint64_t rows) {
-    return common::ThousandsText(static_cast<double>(rows));
-}
-
 } // namespace
 
 void TableSum::Add(const database::RowStore& block) {
@@ -63,7 +59,8 @@ std::string Differences(const TableSums& source, const TableSums& destination) {
         if (there == destination.end())
             tell(table, "missing");
         else if (there->second.rows != here.rows)
-            tell(table, RowsText(there->second.rows) + " of " + RowsText(here.rows) + " rows");
+            tell(table,
+                 common::CountText(there->second.rows) + " of " + common::CountText(here.rows) + " rows");
         else if (there->second != here)
             tell(table, "other values");
     }

@@ -70,7 +70,7 @@ void fraBackup::Form_Load() {
         ReportFailedBackup(RuntimeError(number, description));
     };
     SQLCopyTable.CopyProgress = [this](const std::string& table, std::size_t rows) {
-        lblBackupStatus.Caption(table + ": " + common::ThousandsText(static_cast<double>(rows)) + " rows");
+        lblBackupStatus.Caption(table + ": " + common::CountText(rows) + " rows");
     };
 }
 
