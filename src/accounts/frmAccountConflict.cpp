@@ -16,9 +16,8 @@ std::string Shown(accounts::Field field, const std::optional<std::string>& text)
 void frmAccountConflict::Form_Load() {
     lblAccount.Caption("Somebody else has changed account '" +
                        conflict_.read[accounts::Index(accounts::Field::Name)].value_or("") +
-                       "' since it was read. Please choose what the account is to have. What only one of you "
-                       "has changed stays "
-                       "changed.");
+                       "' since it was read. Please choose what the account is to have. "
+                       "What only one of you has changed stays changed.");
     for (const accounts::Field field : accounts::kFields) {
         const std::size_t i = accounts::Index(field);
         const auto& [read, theirs, mine] =

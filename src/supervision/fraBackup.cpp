@@ -162,17 +162,16 @@ gui::Task<> fraBackup::OfferStart(bool closing) {
 std::string fraBackup::ClosingQuestion() const {
     if (!replacing_)
         return {};
-    return "A backup to the remote server is under way. When it ends now, the copy there is incomplete, and "
-           "the "
-           "one before it is gone. End it all the same ?";
+    return "A backup to the remote server is under way. When it ends now, the copy there is incomplete, "
+           "and the one before it is gone. End it all the same ?";
 }
 
 std::string fraBackup::LeavingQuestion() const {
     const std::string question = ClosingQuestion();
     if (!question.empty() || !(phase_ || closedByHand_))
         return question;
-    return "A backup has shut the servers down. They stay down until somebody starts them. Leave all the "
-           "same ?";
+    return "A backup has shut the servers down. They stay down until somebody starts them. "
+           "Leave all the same ?";
 }
 
 void fraBackup::NoteClosing() {
