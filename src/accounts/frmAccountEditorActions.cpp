@@ -51,7 +51,7 @@ gui::Task<> frmAccountEditor::LoadAccounts() {
 gui::Task<bool> frmAccountEditor::Connect() {
     const Flag busy(busy_);
     const gui::Waiting waiting(*this);
-    AccountsDB.SQLHostname("localhost");
+    AccountsDB.SQLHostname(suite::kThisComputer);
     try {
         ReadLogin();
     } catch (const RuntimeError&) {

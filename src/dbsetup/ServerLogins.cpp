@@ -4,6 +4,7 @@
 #include "common/Text.h"
 #include "database/Error.h"
 #include "dbsetup/LoginStatements.h"
+#include "servers/Databases.h"
 
 #include <algorithm>
 #include <random>
@@ -46,7 +47,7 @@ bool IsThisComputer(const std::string& host) {
     DWORD length = sizeof own;
     GetComputerNameA(own, &length);
     return host.empty() || host == "127.0.0.1" || host == "::1" || host == "." ||
-           common::EqualsIgnoreCase(host, "localhost") || common::EqualsIgnoreCase(host, own);
+           common::EqualsIgnoreCase(host, suite::kThisComputer) || common::EqualsIgnoreCase(host, own);
 }
 
 void WriteLogin(clsINI& kerno, const ServerLogin& login) {

@@ -2,10 +2,11 @@
 
 #include "dbsetup/DatabaseCheck.h"
 #include "gui/Waiting.h"
+#include "servers/Databases.h"
 
 void fraDatabaseCheck::Form_Load() {
     // As MySQL is installed, so that a first-time operator types the password only.
-    txtRootHostname.Text("localhost");
+    txtRootHostname.Text(suite::kThisComputer);
     txtRootUsername.Text("root");
     txtRootPassword.Enter(cmdCheckDB);
 }

@@ -41,6 +41,9 @@ inline const Database& LoginDatabase() {
 /// rows.
 inline constexpr std::string_view kTableFileEndings[] = {".frm", ".MYI", ".MYD"};
 
+/// The name that the servers' own MySQL has here.
+inline constexpr const char* kThisComputer = "localhost";
+
 /// The name and password by which a server of the suite logs in to a database.
 struct Login {
     std::string user;

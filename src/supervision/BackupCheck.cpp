@@ -113,8 +113,8 @@ gui::Task<Findings> FindingsOnBackup(clsINI kTools, clsINI kernoIni, BackupSetti
     if (files)
         LookAtSpace(FoldersOfAPhase(settings) * static_cast<double>(LookAtFiles(data, findings)), findings);
     const suite::Login login = suite::ReadLogin(kernoIni, suite::LoginDatabase());
-    const std::string localhost = "localhost";
-    const ServerFacts here = co_await Ask(localhost, login);
+    const std::string thisComputer = suite::kThisComputer;
+    const ServerFacts here = co_await Ask(thisComputer, login);
     if (here.identity.empty())
         findings.push_back("MySQL of this computer does not answer to the login of Kerno.ini");
     else if (files && !AreSameFolder(data, here.dataFolder))

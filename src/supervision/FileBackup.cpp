@@ -16,8 +16,6 @@ namespace supervision {
 
 namespace {
 
-constexpr const char* kThisComputer = "localhost";
-
 /// MySQL's own word on what is copied, one database after the other. Nothing that it does not answer keeps a
 /// backup from being made.
 class Witness {
@@ -31,7 +29,8 @@ public:
             co_return;
         try {
             const suite::Login login = suite::ReadLogin(kerno_, database);
-            co_await server_.Open(database::MySQLConnectionString(kThisComputer, login.user, login.password));
+            co_await server_.Open(
+                database::MySQLConnectionString(suite::kThisComputer, login.user, login.password));
             if (!std::exchange(asked_, true))
                 co_await LookAtFolder();
         } catch (const database::Error& error) {

@@ -10,8 +10,6 @@ namespace supervision {
 
 namespace {
 
-constexpr const char* kThisComputer = "localhost";
-
 /// Ends both connections, however the backup ends.
 class Disconnector {
 public:
@@ -30,7 +28,7 @@ private:
 clsMySQLCopyDatabase::Status ConnectSource(clsMySQLCopyDatabase& copier, const clsINI& kernoIni,
                                            const suite::Database& database) {
     const suite::Login login = suite::ReadLogin(kernoIni, database);
-    copier.SourceHostname(kThisComputer);
+    copier.SourceHostname(suite::kThisComputer);
     copier.SourceUsername(login.user);
     copier.SourcePassword(login.password);
     return copier.ConnectSource();
@@ -116,7 +114,7 @@ gui::Task<> RestoreDatabases(clsMySQLCopyDatabase& copier, clsINI kTools, clsINI
     copier.SourceUsername(kTools.INIProperty(settings::key::kBackupUsername));
     copier.SourcePassword(kTools.INIProperty(settings::key::kBackupPassword));
     for (const suite::Database& database : suite::Databases()) {
-        copier.DestinationHostname(kThisComputer);
+        copier.DestinationHostname(suite::kThisComputer);
         const suite::Login login = suite::ReadLogin(kernoIni, database);
         copier.DestinationUsername(login.user);
         copier.DestinationPassword(login.password);
