@@ -109,11 +109,14 @@ std::string CollationOf(const SessionPtr& session, const std::string& database) 
     }
 }
 
+std::string CharacterSetOf(const std::string& collation) {
+    return collation.substr(0, collation.find('_'));
+}
+
 void SetCollation(const SessionPtr& session, const std::string& database, const std::string& collation) {
     if (!collation.empty() && collation != CollationOf(session, database))
         ExecuteKnown(session, {"ALTER DATABASE " + database + " COLLATE " + collation,
-                               "ALTER DATABASE " + database + " CHARACTER SET " +
-                                   collation.substr(0, collation.find('_'))});
+                               "ALTER DATABASE " + database + " CHARACTER SET " + CharacterSetOf(collation)});
 }
 
 std::vector<std::string> MakeTable(const SessionPtr& session, const Place& place, const TableLayout& layout,

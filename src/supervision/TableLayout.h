@@ -51,6 +51,9 @@ TableLayout LayoutOf(const database::SessionPtr& session, const Place& place);
 /// The character set and order of a database; "" when the server does not tell.
 std::string CollationOf(const database::SessionPtr& session, const std::string& database);
 
+/// "utf8mb4" of "utf8mb4_bin": a collation's name begins with its character set's.
+std::string CharacterSetOf(const std::string& collation);
+
 /// Has the tables that are made in a database from now on be of this character set and order, or of this
 /// character set where the server knows the order by another name. Nothing happens for "".
 void SetCollation(const database::SessionPtr& session, const std::string& database,

@@ -126,7 +126,7 @@ Status clsMySQLCopyDatabase::CopyDatabase(std::string SourceDatabase, std::strin
     if (!collation.empty()) {
         const std::vector<std::string> statements{"SET SESSION collation_server = " + collation,
                                                   "SET SESSION character_set_server = " +
-                                                      collation.substr(0, collation.find('_'))};
+                                                      supervision::CharacterSetOf(collation)};
         co_await ExecuteKnownAside(destination_, statements);
     }
     if (!NoDBDelete)
