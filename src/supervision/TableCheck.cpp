@@ -22,6 +22,24 @@ std::optional<std::array<DWORD, 3>> FolderIdentity(const std::string& path) {
                       information.nFileIndexLow};
 }
 
+[[noreturn]] void RaiseDamaged(const std::string& table, const std::string& why) {
+    throw RuntimeError(kTableDamaged,
+                       table + " is damaged: " + why + ". It is not copied; the earlier copy stays");
+}
+
+/// Has the server read every row, which the random number keeps it from doing without.
+void ScanTables(const database::SessionPtr& session, const std::vector<std::string>& tables) {
+    for (const std::string& table : tables) {
+        try {
+            database::Scalar(session, "SELECT COUNT(*) FROM " + table + " WHERE RAND() >= 0");
+        } catch (const database::Error& error) {
+            if (error.ConnectionLost())
+                throw;
+            RaiseDamaged(table, error.Description());
+        }
+    }
+}
+
 } // namespace
 
 void ExecuteKnown(const database::SessionPtr& session, const std::vector<std::string>& statements) {
@@ -47,28 +65,6 @@ std::vector<std::string> Names(const database::SessionPtr& session, const std::s
 std::string ShowTables(const std::string& database) {
     return "SHOW TABLES FROM " + database + ";";
 }
-
-namespace {
-
-[[noreturn]] void RaiseDamaged(const std::string& table, const std::string& why) {
-    throw RuntimeError(kTableDamaged,
-                       table + " is damaged: " + why + ". It is not copied; the earlier copy stays");
-}
-
-/// Has the server read every row, which the random number keeps it from doing without.
-void ScanTables(const database::SessionPtr& session, const std::vector<std::string>& tables) {
-    for (const std::string& table : tables) {
-        try {
-            database::Scalar(session, "SELECT COUNT(*) FROM " + table + " WHERE RAND() >= 0");
-        } catch (const database::Error& error) {
-            if (error.ConnectionLost())
-                throw;
-            RaiseDamaged(table, error.Description());
-        }
-    }
-}
-
-} // namespace
 
 void CheckTables(const database::SessionPtr& session, const std::string& database) {
     // MySQL takes CHECK TABLE in a way only that leaves the driver out of step.
