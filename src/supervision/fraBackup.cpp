@@ -43,6 +43,7 @@ gui::Task<> StartServersWhenFree(modServerControl::Predecessors closed, clsINI p
 } // namespace
 
 void fraBackup::Form_Load() {
+    closingNoted_ = false;
     try {
         // A copy of the tool that was killed may have left a dated folder there.
         if (supervision::BackupWork::IsLeft()) {
@@ -134,6 +135,8 @@ std::string fraBackup::LeavingQuestion() const {
 }
 
 void fraBackup::NoteClosing() {
+    if (std::exchange(closingNoted_, true))
+        return;
     if (!unfinished_.empty())
         supervision::LogBackup("Ended in the middle with the control panel: " + unfinished_);
     if (phase_ || closedByHand_)

@@ -65,7 +65,8 @@ public:
     std::string ClosingQuestion() const;
     /// The same before the tool is left, also when servers are down for a backup.
     std::string LeavingQuestion() const;
-    /// The panel is about to go: writes into the log what that leaves unfinished.
+    /// The panel is about to go, or the Windows session, or one after the other: writes into the log, once,
+    /// what that leaves unfinished.
     void NoteClosing();
 
     /// What the last backup that was proven said, with its time; "" when there was none.
@@ -120,6 +121,7 @@ private:
     std::optional<modServerControl::Predecessors> closedByHand_;
     /// What is left when the backup under way is ended; "" when none is.
     std::string unfinished_;
+    bool closingNoted_ = false;
     bool replacing_ = false; ///< the copy on the backup server is not whole at this moment
     /// What a failure of the backup under way keeps from being done.
     std::string skipped_;

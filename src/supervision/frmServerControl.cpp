@@ -74,6 +74,7 @@ gui::Task<bool> frmServerControl::Form_QueryUnload() {
 
 void frmServerControl::Form_EndSession() {
     SaveSettings();
+    backup.NoteClosing();
 }
 
 void frmServerControl::Form_Going() {

@@ -7,14 +7,21 @@ namespace {
 /// What must not be lost, and what must not end in silence.
 using BackupSafety = Backup;
 
-TEST_F(BackupSafety, ClosingThePanelDuringARemoteCopyIsAsked) {
+/// The panel goes by itself, or after the end of the Windows session, which asks nothing.
+struct EndOfThePanel : Backup, testing::WithParamInterface<bool> {};
+
+TEST_P(EndOfThePanel, DuringARemoteCopyIsAskedAndWrittenDownOnce) {
     root.Execute("INSERT INTO amcharacter.flaginfo SELECT seq, 'flags' FROM " + support::Numbers(100, 5000));
     kerno.INIProperty(kBackupOption, "1");
-    bool looked = false;
+    bool looked = false, sessionEnds = false;
+    std::string beforeItGoes;
     page.SQLCopyTable.CopyProgress = [&](const std::string& table, std::size_t rows) {
         if (table == "flaginfo" && rows == 0) {
             looked = !page.LeavingQuestion().empty();
             const auto asked = boxes.Seen().size();
+            if (sessionEnds)
+                SendMessageA(panel.Window(), WM_ENDSESSION, TRUE, 0);
+            beforeItGoes = Log("Backup.log");
             panel.Unload();
             WaitUntil([&] { return boxes.Seen().size() > asked; });
         }
@@ -25,10 +32,15 @@ TEST_F(BackupSafety, ClosingThePanelDuringARemoteCopyIsAsked) {
     EXPECT_EQ(page.LeavingQuestion(), "");
     EXPECT_EQ(Sums(remote, "bk_"), Sums(root));
     boxes.Answer(IDYES);
+    sessionEnds = GetParam();
     BackUpByTheClock();
     EXPECT_FALSE(panel.Loaded());
-    EXPECT_NE(Log("Backup.log").find("the copy on the remote server is INCOMPLETE"), std::string::npos);
+    const std::string log = Log("Backup.log"), left = "the copy on the remote server is INCOMPLETE";
+    EXPECT_EQ(beforeItGoes.find(left) != std::string::npos, sessionEnds);
+    EXPECT_NE(log.find(left), std::string::npos);
+    EXPECT_EQ(log.find(left), log.rfind(left)) << log;
 }
+INSTANTIATE_TEST_SUITE_P(, EndOfThePanel, testing::Bool());
 
 TEST_F(BackupSafety, WhatNobodyWouldNoticeIsTold) {
     const auto told = [&](const std::string& text) {
