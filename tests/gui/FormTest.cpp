@@ -65,6 +65,11 @@ TEST(Form, ControlsKeepWhatTheyAreGiven) {
 
     Type(form.txtText, "xaxc");
     EXPECT_EQ(form.txtText.Text(), "ac") << "x is swallowed";
+    for (const std::size_t length : {0, 252, 253, 254, 255, 256, 3000}) {
+        const std::string text(length, 'y');
+        form.txtText.Text(text);
+        EXPECT_EQ(form.txtText.Text(), text) << length;
+    }
     form.lstNames.AddItem("b");
     form.lstNames.AddItem("B");
     form.lstNames.ListIndex(7);
