@@ -120,6 +120,10 @@ std::size_t ReadFrom(const FileHandle& file, char* place, std::size_t size, cons
 
 bool FileExists(const std::string& path) {
     constexpr DWORD kNotNormal = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
+    // Mostly it is there, and need not be looked for among all that lies beside it.
+    const DWORD attributes = GetFileAttributesA(path.c_str());
+    if (attributes != INVALID_FILE_ATTRIBUTES && !(attributes & kNotNormal))
+        return true;
     // A pattern can match several; the first normal one answers.
     const auto found = Matching(path);
     return found && std::ranges::any_of(
