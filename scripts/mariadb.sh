@@ -14,7 +14,7 @@
 #   kill    when this file appears, the server is killed as by a power cut, and the file removed
 # KTOOLS_SERVERS names the kind of each server, as in "127.0.0.1=mysql 127.0.0.2=mariadb-new"; "mariadb", this
 # system's MariaDB, is the one that is not named. The others are programs of roots in the folder KTOOLS_ROOTS.
-# Logins, as servers used to come with: root without a password, and the anonymous one.
+# The login that servers used to come with is there: root without a password.
 set -euo pipefail
 
 top=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
@@ -45,16 +45,16 @@ make_data() {
     rm -rf "$data"
     case $kind in
     mysql)
-        # This one makes no anonymous login by itself.
-        printf "CREATE USER IF NOT EXISTS ''@localhost;\n" >"$1/logins.sql"
         "${enter[@]}" mysqld --no-defaults "${as_user[@]}" --datadir="$data" --initialize-insecure \
-            --init-file="$1/logins.sql" --innodb-redo-log-capacity=32M
+            --tmpdir="$1/tmp" --innodb-redo-log-capacity=32M
         ;;
     *)
         "${enter[@]}" mariadb-install-db --no-defaults "${as_user[@]}" --datadir="$data" --skip-test-db \
-            --auth-root-authentication-method=normal --innodb-log-file-size=8M
+            --tmpdir="$1/tmp" --auth-root-authentication-method=normal --innodb-log-file-size=8M
         ;;
-    esac >"$1/install.log" 2>&1 || fail "no data folder could be made, see $1/install.log"
+    esac >"$1/install.log" 2>&1 && return
+    rm -rf "$data"
+    fail "no data folder could be made, see $1/install.log"
 }
 
 # Keeps one server running until the file "stop" appears. Name resolution stays on: without it a login
@@ -75,7 +75,7 @@ supervise() {
         fi
         rm -f "$folder/kill"
         "${enter[@]}" "${program[0]}" --no-defaults "${program[@]:1}" "${as_user[@]}" --datadir="$folder/data" \
-            --socket=server.sock --bind-address="$address" --port=3306 --pid-file="$folder/pid" \
+            --tmpdir="$folder/tmp" --socket=server.sock --bind-address="$address" --port=3306 --pid-file="$folder/pid" \
             --innodb-buffer-pool-size=32M --innodb-flush-log-at-trx-commit=2 \
             --myisam-recover-options=QUICK >>"$folder/log" 2>&1 &
         server=$!
@@ -116,6 +116,8 @@ start() {
         kind_of "$address"
         # Data of another kind of server would not do.
         [ "$(cat "$folder/kind" 2>/dev/null || echo mariadb)" = "$kind" ] || rm -rf "$folder/data"
+        # A server that starts removes the temporary tables in its folder, those of another one too.
+        rm -rf "$folder/tmp" && mkdir "$folder/tmp"
         echo "$kind" >"$folder/kind"
         make_data "$folder"
         rm -f "$folder"/{stop,hold,kill,ready} "$folder/log"
