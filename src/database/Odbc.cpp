@@ -10,6 +10,9 @@ namespace database::odbc {
 
 namespace {
 
+/// The state that driver managers have for a driver of an unknown name.
+constexpr const char* kDriverNotFound = "IM002";
+
 /// "[vendor][driver 1.0]Text" without the senders in front.
 std::string WithoutSenders(std::string_view text) {
     while (text.starts_with('[') && text.find(']') != std::string_view::npos)
@@ -72,6 +75,16 @@ SQLHANDLE Allocate(SQLSMALLINT kind, SQLSMALLINT parentKind, SQLHANDLE parent) {
     return handle;
 }
 
+/// The name between the braces of "DRIVER={name};...", "" when there is none.
+std::string DriverOf(std::string_view connectionString) {
+    constexpr std::string_view kKey = "DRIVER={";
+    const std::size_t at = connectionString.find(kKey);
+    if (at == std::string_view::npos)
+        return {};
+    const std::string_view name = connectionString.substr(at + kKey.size());
+    return std::string(name.substr(0, name.find('}')));
+}
+
 SQLPOINTER Number(SQLULEN value) {
     return reinterpret_cast<SQLPOINTER>(value);
 }
@@ -90,8 +103,18 @@ Session::Session(const std::string& connectionString, unsigned loginSeconds) {
     const SQLRETURN result =
         SQLDriverConnectW(connection_.get(), nullptr, wide.data(), static_cast<SQLSMALLINT>(wide.size()),
                           completed, std::size(completed), &length, SQL_DRIVER_NOPROMPT);
-    if (!SQL_SUCCEEDED(result))
-        RaiseDiagnostic(SQL_HANDLE_DBC, connection_.get(), "SQLDriverConnect", result);
+    if (SQL_SUCCEEDED(result))
+        return;
+    // Newer Wines leave no record of a driver that cannot be loaded, whose own ones tell of all else.
+    if (!ReadDiagnostic(SQL_HANDLE_DBC, connection_.get(), 1))
+        throw Error(kDriverError,
+                    "The ODBC driver \"" + DriverOf(connectionString) +
+                        "\" could not be loaded. It is not "
+                        "installed, or not as one for " +
+                        std::to_string(sizeof(void*) * 8) + "-bit programs. (SQLDriverConnect, return code " +
+                        std::to_string(result) + ")",
+                    kDriverNotFound);
+    RaiseDiagnostic(SQL_HANDLE_DBC, connection_.get(), "SQLDriverConnect", result);
 }
 
 Session::~Session() {
