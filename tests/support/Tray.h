@@ -38,14 +38,19 @@ private:
         const auto* data = reinterpret_cast<const COPYDATASTRUCT*>(lParam);
         struct Icon {
             UINT32 window, id, flags, message;
+            /// Wine 8 begins the text here. Newer ones tell the picture's width, height, planes and depth
+            /// first: a number that small is no two letters.
+            UINT32 picture[4];
             wchar_t tip[64];
         };
         const auto* icon = static_cast<const Icon*>(data->lpData);
         if (!self->takesIcons || data->dwData > NIM_MODIFY || (data->dwData == NIM_ADD && self->added > 0))
             return FALSE;
         ++(data->dwData == NIM_ADD ? self->added : self->changed);
-        if (icon->flags & NIF_TIP)
-            self->tip.assign(std::begin(icon->tip), std::ranges::find(icon->tip, L'\0'));
+        if (icon->flags & NIF_TIP) {
+            const auto* tip = reinterpret_cast<const wchar_t*>(icon->picture);
+            self->tip = common::ToNarrow(icon->picture[0] > 0xFFFF ? tip : icon->tip);
+        }
         return TRUE;
     }
 
