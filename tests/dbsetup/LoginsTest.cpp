@@ -17,6 +17,11 @@ TEST_F(Logins, EveryPasswordArrivesAsItWasTypedInBothForms) {
         const Statements forms[] = {{dbsetup::GrantStatement("glogin", "kerno", password)},
                                     dbsetup::CreateUserStatements("glogin", "o'kerno", password)};
         for (const Statements& statements : forms) {
+            // MySQL of today refuses the old form, whatever the password.
+            if (statements.size() == 1 && support::IsMySQL(root)) {
+                EXPECT_EQ(support::ErrorNumber([&] { root.Execute(statements[0]); }), 1064) << statements[0];
+                continue;
+            }
             for (const std::string& statement : statements)
                 root.Execute(statement);
             const char* user = statements.size() == 1 ? "kerno" : "o'kerno";

@@ -21,6 +21,10 @@ constexpr const char* kKerno = "[Database]\r\ngloginname=kl\r\ngloginpass=pl\r\n
 const std::vector<std::string> kNothing{"Not Existed",        "All tables missing", "Not Existed",
                                         "All tables missing", "Not Existed",        "All tables mising"};
 
+constexpr const char* kHowToMakeLogins[] = {"Error Number [1064] You have an error",
+                                            "Servers of today make logins by CREATE USER and ALTER USER",
+                                            "This server has no mysql_native_password any more."};
+
 /// The wizard on a server without any of the databases, and a server folder with a Kerno.ini.
 class MySQLSetUp : public support::DatabaseTest {
 protected:
@@ -45,9 +49,30 @@ protected:
         Press(wizard.databaseCheck.cmdCheckDB);
         return Labels();
     }
+    /// Where the old way of making logins is gone, the server's error and a question come first: `answer` is
+    /// for that question. After a Yes a third box tells of the old way of checking passwords, which is gone
+    /// too.
+    void AnswerHowToMakeLogins(int answer = IDYES) {
+        if (mySQL)
+            boxes.Answer(answer);
+    }
+    /// Takes those boxes from what was seen since; returns the others.
+    std::vector<SeenBox> BoxesBesideThat(std::size_t ofThat = 3) {
+        std::vector<SeenBox> seen = boxes.Seen();
+        const auto taken = std::begin(kHowToMakeLogins);
+        for (std::size_t i = 0; mySQL && i < ofThat; ++i) {
+            if (seen.empty() || !seen.front().text.starts_with(taken[i])) {
+                ADD_FAILURE() << "missing: " << taken[i];
+                break;
+            }
+            seen.erase(seen.begin());
+        }
+        return seen;
+    }
 
     support::TempFolder kerno;
     const std::string kernoIni = kerno / "Kerno.ini";
+    const bool mySQL = support::IsMySQL(root);
     support::MessageBoxes boxes;
     frmMySQLSetUp wizard;
 };
@@ -101,9 +126,11 @@ TEST_F(MySQLSetUp, GoesFromNothingToThreeLoginsOnTenTablesAndBack) {
     Press(wizard.accounts.cmdCheckAccounts);
     EXPECT_TRUE(
         wizard.accounts.txtAccountCheck.Text().starts_with("glogin: The login \"kl\" for glogin does not"));
+    AnswerHowToMakeLogins();
     Press(wizard.accounts.cmdSetupAccounts);
-    EXPECT_EQ(boxes.Seen(), (std::vector<SeenBox>{{"Kerno Tools :: MySQL Setup",
-                                                   "Kerno SQL accounts setup successful", kInformation}}));
+    EXPECT_EQ(BoxesBesideThat(),
+              (std::vector<SeenBox>{
+                  {"Kerno Tools :: MySQL Setup", "Kerno SQL accounts setup successful", kInformation}}));
     Press(wizard.accounts.cmdCheckAccounts);
     EXPECT_EQ(wizard.accounts.txtAccountCheck.Text(),
               "glogin: logs in\r\namcharacter: logs in\r\namglobal: logs in\r\n");
@@ -122,7 +149,7 @@ TEST_F(MySQLSetUp, GoesFromNothingToThreeLoginsOnTenTablesAndBack) {
 
     Check();
     EXPECT_EQ(wizard.repair.lblLosses.Caption(), "There are 0 accounts, 0 characters.");
-    EXPECT_TRUE(wizard.databaseCheck.txtServerCard.Text().starts_with("MariaDB 1"));
+    EXPECT_TRUE(wizard.databaseCheck.txtServerCard.Text().starts_with(mySQL ? "MySQL " : "MariaDB 1"));
     boxes.Clear();
     boxes.Answer(IDNO).Answer(IDYES);
     Press(wizard.repair.cmdDeleteDatabase);
@@ -183,15 +210,23 @@ TEST_F(MySQLSetUp, ShowsTheErrorOfEveryStep) {
     expectErrors("1045] ");
     wizard.databaseCheck.txtRootPassword.Text("");
 
-    // An account that fails ends the step before Kerno.ini is written.
+    // An account that fails ends the step before Kerno.ini is written. MySQL refuses the first one already.
+    wizard.accounts.txtGloginPassword.Text(mySQL ? "o'clock" : "pl");
     wizard.accounts.txtAMCharacterUsername.Text("k c");
     wizard.accounts.txtAMCharacterPassword.Text("o'clock");
-    expectError([&] { Press(wizard.accounts.cmdSetupAccounts); }, "1064] ");
-    EXPECT_NE(boxes.Seen().back().text.find("IDENTIFIED BY '***'"), std::string::npos);
-    EXPECT_EQ(boxes.Seen().back().text.find("clock"), std::string::npos) << boxes.Seen().back().text;
+    boxes.Clear();
+    AnswerHowToMakeLogins(IDNO);
+    Press(wizard.accounts.cmdSetupAccounts);
+    ASSERT_EQ(boxes.Seen().size(), mySQL ? 2u : 1u);
+    EXPECT_EQ(boxes.Seen()[0].title, "Kerno Tools :: MySQL Setup Error");
+    for (const char* part : {"Error Number [1064] ", "IDENTIFIED BY '***'"})
+        EXPECT_NE(boxes.Seen()[0].text.find(part), std::string::npos) << boxes.Seen()[0].text;
+    EXPECT_EQ(boxes.Seen()[0].text.find("clock"), std::string::npos) << boxes.Seen()[0].text;
+    EXPECT_EQ(BoxesBesideThat(2).size(), mySQL ? 0u : 1u);
     EXPECT_EQ(support::Rows(root, "SELECT User FROM mysql.user WHERE User LIKE 'k_'"),
-              std::vector<std::string>{"kl"})
+              mySQL ? std::vector<std::string>{} : std::vector<std::string>{"kl"})
         << "the rest is not sent";
+    EXPECT_EQ(common::ReadFileText(kernoIni), kKerno);
     wizard.accounts.txtAMCharacterUsername.Text("kc");
     SetFileAttributesA(kernoIni.c_str(), FILE_ATTRIBUTE_READONLY);
     expectError([&] { Press(wizard.accounts.cmdSetupAccounts); }, "70] ");
@@ -220,6 +255,7 @@ TEST_F(MySQLSetUp, EnterInAPasswordPressesThePagesOwnButton) {
     };
     enterIn(2, wizard.databaseCheck.txtRootPassword);
     EXPECT_TRUE(support::WaitUntil([&] { return Labels() == kNothing; }) && support::Settle());
+    AnswerHowToMakeLogins(IDNO);
     enterIn(4, wizard.accounts.txtAMGlobalPassword);
     EXPECT_TRUE(support::WaitUntil([&] { return !boxes.Seen().empty(); }) && support::Settle());
     EXPECT_EQ(wizard.mstMySQL.Tab(), 4);
@@ -281,11 +317,14 @@ TEST_F(MySQLSetUp, NoPasswordIsChangedThatTheServersCannotBeTold) {
     // One name with two passwords: the second one is in force.
     page.txtGloginUsername.Text("kc");
     page.txtAMGlobalPassword.Text("pg");
+    boxes.Clear();
+    AnswerHowToMakeLogins();
     Press(page.cmdSetupAccounts);
-    ASSERT_EQ(boxes.Seen().size(), 2u);
+    const std::vector<SeenBox> refused = BoxesBesideThat();
+    ASSERT_EQ(refused.size(), 1u);
     EXPECT_TRUE(
-        boxes.Seen()[1].text.starts_with("Error Number [1045] The login \"kc\" for glogin does not work: "))
-        << boxes.Seen()[1].text;
+        refused[0].text.starts_with("Error Number [1045] The login \"kc\" for glogin does not work: "))
+        << refused[0].text;
     EXPECT_EQ(common::ReadFileText(kernoIni), kKerno);
     modServerControl::KernoPath("");
     support::Clean(root);
