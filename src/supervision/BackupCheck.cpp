@@ -9,6 +9,7 @@
 #include "settings/kToolsSettings.h"
 #include "supervision/NextBackup.h"
 #include "supervision/TableCheck.h"
+#include "supervision/TableCopy.h"
 
 #include <algorithm>
 #include <cmath>
@@ -58,7 +59,7 @@ std::uint64_t LookAtFiles(const std::string& data, Findings& findings) {
                     missing = path;
             }
     if (!missing.empty())
-        findings.push_back("The file backup will fail: " + missing + " is missing");
+        findings.push_back("The file backup will fail: " + missing + " is missing" + WhyMissing(missing));
     return bytes;
 }
 

@@ -1,5 +1,7 @@
 #include "supervision/TableCopy.h"
 
+#include "common/RuntimeError.h"
+
 namespace supervision {
 
 namespace {
@@ -8,6 +10,16 @@ constexpr std::size_t kPiece = std::size_t{1} * 1024 * 1024;
 constexpr std::size_t kPiecesOfAStep = 4;
 
 } // namespace
+
+std::string WhyMissing(const std::string& path) {
+    const auto& [layout, index, data] = suite::kTableFileEndings;
+    if (!path.ends_with(layout))
+        return {};
+    const std::string table = path.substr(0, path.size() - layout.size());
+    return common::FileExists(table + std::string(index)) && common::FileExists(table + std::string(data))
+               ? ". MySQL 8 and later keep no such file: make database backups there"
+               : "";
+}
 
 TableCopy::TableCopy(const std::string& source, const std::string& target, std::string_view table) {
     for (std::size_t i = 0; i < kFiles; ++i) {
@@ -42,7 +54,9 @@ bool TableCopy::CopyPiece() {
     const Paths& paths = paths_[file_];
     if (!source_) {
         // The database server has the tables open for writing.
-        source_ = common::OpenFile(paths.source, GENERIC_READ, OPEN_EXISTING);
+        source_ = common::TryOpenFile(paths.source, GENERIC_READ, OPEN_EXISTING);
+        if (const DWORD code = GetLastError(); !source_)
+            common::RaiseFileError(code, paths.source + WhyMissing(paths.source));
         target_ = std::make_unique<common::FileReplacement>(paths.target);
     }
     const std::size_t size = common::ReadFrom(source_, piece_.data(), kPiece, paths.source);

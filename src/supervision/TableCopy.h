@@ -10,6 +10,9 @@
 
 namespace supervision {
 
+/// For the end of an error about a table file that is missing: why, where that is known, behind a full stop.
+std::string WhyMissing(const std::string& path);
+
 /// The copy of one table's files, made and then compared with the table in small steps. The steps touch
 /// nothing but these files, so that they can be made aside.
 class TableCopy {

@@ -71,6 +71,11 @@ struct Backup : Panel, support::Databases {
         EXPECT_TRUE(support::Settle(std::chrono::minutes(3)));
     }
 
+    /// MySQL since version 8 keeps no layout files: there a file backup ends with kNoLayout, and says why.
+    const bool filesWork = !support::IsMySQL(root);
+    static constexpr const char* kNoLayout = "53] File not found (2: ";
+    static constexpr const char* kWhyNoLayout = "MySQL 8 and later keep no such file";
+
     support::MessageBoxes boxes;
     std::vector<std::string> tables;
     gui::Local<frmServerControl> held;
