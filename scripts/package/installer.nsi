@@ -283,6 +283,7 @@ SectionEnd
 ; All files of the packages have the same time of last change.
 !macro RemoveUnlessChanged FILE
   GetFileTime "$INSTDIR\${FILE}" $0 $1
+  IntOp $1 $1 | 0
   ${If} "$0 $1" == "$2 $3"
     Delete "$INSTDIR\${FILE}"
   ${EndIf}
@@ -291,6 +292,8 @@ SectionEnd
 Section Uninstall
   !insertmacro LeaveWhileRunning
   GetFileTimeLocal "${ANY_FILE}" $2 $3
+  ; A half beyond 2^31 is told as a negative number by a 32-bit program, and as itself by the others and here.
+  IntOp $3 $3 | 0
   !insertmacro RemoveFiles
   Delete "$INSTDIR\${UNINSTALLER}"
   SetOutPath "$TEMP"

@@ -3,7 +3,6 @@
 #include "gui/modSystemTray.h"
 #include "support/FakeWindow.h"
 
-#include <algorithm>
 #include <string>
 
 namespace support {
