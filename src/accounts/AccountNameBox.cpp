@@ -2,6 +2,7 @@
 
 #include "common/Text.h"
 #include "gui/Form.h"
+#include "gui/TaskWaits.h"
 
 #include <algorithm>
 

@@ -9,6 +9,7 @@
 #include "gui/Control.h"
 #include "gui/FormSlot.h"
 #include "gui/Menu.h"
+#include "gui/TaskWaits.h"
 #include "gui/Timer.h"
 #include "servers/modServerControl.h"
 #include "settings/clsINI.h"

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "gui/Modality.h"
-#include "gui/Task.h"
+#include "gui/TaskWaits.h"
 
 #include <windows.h>
 

@@ -3,7 +3,7 @@
 #include "common/RuntimeError.h"
 #include "gui/Application.h"
 #include "gui/Modality.h"
-#include "gui/Task.h"
+#include "gui/TaskWaits.h"
 
 #include <windows.h>
 

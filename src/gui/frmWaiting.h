@@ -2,7 +2,7 @@
 
 #include "gui/Control.h"
 #include "gui/frmWaiting.ids.h"
-#include "gui/Task.h"
+#include "gui/TaskWaits.h"
 #include "gui/Timer.h"
 
 #include <chrono>

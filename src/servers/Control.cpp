@@ -5,6 +5,7 @@
 #include "common/RuntimeError.h"
 #include "gui/Application.h"
 #include "gui/modGUI.h"
+#include "gui/TaskWaits.h"
 #include "servers/Detection.h"
 #include "servers/Dialogs.h"
 #include "servers/ForeignWindows.h"

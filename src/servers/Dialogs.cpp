@@ -1,6 +1,7 @@
 #include "servers/Dialogs.h"
 
 #include "common/Text.h"
+#include "gui/TaskWaits.h"
 #include "servers/Detection.h"
 #include "servers/ForeignWindows.h"
 #include "servers/StubbornDialogs.h"

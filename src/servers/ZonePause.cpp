@@ -3,6 +3,7 @@
 #include "common/FileTime.h"
 #include "common/Numbers.h"
 #include "common/RuntimeError.h"
+#include "gui/TaskWaits.h"
 
 #include <windows.h>
 

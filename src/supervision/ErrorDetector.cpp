@@ -1,5 +1,6 @@
 #include "supervision/ErrorDetector.h"
 
+#include "gui/TaskWaits.h"
 #include "servers/modServerControl.h"
 #include "servers/StubbornDialogs.h"
 #include "supervision/RestartAll.h"

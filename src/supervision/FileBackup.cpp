@@ -3,6 +3,7 @@
 #include "common/RuntimeError.h"
 #include "database/Connection.h"
 #include "database/Error.h"
+#include "gui/TaskWaits.h"
 #include "servers/Databases.h"
 #include "servers/Servers.h"
 #include "supervision/BackupArchive.h"

@@ -4,6 +4,7 @@
 #include "common/RuntimeError.h"
 #include "gui/Application.h"
 #include "gui/MsgBox.h"
+#include "gui/TaskWaits.h"
 #include "servers/modServerControl.h"
 #include "servers/Processes.h"
 

@@ -3,6 +3,7 @@
 #include "database/Blocks.h"
 #include "database/Error.h"
 #include "database/Transaction.h"
+#include "gui/TaskWaits.h"
 #include "supervision/TableCheck.h"
 
 namespace {

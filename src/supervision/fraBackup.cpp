@@ -1,6 +1,7 @@
 #include "supervision/fraBackup.h"
 
 #include "common/Numbers.h"
+#include "gui/TaskWaits.h"
 #include "servers/modServerControl.h"
 #include "settings/kToolsSettings.h"
 #include "supervision/BackupCheck.h"

@@ -3,6 +3,7 @@
 #include "gui/Aside.h"
 #include "gui/MsgBox.h"
 
+#include "gui/TaskWaits.h"
 #include "support/MessageBoxes.h"
 #include "support/Wait.h"
 

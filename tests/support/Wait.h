@@ -1,6 +1,6 @@
 #pragma once
 
-#include "gui/Task.h"
+#include "gui/TaskWaits.h"
 
 #include <chrono>
 #include <cstdint>
