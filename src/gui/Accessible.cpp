@@ -1,5 +1,7 @@
 #include "gui/Accessible.h"
 
+#include "gui/WindowText.h"
+
 #include <oleacc.h>
 
 #include <initguid.h>
@@ -43,8 +45,7 @@ bool IsGroup(HWND window) {
 
 /// The window's text without the marks that are for the eye: the mnemonic's sign, a colon at the end.
 std::string PlainText(HWND window) {
-    std::string text(static_cast<std::size_t>(GetWindowTextLengthA(window)) + 1, '\0');
-    text.resize(static_cast<std::size_t>(GetWindowTextA(window, text.data(), static_cast<int>(text.size()))));
+    std::string text = TextOf(window);
     std::erase(text, '&');
     const std::size_t end = text.find_last_not_of(" :");
     return text.substr(0, end == std::string::npos ? 0 : end + 1);

@@ -1,6 +1,7 @@
 #include "gui/BoxWindow.h"
 
 #include "gui/BoxLayout.h"
+#include "gui/WindowText.h"
 
 #include <algorithm>
 #include <vector>
@@ -81,13 +82,7 @@ void BoxWindow::PaintBackground(HDC surface) const {
 }
 
 void BoxWindow::CopyText() const {
-    const auto textOf = [](HWND window) {
-        std::string text(static_cast<std::size_t>(GetWindowTextLengthA(window)) + 1, '\0');
-        text.resize(
-            static_cast<std::size_t>(GetWindowTextA(window, text.data(), static_cast<int>(text.size()))));
-        return text;
-    };
-    const std::string text = textOf(window_) + "\r\n\r\n" + textOf(GetDlgItem(window_, kBoxTextId)) + "\r\n";
+    const std::string text = TextOf(window_) + "\r\n\r\n" + TextOf(GetDlgItem(window_, kBoxTextId)) + "\r\n";
     if (!OpenClipboard(window_))
         return;
     EmptyClipboard();

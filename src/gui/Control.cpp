@@ -1,6 +1,7 @@
 #include "gui/Control.h"
 
 #include "gui/Focus.h"
+#include "gui/WindowText.h"
 
 #include <commctrl.h>
 
@@ -66,18 +67,7 @@ void Control::Move(int left, int top, int width, int height) {
 }
 
 std::string Control::WindowText() const {
-    if (!window_)
-        return {};
-    // One question is enough for most texts, and a window takes its time for each. A text that fills the room
-    // may have been cut, and a last letter of two bytes with it.
-    char few[256];
-    const int length = GetWindowTextA(window_, few, sizeof few);
-    if (length < static_cast<int>(sizeof few) - 2)
-        return {few, static_cast<std::size_t>(length)};
-    std::string text(static_cast<std::size_t>(GetWindowTextLengthA(window_)) + 1, '\0');
-    text.resize(
-        static_cast<std::size_t>(GetWindowTextA(window_, text.data(), static_cast<int>(text.size()))));
-    return text;
+    return TextOf(window_);
 }
 
 void Control::WindowText(const std::string& text) {

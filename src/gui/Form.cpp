@@ -8,6 +8,7 @@
 #include "gui/Scrolling.h"
 #include "gui/Timer.h"
 #include "gui/ToolTips.h"
+#include "gui/WindowText.h"
 
 #include <commctrl.h>
 #include <cxxabi.h>
@@ -183,10 +184,7 @@ HICON Form::Icon() const {
 }
 
 std::string Form::Caption() const {
-    std::string text(static_cast<std::size_t>(GetWindowTextLengthA(window_)) + 1, '\0');
-    text.resize(
-        static_cast<std::size_t>(GetWindowTextA(window_, text.data(), static_cast<int>(text.size()))));
-    return text;
+    return TextOf(window_);
 }
 
 void Form::Caption(const std::string& caption) {
