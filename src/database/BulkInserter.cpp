@@ -11,8 +11,9 @@ namespace {
 
 /// Arrays are as wide as their longest field: a few long rows among short ones must not fill the memory.
 constexpr std::size_t kArrayBytes = std::size_t{32} * 1024 * 1024;
-/// Servers take 65,535 question marks in a statement, but the time to prepare them grows.
-constexpr std::size_t kMostMarks = 2000;
+/// Newer Wines take 1,024 question marks in a statement. Servers take 65,535, but the time to prepare them
+/// grows.
+constexpr std::size_t kMostMarks = 1000;
 
 } // namespace
 

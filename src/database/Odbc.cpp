@@ -121,6 +121,13 @@ Session::~Session() {
     SQLDisconnect(connection_.get());
 }
 
+std::string Session::Told(SQLUSMALLINT what) const {
+    SQLWCHAR text[64] = {};
+    SQLSMALLINT length = 0;
+    SQLGetInfoW(connection_.get(), what, text, sizeof text, &length);
+    return common::ToNarrow(text);
+}
+
 bool Session::WideText() {
     if (!wideText_) {
         common::Handle<SQLHANDLE, FreeStatement> types(
@@ -151,19 +158,13 @@ bool Session::ParameterArrays() {
     if (!parameterArrays_) {
         common::Handle<SQLHANDLE, FreeStatement> probe(
             Allocate(SQL_HANDLE_STMT, SQL_HANDLE_DBC, connection_.get()));
-        const auto told = [this](SQLUSMALLINT what) {
-            SQLWCHAR text[64] = {};
-            SQLSMALLINT length = 0;
-            SQLGetInfoW(connection_.get(), what, text, sizeof text, &length);
-            return common::ToNarrow(text);
-        };
         // Only MariaDB takes an array as a whole. To MySQL it goes set by set, and when the connection
         // breaks, the set under way is called one that arrived. Of MariaDB's drivers, 3.2.9 puts text beyond
         // ASCII as UTF-8 into columns of any character set, and hangs in the next call after an array that
         // was refused.
         SQLULEN size = 0;
         parameterArrays_ =
-            told(SQL_DBMS_NAME) == "MariaDB" && told(SQL_DRIVER_VER).starts_with("03.01.") &&
+            Told(SQL_DBMS_NAME) == "MariaDB" && Told(SQL_DRIVER_VER).starts_with("03.01.") &&
             SQL_SUCCEEDED(SQLSetStmtAttrW(probe.get(), SQL_ATTR_PARAMSET_SIZE, Number(2), SQL_IS_UINTEGER)) &&
             SQL_SUCCEEDED(
                 SQLGetStmtAttrW(probe.get(), SQL_ATTR_PARAMSET_SIZE, &size, SQL_IS_UINTEGER, nullptr)) &&
@@ -189,6 +190,17 @@ std::size_t Session::PacketSize() {
     return *packetSize_;
 }
 
+std::string Session::ToPrepare(std::string sql) {
+    // MariaDB's driver 3.2 keeps what it has prepared, and the columns that it had: those of a table that has
+    // since been made anew. A remark makes each text another one.
+    if (!keepsStatements_)
+        keepsStatements_ = Told(SQL_DRIVER_VER).starts_with("03.02.");
+    if (*keepsStatements_)
+        sql.insert(sql.ends_with(';') ? sql.size() - 1 : sql.size(),
+                   " /*" + std::to_string(++prepared_) + "*/");
+    return sql;
+}
+
 Statement::Statement(SessionPtr session)
     : session_(std::move(session)), handle_(Allocate(SQL_HANDLE_STMT, SQL_HANDLE_DBC, session_->Get())) {}
 
@@ -207,7 +219,7 @@ void Statement::ExecuteDirect(const std::string& sql, TextForm form) {
 }
 
 void Statement::Prepare(const std::string& sql) {
-    std::wstring wide = common::ToWide(sql);
+    std::wstring wide = common::ToWide(session_->ToPrepare(sql));
     Check(SQLPrepareW(Get(), wide.data(), static_cast<SQLINTEGER>(wide.size())), "SQLPrepare");
 }
 

@@ -51,14 +51,21 @@ public:
     void DeclineParameterArrays() { parameterArrays_ = false; }
     /// Bytes that a statement with its parameters may have.
     std::size_t PacketSize();
+    /// The statement as it is to be prepared, so that the driver does not take it for one from before.
+    std::string ToPrepare(std::string sql);
 
 private:
+    /// What the driver says of itself or of the server.
+    std::string Told(SQLUSMALLINT what) const;
+
     common::Handle<SQLHANDLE, FreeEnvironment> environment_;
     common::Handle<SQLHANDLE, FreeConnection> connection_;
     std::optional<bool> wideText_;
     std::optional<bool> utf8Results_;
     std::optional<bool> parameterArrays_;
     std::optional<std::size_t> packetSize_;
+    std::optional<bool> keepsStatements_;
+    unsigned prepared_ = 0;
 };
 
 /// A statement; keeps its session alive.
