@@ -43,14 +43,18 @@ common::FileHandle Launch(std::string command, const std::string& folder = {}) {
 int RunOnHost(const std::string& program, int count, char** arguments) {
     const TempFolder folder;
     const std::string result = folder / "status";
+    // Newer programs refuse a server without encryption unless told.
     std::string command =
-        KTOOLS_HOST_PROGRAM " \"" + result + "\" " + program + " --no-defaults --protocol=tcp";
+        KTOOLS_HOST_PROGRAM " \"" + result + "\" " + program + " --no-defaults --protocol=tcp --skip-ssl";
     for (int i = 1; i < count; ++i)
         command += std::string(" \"") + arguments[i] + "\"";
     Launch(command);
-    return WaitUntil([&] { return common::FileExists(result); }, kLimit)
-               ? static_cast<int>(common::Val(common::ReadFileText(result)))
-               : 1;
+    const int status = WaitUntil([&] { return common::FileExists(result); }, kLimit)
+                           ? static_cast<int>(common::Val(common::ReadFileText(result)))
+                           : 1;
+    if (status != 0 && common::FileExists(result + ".log"))
+        std::printf("%s\n%s\n", command.c_str(), common::ReadFileText(result + ".log").c_str());
+    return status;
 }
 
 } // namespace
