@@ -69,7 +69,7 @@ protected:
                      "Gender int, Mail varchar(24), GMMode int)");
         root.Execute(
             "INSERT INTO glogin.account VALUES (1, 'alpha', 'a', 0, 'a@x', 0), (2, 'bravo', 'b', 1, '', 1)");
-        root.Execute("GRANT ALL ON glogin.* TO keeper@localhost IDENTIFIED BY ''");
+        support::MakeLogin(root, "keeper@localhost", "", "ALL ON glogin.*");
         menu_.Load();
         menu_.Show();
         menu_.mnuExit.Enabled(false);
