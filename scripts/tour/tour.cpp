@@ -10,6 +10,7 @@
 #include "accounts/frmFindAccount.ids.h"
 #include "app/frmMainMenu.ids.h"
 #include "config/fraNewPlayer.ids.h"
+#include "config/frmFindMessage.ids.h"
 #include "config/frmServerStatus.ids.h"
 #include "database/Connection.h"
 #include "database/Error.h"
@@ -18,7 +19,11 @@
 #include "dbsetup/fraDatabaseCheck.ids.h"
 #include "dbsetup/fraRepair.ids.h"
 #include "dbsetup/fraServerTest.ids.h"
+#include "gui/frmWaiting.ids.h"
+#include "StandinCommands.h"
+#include "supervision/fraBackup.ids.h"
 #include "supervision/fraConnections.ids.h"
+#include "supervision/fraErrorDetector.ids.h"
 #include "supervision/frmServerControl.ids.h"
 
 // clang-format off
@@ -201,6 +206,12 @@ void AwaitMessages(HWND window) {
     });
 }
 
+void FindLine(HWND window) {
+    SendMessageA(ControlOf(window, IDC_frmFindMessage_txtSought), WM_SETTEXT, 0,
+                 reinterpret_cast<LPARAM>("map"));
+    Press(IDC_frmFindMessage_cmdNext)(window);
+}
+
 void FindGunnar(HWND window) {
     SendMessageA(ControlOf(window, IDC_frmFindAccount_txtAccountName), WM_SETTEXT, 0,
                  reinterpret_cast<LPARAM>("gun"));
@@ -240,6 +251,37 @@ void OpenWithOddPrivileges(HWND window) {
     Press(IDC_frmMainMenu_cmdAccountEditor)(window);
 }
 
+/// Sends a statement to the playground's database server as its administrator, over a connection that stays.
+void TellDatabase(const char* statement) {
+    static database::SessionPtr session;
+    try {
+        if (!session)
+            session = std::make_shared<database::odbc::Session>(
+                database::MySQLConnectionString("localhost", "root", ""), 10);
+        database::Execute(session, statement);
+    } catch (const database::Error& error) {
+        Failed(error.Description());
+    }
+}
+
+/// Presses the button while somebody else has the accounts.
+void ReloadLocked(HWND window) {
+    TellDatabase("LOCK TABLES glogin.account WRITE");
+    Press(IDC_frmAccountEditor_cmdReload)(window);
+}
+
+/// Closes the window while a copy waits for somebody who reads the copy before it.
+void CloseInCopy(HWND window) {
+    for (const char* statement :
+         {"CREATE DATABASE IF NOT EXISTS bk_glogin", "CREATE TABLE IF NOT EXISTS bk_glogin.account (ID INT)",
+          "LOCK TABLES bk_glogin.account WRITE"})
+        TellDatabase(statement);
+    Press(IDC_fraBackup_cmdBackupDatabase)(window);
+    // Nothing tells when the copy has come to the lock.
+    Sleep(3000);
+    PostMessageA(window, WM_CLOSE, 0, 0);
+}
+
 /// Changes two fields of the account that is shown.
 void ChangeAccount(HWND window) {
     // The window before this one has hardly gone, and the account is shown anew after it.
@@ -252,18 +294,17 @@ void ChangeAccount(HWND window) {
 
 /// Saves what somebody else has changed meanwhile.
 void ChangeElsewhereAndSave(HWND window) {
-    try {
-        const auto session = std::make_shared<database::odbc::Session>(
-            database::MySQLConnectionString("localhost", "root", ""), 10);
-        database::Execute(session,
-                          "UPDATE glogin.account SET Pass = 'moonlight', Gender = 1 WHERE Name = 'marian'");
-    } catch (const database::Error& error) {
-        Failed(error.Description());
-    }
+    TellDatabase("UPDATE glogin.account SET Pass = 'moonlight', Gender = 1 WHERE Name = 'marian'");
     Press(IDC_frmAccountEditor_cmdSave)(window);
 }
 
-/// The visible windows of kTools, opened menus included.
+bool IsOfClass(HWND window, const std::string& wanted) {
+    char name[32] = "";
+    GetClassNameA(window, name, sizeof name);
+    return name == wanted;
+}
+
+/// The visible windows of kTools, opened menus included. Tooltips come and go by themselves.
 std::set<HWND> ToolWindows() {
     std::set<HWND> windows;
     EnumWindows(
@@ -272,7 +313,8 @@ std::set<HWND> ToolWindows() {
             GetWindowThreadProcessId(window, &process);
             RECT bounds;
             GetWindowRect(window, &bounds);
-            if (process == toolProcess && IsWindowVisible(window) && !IsRectEmpty(&bounds))
+            if (process == toolProcess && IsWindowVisible(window) && !IsRectEmpty(&bounds) &&
+                !IsOfClass(window, TOOLTIPS_CLASSA))
                 reinterpret_cast<std::set<HWND>*>(parameter)->insert(window);
             return TRUE;
         },
@@ -298,6 +340,18 @@ void SaveConflict(HWND window) {
     AnswerBox("Account saved successfully", IDOK);
 }
 
+void LetCopyEnd(HWND box) {
+    PostMessageA(GetDlgItem(box, IDNO), BM_CLICK, 0, 0);
+    TellDatabase("UNLOCK TABLES");
+}
+
+/// Cancels what is waited for, and closes the box that says so.
+void CancelWait(HWND window) {
+    Press(IDC_frmWaiting_cmdCancel)(window);
+    AnswerBox("Kerno Tools failed to reload", IDOK);
+    TellDatabase("UNLOCK TABLES");
+}
+
 /// As on a server without the databases: they are deleted, and the check shows it.
 void DeleteAndCheck(HWND window) {
     SendMessageA(ControlOf(window, IDC_fraDatabaseCheck_txtRootUsername), WM_SETTEXT, 0,
@@ -311,6 +365,40 @@ void DeleteAndCheck(HWND window) {
            [window] { return TextOf(ControlOf(window, IDC_fraDatabaseCheck_lblAMGlobal)) == "Not Existed"; });
 }
 
+/// The main window of the server whose title begins so; null when there is none.
+HWND ServerWindow(const char* windowClass, const std::string& title) {
+    HWND window = nullptr;
+    while ((window = FindWindowExA(nullptr, window, windowClass, nullptr)) &&
+           !TextOf(window).starts_with(title))
+        ;
+    return window;
+}
+
+/// One server stops, one hangs, one raises a dialog that does not close: each as the control panel tells it.
+void TroubleServers(HWND panel) {
+    using standin::Command;
+    const auto order = [](HWND server, Command command, LPARAM number) {
+        PostMessageA(server, standin::CommandMessage(), static_cast<WPARAM>(command), number);
+    };
+    const HWND login = ServerWindow("TForm1", "Kerno Login");
+    const HWND character = ServerWindow("TForm1", "Kerno Character");
+    order(login, Command::Crash, 0);
+    order(character, Command::Hang, 60);
+    order(ServerWindow("TfrmMain", ""), Command::RaiseStubbornDialog, 1);
+    HWND dialog = nullptr;
+    Expect(panel, "no dialog came", [&] { return dialog = FindWindowA("#32770", standin::kErrorTitle); });
+    // Beside the panel.
+    SetWindowPos(dialog, nullptr, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    const auto tells = [panel](int label, const char* words) {
+        return TextOf(ControlOf(panel, label)).find(words) != std::string::npos;
+    };
+    Expect(panel, "the trouble is not told", [&] {
+        return tells(IDC_fraErrorDetector_lblLoginState, "gone") &&
+               tells(IDC_fraErrorDetector_lblCharacterState, "hung") &&
+               tells(IDC_fraErrorDetector_lblZoneState, "dialog");
+    });
+}
+
 // The tour. Pages of a window need no entry.
 const std::vector<Stop> kStops = {
     {"menu-settings", MenuBar(0)},
@@ -322,7 +410,8 @@ const std::vector<Stop> kStops = {
     {"about", Press(IDM_frmMainMenu_mnuAbout)},
     {"server-status",
      Press(IDC_frmMainMenu_cmdServerStatus),
-     {{"server-status-menu", ClickOn(IDC_frmServerStatus_txtZoneStatus)}},
+     {{"server-status-menu", ClickOn(IDC_frmServerStatus_txtZoneStatus)},
+      {"find-message", [](HWND window) { PostKeys(window, VK_F3, 1); }, {}, FindLine}},
      AwaitMessages},
     {"configurator",
      Press(IDC_frmMainMenu_cmdServerConfig),
@@ -331,7 +420,10 @@ const std::vector<Stop> kStops = {
      Press(IDC_frmMainMenu_cmdServerControl),
      {{"ip-detection", Press(IDC_fraConnections_cmdIPDetectionSettings)},
       {"journal", Press(IDC_frmServerControl_cmdJournal)},
-      {"control-panel-menu", TrayMenu(0)}}},
+      {"backup-check", Press(IDC_fraBackup_cmdCheckBackup)},
+      {.name = "backup-closing", .open = CloseInCopy, .leave = LetCopyEnd},
+      {"control-panel-menu", TrayMenu(0)},
+      {.name = "control-panel-trouble", .open = TroubleServers, .page = 2, .same = true}}},
     // Its first account is a game master's.
     {"account-editor",
      OpenWithOddPrivileges,
@@ -340,6 +432,7 @@ const std::vector<Stop> kStops = {
       {.name = "account-editor-waiting", .open = ChangeAccount, .same = true},
       {"account-changes", Press(IDC_frmAccountEditor_cmdChanges)},
       {.name = "account-conflict", .open = ChangeElsewhereAndSave, .leave = SaveConflict},
+      {.name = "waiting", .open = ReloadLocked, .leave = CancelWait},
       {"find-account", Press(IDC_frmAccountEditor_cmdFind), {}, FindGunnar}},
      ShowWholeName},
     {"mysql-setup", Press(IDM_frmMainMenu_mnuSetUpMySQL), {}, TestAndCheck},
@@ -350,12 +443,6 @@ const std::vector<Stop> kStops = {
      DeleteAndCheck,
      2},
 };
-
-bool IsMenu(HWND window) {
-    char name[16] = "";
-    GetClassNameA(window, name, sizeof name);
-    return std::string(name) == "#32768";
-}
 
 struct Pixels {
     int width, height;
@@ -422,9 +509,7 @@ RECT BoundsOf(const std::set<HWND>& windows) {
 /// The caption of the page in front, as a part of a file name.
 std::string PageInFront(HWND panel) {
     for (HWND child = GetWindow(GetParent(panel), GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
-        char name[16] = "";
-        GetClassNameA(child, name, sizeof name);
-        if (std::string(name) != "#32770" || !IsWindowVisible(child))
+        if (!IsOfClass(child, "#32770") || !IsWindowVisible(child))
             continue;
         std::string caption = TextOf(child);
         std::erase(caption, '&');
@@ -476,7 +561,7 @@ void Visit(const Stop& stop, HWND from) {
         return;
     }
     HWND window = *opened.begin();
-    if (IsMenu(window)) {
+    if (IsOfClass(window, "#32768")) {
         // A submenu comes up a moment after its menu, and the window that the menu belongs to is shown too.
         SettledScreenAt(BoundsOf(before));
         appeared();

@@ -26,7 +26,7 @@ gui::Task<bool> frmMainMenu::Form_QueryUnload() {
     const std::string question = panel && panel->Loaded() ? panel->backup.LeavingQuestion() : "";
     if (question.empty())
         co_return true;
-    const int answer = co_await MsgBox(question, MB_YESNO | MB_ICONEXCLAMATION);
+    const int answer = co_await MsgBox(question, MB_YESNO | MB_ICONEXCLAMATION | MB_DEFBUTTON2);
     co_return answer == IDYES;
 }
 

@@ -54,7 +54,7 @@ void frmServerControl::UseServerFolder() {
 gui::Task<bool> frmServerControl::Form_QueryUnload() {
     const std::string question = backup.ClosingQuestion();
     if (!question.empty()) {
-        const int answer = co_await MsgBox(question, MB_YESNO | MB_ICONEXCLAMATION);
+        const int answer = co_await MsgBox(question, MB_YESNO | MB_ICONEXCLAMATION | MB_DEFBUTTON2);
         if (answer != IDYES)
             co_return false;
     }
