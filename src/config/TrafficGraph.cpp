@@ -19,25 +19,38 @@ constexpr std::size_t kSeconds = 120;
 constexpr int kGridColumns = 4;
 constexpr int kGridRows = 3;
 constexpr int kTextMargin = 4;
-constexpr COLORREF kPaper = RGB(255, 255, 255);
-constexpr COLORREF kEdge = RGB(160, 164, 170);
-constexpr COLORREF kGrid = RGB(230, 232, 236);
-constexpr COLORREF kInk = RGB(96, 100, 108);
-constexpr COLORREF kDownloadFill = RGB(214, 230, 246);
-constexpr COLORREF kDownload = RGB(30, 100, 180);
-constexpr COLORREF kUpload = RGB(200, 100, 20);
 // So that single packets on a quiet line do not look like a storm.
 constexpr double kLowestScale = 10;
+
+/// `share` hundredths of the way from one colour to another.
+COLORREF Mixed(COLORREF from, COLORREF to, int share) {
+    const auto part = [share](int a, int b) { return a + (b - a) * share / 100; };
+    return RGB(part(GetRValue(from), GetRValue(to)), part(GetGValue(from), GetGValue(to)),
+               part(GetBValue(from), GetBValue(to)));
+}
+
+/// The colours of the operator's Windows, which may be a light or a dark one.
+struct Colours {
+    COLORREF paper = GetSysColor(COLOR_WINDOW);
+    COLORREF text = GetSysColor(COLOR_WINDOWTEXT);
+    COLORREF edge = Mixed(paper, text, 40);
+    COLORREF grid = Mixed(paper, text, 12);
+    bool isDark = GetRValue(paper) + GetGValue(paper) + GetBValue(paper) < 3 * 128;
+    COLORREF download = isDark ? RGB(110, 190, 255) : RGB(30, 100, 180);
+    COLORREF upload = isDark ? RGB(255, 175, 70) : RGB(200, 100, 20);
+    COLORREF downloadFill = Mixed(paper, download, 18);
+};
 
 /// Everything that is drawn is drawn here, in the coordinates of the control.
 class Canvas {
 public:
-    Canvas(HDC context, SIZE size) : context_(context), size_(size) {}
+    Canvas(HDC context, SIZE size, const Colours& colours)
+        : context_(context), size_(size), colours_(colours) {}
 
     void Ground() {
         RECT area{0, 0, size_.cx, size_.cy};
-        FillRect(context_, &area, Brush(CreateSolidBrush(kPaper)).get());
-        const auto pen = Use(kGrid);
+        FillRect(context_, &area, Brush(CreateSolidBrush(colours_.paper)).get());
+        const auto pen = Use(colours_.grid);
         for (int i = 1; i < kGridColumns; ++i)
             Line({size_.cx * i / kGridColumns, 0}, {size_.cx * i / kGridColumns, size_.cy});
         for (int i = 1; i < kGridRows; ++i)
@@ -46,7 +59,7 @@ public:
 
     void Edge() {
         RECT area{0, 0, size_.cx, size_.cy};
-        FrameRect(context_, &area, Brush(CreateSolidBrush(kEdge)).get());
+        FrameRect(context_, &area, Brush(CreateSolidBrush(colours_.edge)).get());
     }
 
     void Curve(const std::vector<POINT>& points, COLORREF colour) {
@@ -94,6 +107,7 @@ private:
 
     HDC context_;
     SIZE size_;
+    const Colours& colours_;
 };
 
 /// The curve of one direction. A counter that was reset gives a negative speed; it is drawn as none.
@@ -109,7 +123,8 @@ std::vector<POINT> Points(const std::deque<Traffic>& speeds, double Traffic::*di
     return points;
 }
 
-void DrawGraph(Canvas& canvas, const std::deque<Traffic>& speeds, SIZE size) {
+void DrawGraph(HDC context, const std::deque<Traffic>& speeds, SIZE size, const Colours& colours) {
+    Canvas canvas(context, size, colours);
     double highest = 0;
     for (const Traffic& speed : speeds)
         highest = std::max({highest, speed.received, speed.sent});
@@ -117,13 +132,13 @@ void DrawGraph(Canvas& canvas, const std::deque<Traffic>& speeds, SIZE size) {
     canvas.Ground();
     if (!speeds.empty()) {
         const auto download = Points(speeds, &Traffic::received, scale, size);
-        canvas.Area(download, kDownloadFill);
-        canvas.Curve(download, kDownload);
-        canvas.Curve(Points(speeds, &Traffic::sent, scale, size), kUpload);
+        canvas.Area(download, colours.downloadFill);
+        canvas.Curve(download, colours.download);
+        canvas.Curve(Points(speeds, &Traffic::sent, scale, size), colours.upload);
     }
-    const int end = canvas.Text("Download", DT_LEFT, kDownload);
-    canvas.Text("Upload", DT_LEFT, kUpload, end + 2 * kTextMargin);
-    canvas.Text(common::ThousandsText(scale) + " kb/s", DT_RIGHT, kInk);
+    const int end = canvas.Text("Download", DT_LEFT, colours.download);
+    canvas.Text("Upload", DT_LEFT, colours.upload, end + 2 * kTextMargin);
+    canvas.Text(common::ThousandsText(scale) + " kb/s", DT_RIGHT, colours.text);
     canvas.Edge();
 }
 
@@ -161,11 +176,11 @@ void TrafficGraph::Draw(const DRAWITEMSTRUCT& item) {
     const HGDIOBJ before = SelectObject(memory.get(), surface.get());
     const HGDIOBJ fontBefore = SelectObject(memory.get(), reinterpret_cast<HFONT>(Send(WM_GETFONT)));
     SetBkMode(memory.get(), TRANSPARENT);
-    Canvas canvas(memory.get(), size);
-    DrawGraph(canvas, speeds_, size);
+    const Colours colours;
+    DrawGraph(memory.get(), speeds_, size, colours);
     if (GetFocus() == Window()) {
         const RECT frame{1, 1, size.cx - 1, size.cy - 1};
-        SetTextColor(memory.get(), kInk);
+        SetTextColor(memory.get(), colours.text);
         DrawFocusRect(memory.get(), &frame);
     }
     BitBlt(item.hDC, item.rcItem.left, item.rcItem.top, size.cx, size.cy, memory.get(), 0, 0, SRCCOPY);
