@@ -80,9 +80,10 @@ std::vector<WaitingChange> WaitingChanges(const clsAccountSQL& store) {
         for (const Field field : kFields) {
             const std::string before = store.ServerText(row, field).value_or("");
             const std::string after = store.Text(row, field);
-            if (before != after)
+            if (before != after || store.MayHaveArrived(row, field))
                 changes.push_back({Kind::FieldChanged, row, field, 0, account, FieldName(field),
-                                   FieldText(field, before), FieldText(field, after)});
+                                   before != after ? FieldText(field, before) : "not known",
+                                   FieldText(field, after)});
         }
     }
     for (const GMTable::Change& change : store.GMData().Changes()) {

@@ -139,6 +139,9 @@ std::int16_t clsAccountSQL::SaveCurrentRecord() {
         Put(kGender, std::to_string(AccountSex()));
         Put(kMail, AccountEmail());
         recordset_.Update();
+        // What was typed back again has nothing to wait for.
+        if (recordset_.IsAsOnServer(row))
+            recordset_.TakeBack(row);
         index_.Erase(row, before);
         index_.Insert(row, CurrentKey());
         done = 1;

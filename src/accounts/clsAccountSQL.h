@@ -125,6 +125,10 @@ public:
     State StateOf(std::size_t row) const { return recordset_.StateOf(row); }
     /// A column as the server has it, as far as known here; none for a new account.
     std::optional<std::string> ServerText(std::size_t row, accounts::Field field) const;
+    /// True when a change of the column was sent whose answer the lost connection has taken along.
+    bool MayHaveArrived(std::size_t row, accounts::Field field) const {
+        return recordset_.MayHaveArrived(row, ColumnOf(field));
+    }
     /// Forgets what waits for the account. 0 when it may have arrived at the server already.
     std::int16_t TakeBack(std::size_t row);
     /// The same for one column of a changed account.

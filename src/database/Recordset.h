@@ -103,6 +103,10 @@ public:
     /// The rows with changes that are not sent yet, each once, in the order of their first change.
     std::vector<std::size_t> PendingRows() const;
     State StateOf(std::size_t row) const;
+    /// True when the row here is as the server has it, as far as known, whatever waits for it.
+    bool IsAsOnServer(std::size_t row) const;
+    /// True when a change that waits sets the field and may have arrived already.
+    bool MayHaveArrived(std::size_t row, std::size_t column) const;
     /// A field as this side has it, also of a deleted row.
     Value At(std::size_t row, std::size_t column) const;
     /// A field as the server has it, as far as this side knows; none when it does not, as for a new row.

@@ -221,6 +221,21 @@ bool Recordset::IsLossy(std::size_t row, std::size_t column) const {
            At(row, column) == read_.At(row, column).ToValue();
 }
 
+bool Recordset::IsAsOnServer(std::size_t row) const {
+    const State state = StateOf(row);
+    for (std::size_t column = 0; state == State::Changed && column < columns_.size(); ++column) {
+        if (At(row, column) != ServerValue(row, column))
+            return false;
+    }
+    return state == State::Unchanged || state == State::Changed;
+}
+
+bool Recordset::MayHaveArrived(std::size_t row, std::size_t column) const {
+    return std::ranges::any_of(changes_, [&](const Change& change) {
+        return change.row == row && change.inDoubt && change.set[column].has_value();
+    });
+}
+
 bool Recordset::InDoubt(std::size_t row) const {
     return std::ranges::any_of(changes_,
                                [row](const Change& change) { return change.row == row && change.inDoubt; });

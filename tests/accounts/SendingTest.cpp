@@ -216,6 +216,31 @@ TEST_F(SendingTest, WaitingChangesAreListedAndTakenBackOneByOne) {
     EXPECT_EQ(PrivilegeRows(), std::string("100002") + kBroadcast + "\r\n");
 }
 
+TEST_F(SendingTest, AChangeThatIsTypedBackWaitsOnlyWhereItMayHaveArrived) {
+    const auto type = [this](const char* password) {
+        Change("alpha", [password](AccountEdit& edit) { edit.fields.password = password; });
+    };
+    type("typed");
+    type("a");
+    EXPECT_EQ(Waiting(), Texts());
+    EXPECT_EQ(WaitingAccounts(store), 0u);
+    type("typed");
+    root.Execute("LOCK TABLES glogin.account WRITE");
+    support::Client killer;
+    killer.Open(support::RootConnection());
+    const support::Meanwhile kill([&] {
+        for (const auto& id : support::Rows(killer, "SELECT ID FROM information_schema.processlist WHERE "
+                                                    "DB = 'glogin' AND State LIKE 'Waiting for table%'"))
+            killer.Execute("KILL " + id);
+    });
+    EXPECT_TRUE(Save()[0].starts_with("Kerno Tools failed to save to SQL server."));
+    root.Execute("UNLOCK TABLES");
+    type("a");
+    EXPECT_EQ(Waiting(), Texts{"alpha (100001)|Password|not known|a"});
+    EXPECT_EQ(Save(), Texts{kSaved});
+    EXPECT_EQ(Table(), before);
+}
+
 TEST_F(SendingTest, ThePrivilegeFileIsLookedAfter) {
     const std::string rows = "100002" + kAllOnes + "\r\n100003" + kAllOnes + "\r\n7" + kNone +
                              "\r\n// note\r\n100002" + kNone + "\r\n";
