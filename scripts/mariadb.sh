@@ -12,6 +12,7 @@
 #   data/   the data folder           log     the server's messages
 #   hold    while this file exists, a server that has ended is not started again
 #   kill    when this file appears, the server is killed as by a power cut, and the file removed
+#   pause   while this file exists, the server is stopped where it is, and the file paused tells that it is
 # KTOOLS_SERVERS names the kind of each server, as in "127.0.0.1=mysql 127.0.0.2=mariadb-new"; "mariadb", this
 # system's MariaDB, is the one that is not named. The others are programs of roots in the folder KTOOLS_ROOTS.
 # The login that servers used to come with is there: root without a password.
@@ -67,7 +68,7 @@ supervise() {
     mysql) program=(mysqld --innodb-redo-log-capacity=32M --secure-file-priv= --mysqlx=OFF --skip-log-bin) ;;
     *) program=(mariadbd --innodb-log-file-size=8M) ;;
     esac
-    trap 'touch "$folder/stop"; [ -z "$server" ] || kill "$server" 2>/dev/null || true' TERM INT
+    trap 'touch "$folder/stop"; [ -z "$server" ] || kill -TERM "$server" 2>/dev/null && kill -CONT "$server" 2>/dev/null || true' TERM INT
     while [ ! -e "$folder/stop" ]; do
         if [ -e "$folder/hold" ]; then
             sleep 0.05
@@ -85,6 +86,11 @@ supervise() {
                 wait "$server" 2>/dev/null || true
                 rm -f "$folder/kill"
                 break
+            fi
+            if [ -e "$folder/pause" ] && [ ! -e "$folder/paused" ]; then
+                kill -STOP "$server" && touch "$folder/paused"
+            elif [ ! -e "$folder/pause" ] && [ -e "$folder/paused" ]; then
+                kill -CONT "$server" && rm -f "$folder/paused"
             fi
             sleep 0.05
         done
@@ -120,7 +126,7 @@ start() {
         rm -rf "$folder/tmp" && mkdir "$folder/tmp"
         echo "$kind" >"$folder/kind"
         make_data "$folder"
-        rm -f "$folder"/{stop,hold,kill,ready} "$folder/log"
+        rm -f "$folder"/{stop,hold,kill,pause,paused,ready} "$folder/log"
         # A session of its own: an interrupt meant for the caller must not end the servers before it.
         setsid "${BASH_SOURCE[0]}" supervise "$address" </dev/null >/dev/null 2>&1 &
         echo $! >"$folder/supervisor"
@@ -145,6 +151,7 @@ stop() {
         folder=$servers/$address
         [ -e "$folder/supervisor" ] || continue
         touch "$folder/stop"
+        rm -f "$folder/pause"
         [ -e "$folder/pid" ] && kill "$(cat "$folder/pid")" 2>/dev/null || true
     done
     for address in "$@"; do

@@ -139,10 +139,12 @@ bool AsideOver::IsCancelled() const {
 }
 
 void AsideOver::await_resume() const {
+    if (action_->Seen())
+        action_->Seen()->Resumed();
     if (call_->OverWithin(std::chrono::milliseconds(0)))
         return;
     if (IsCancelled())
-        throw NoAnswer("Cancelled.", true);
+        throw NoAnswer("Operation has been cancelled by the user.", true);
     const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(*awaited_.limit).count();
     throw NoAnswer(awaited_.what + " has not answered for " + std::to_string(seconds) +
                        (seconds == 1 ? " second." : " seconds."),

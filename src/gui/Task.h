@@ -13,7 +13,7 @@
 namespace gui {
 
 template <class T = void> class Task;
-class Waiting;
+class WaitInSight;
 
 namespace detail {
 
@@ -36,8 +36,8 @@ public:
     /// The action that runs at this moment; null outside of every task.
     static Action* Running();
     /// In whose sight the action waits for calls aside; null for nobody's.
-    Waiting* Seen() const { return seen_; }
-    void Seen(Waiting* by) { seen_ = by; }
+    WaitInSight* Seen() const { return seen_; }
+    void Seen(WaitInSight* by) { seen_ = by; }
     /// How long the piece that runs has gone on without handing out messages.
     std::chrono::steady_clock::duration OfPiece() const {
         return std::chrono::steady_clock::now() - pieceBegan_;
@@ -57,7 +57,7 @@ private:
     std::function<void(int)> occupy_;
     std::coroutine_handle<> next_;
     WaitId waiting_ = 0;
-    Waiting* seen_ = nullptr;
+    WaitInSight* seen_ = nullptr;
     std::chrono::steady_clock::time_point pieceBegan_;
     bool running_ = false;
     bool cancelled_ = false;

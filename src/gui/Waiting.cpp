@@ -13,14 +13,23 @@ constexpr std::chrono::seconds kUntold{1};
 
 } // namespace
 
-Waiting::Waiting(Form& form) : form_(form), action_(detail::Action::Running()), outer_(action_->Seen()) {
+WaitInSight::WaitInSight() : action_(detail::Action::Running()), outer_(action_->Seen()) {
     action_->Seen(this);
 }
+
+WaitInSight::~WaitInSight() {
+    action_->Seen(outer_);
+}
+
+std::string WaitingText(const std::string& what) {
+    return "Waiting for an answer from " + (what.empty() ? std::string("the system") : what);
+}
+
+Waiting::Waiting(Form& form) : form_(form) {}
 
 Waiting::~Waiting() {
     // Before the window above it goes, or the system would activate some other program's window.
     disabled_.reset();
-    action_->Seen(outer_);
 }
 
 void Waiting::Suspended(const std::string& what) {
@@ -37,7 +46,7 @@ void Waiting::Suspended(const std::string& what) {
 
 Task<> Waiting::ShowInTime() {
     co_await Delay(kUntold - kPlainWait);
-    window_ = std::make_unique<Local<frmWaiting>>(cancelled_, since_);
+    window_ = std::make_unique<Local<frmWaiting>>(CancelPressed(), since_);
     frmWaiting& window = **window_;
     window.Load(&form_, true);
     (*window_)->What(what_);

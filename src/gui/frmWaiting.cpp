@@ -1,7 +1,9 @@
 #include "gui/frmWaiting.h"
 
+#include "gui/Waiting.h"
+
 void frmWaiting::What(const std::string& what) {
-    lblWhat.Caption("Waiting for an answer from " + (what.empty() ? std::string("the system") : what) + ".");
+    lblWhat.Caption(gui::WaitingText(what) + ".");
 }
 
 void frmWaiting::cmdCancel_Click() {

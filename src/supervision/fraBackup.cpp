@@ -2,6 +2,7 @@
 
 #include "common/Numbers.h"
 #include "gui/TaskWaits.h"
+#include "gui/Waiting.h"
 #include "servers/modServerControl.h"
 #include "settings/kToolsSettings.h"
 #include "supervision/BackupCheck.h"
@@ -45,6 +46,7 @@ gui::Task<> StartServersWhenFree(modServerControl::Predecessors closed, clsINI p
 
 void fraBackup::Form_Load() {
     closingNoted_ = false;
+    result_ = lblBackupResult.Caption();
     try {
         // A copy of the tool that was killed may have left a dated folder there.
         if (supervision::BackupWork::IsLeft()) {
@@ -90,8 +92,12 @@ gui::Task<> fraBackup::cmdEnableBackup_Click() {
 gui::Task<> fraBackup::Check(bool asked) {
     const supervision::BackupSettings settings = Settings();
     const std::string kept = txtNumOfBackup.Text();
+    std::optional<gui::Waiting> waiting;
+    if (asked)
+        waiting.emplace(*this);
     const std::vector<std::string> findings =
         co_await supervision::FindingsOnBackup(state_.kTools, state_.kerno, settings, kept);
+    waiting.reset();
     if (findings.empty() && !asked)
         co_return;
     std::string text;
@@ -200,7 +206,11 @@ gui::Task<bool> fraBackup::Act(BackupAction action, supervision::BackupSettings 
     // The servers' shutdown and start wait for a backup that is being made; the clock goes on.
     if (copying_)
         co_return false;
+    if (action != BackupAction::Backup)
+        phaseCancelled_ = false;
     if (action == BackupAction::Backup) {
+        if (phaseCancelled_)
+            co_return true;
         // Whoever restarts the servers at this moment would start them while their files are copied.
         if (settings.shutdownServers &&
             std::ranges::any_of(modServerControl::kServers, modServerControl::IsOwned))
@@ -222,14 +232,15 @@ gui::Task<bool> fraBackup::Act(BackupAction action, supervision::BackupSettings 
 
 void fraBackup::ShowProven(const std::string& text) {
     ShowResult(text);
-    lastProven_ = lblBackupResult.Caption();
+    lastProven_ = result_;
 }
 
 /// The line on the page and, unless the same was said there in this cycle, in the log.
 void fraBackup::ShowResult(const std::string& text) {
     SYSTEMTIME now{};
     GetLocalTime(&now);
-    lblBackupResult.Caption(supervision::AtTime(now, text));
+    result_ = supervision::AtTime(now, text);
+    lblBackupResult.Caption(result_);
     if (logged_.insert(text).second)
         supervision::LogBackup(text);
 }

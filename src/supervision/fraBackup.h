@@ -31,6 +31,9 @@ public:
     gui::CommandButton cmdResetTimer{*this, IDC_fraBackup_cmdResetTimer, &fraBackup::cmdResetTimer_Click};
     gui::CommandButton cmdCheckBackup{*this, IDC_fraBackup_cmdCheckBackup, &fraBackup::cmdCheckBackup_Click};
 
+    gui::CommandButton cmdCancelBackup{*this, IDC_fraBackup_cmdCancelBackup,
+                                       &fraBackup::cmdCancelBackup_Click};
+
     gui::TextBox txtBackupMinutes{*this, IDC_fraBackup_txtBackupMinutes};
     gui::TextBox txtBackupDuration{*this, IDC_fraBackup_txtBackupDuration};
     gui::TextBox txtNumOfBackup{*this, IDC_fraBackup_txtNumOfBackup};
@@ -49,6 +52,9 @@ public:
     gui::CommandButton cmdRestoreDatabase{*this, IDC_fraBackup_cmdRestoreDatabase};
 
     gui::Timer tmrBackup{*this, std::chrono::seconds(1), &fraBackup::tmrBackup_Timer, false};
+
+    /// While a backup is being made.
+    gui::Timer tmrWaiting{*this, std::chrono::seconds(1), &fraBackup::tmrWaiting_Timer, false};
 
     clsMySQLCopyDatabase SQLCopyTable;
     supervision::BackupClock clock;
@@ -83,11 +89,13 @@ private:
     gui::Task<> cmdCheckBackup_Click() { return Check(true); }
     gui::Task<> cmdBackupFiles_Click() { return BackupByHand(&fraBackup::FileBackupByHand); }
     gui::Task<> cmdBackupDatabase_Click() { return BackupByHand(&fraBackup::RemoteBackupByHand); }
+    gui::Task<> cmdCancelBackup_Click();
     void tmrBackup_Timer();
+    void tmrWaiting_Timer();
 
     class Copying;
-    class Unfinished;
-    using Making = gui::Task<> (fraBackup::*)();
+    class Making;
+    using Maker = gui::Task<> (fraBackup::*)();
     /// The time in which the timed backup has the servers down.
     struct Phase {
         modServerControl::BackupPhase mark;
@@ -98,8 +106,8 @@ private:
     long SecondsDue();
     gui::Task<bool> Act(supervision::BackupAction action, supervision::BackupSettings settings);
     gui::Task<> TimedBackup(bool shutdownServers);
-    gui::Task<> BackupByHand(Making backup);
-    gui::Task<> Make(Making backup);
+    gui::Task<> BackupByHand(Maker maker);
+    gui::Task<> Make(Maker maker);
     gui::Task<> ActOrReport(supervision::BackupAction action, supervision::BackupSettings settings);
     gui::Task<> FileBackupByHand();
     gui::Task<> RemoteBackupByHand() { return RemoteBackup(true); }
@@ -116,11 +124,16 @@ private:
     PanelState& state_;
     gui::MenuItem& mnuEnableBackup_;
     bool copying_ = false;
+    bool byClock_ = false; ///< whose backup it is
     std::optional<Phase> phase_;
     /// While a backup by hand has the servers down.
     std::optional<modServerControl::Predecessors> closedByHand_;
     /// What is left when the backup under way is ended; "" when none is.
     std::string unfinished_;
+    Making* making_ = nullptr; ///< the backup under way
+    /// In a phase whose backup was cancelled none is made at every tick.
+    bool phaseCancelled_ = false;
+    std::string result_;
     bool closingNoted_ = false;
     bool replacing_ = false; ///< the copy on the backup server is not whole at this moment
     /// What a failure of the backup under way keeps from being done.

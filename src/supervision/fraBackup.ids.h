@@ -19,3 +19,4 @@
 #define IDC_fraBackup_cmdRestoreDatabase 1876
 #define IDC_fraBackup_lblBackupResult 1877
 #define IDC_fraBackup_cmdCheckBackup 1878
+#define IDC_fraBackup_cmdCancelBackup 1879

@@ -1,5 +1,6 @@
 #include "common/Files.h"
 #include "common/Numbers.h"
+#include "gui/Waiting.h"
 #include "servers/modServerControl.h"
 #include "settings/kToolsSettings.h"
 #include "supervision/BackupArchive.h"
@@ -26,7 +27,10 @@ constexpr const char* kImmediateShutdown =
 /// the clock has due meanwhile waits, and a press is refused.
 class fraBackup::Copying {
 public:
-    explicit Copying(fraBackup& page) : page_(page) { page_.copying_ = true; }
+    Copying(fraBackup& page, bool byClock) : page_(page) {
+        page_.copying_ = true;
+        page_.byClock_ = byClock;
+    }
     ~Copying() { page_.copying_ = false; }
     Copying(const Copying&) = delete;
     Copying& operator=(const Copying&) = delete;
@@ -35,23 +39,67 @@ private:
     fraBackup& page_;
 };
 
-/// A backup is under way that would leave this behind if it were ended.
-class fraBackup::Unfinished {
+/// A backup is under way that would leave `left` behind if it were ended. The page shows what it waits for.
+class fraBackup::Making final : public gui::WaitInSight {
 public:
-    Unfinished(fraBackup& page, const char* left) : page_(page) { page_.unfinished_ = left; }
-    ~Unfinished() {
+    Making(fraBackup& page, const char* left) : page_(page) {
+        page_.unfinished_ = left;
+        page_.making_ = this;
+        page_.tmrWaiting.Enabled(true);
+        page_.cmdCancelBackup.Enabled(true);
+    }
+    ~Making() {
         page_.unfinished_.clear();
         page_.replacing_ = false;
+        page_.making_ = nullptr;
+        if (page_.byClock_)
+            page_.phaseCancelled_ = Cancelled();
+        page_.tmrWaiting.Enabled(false);
+        page_.cmdCancelBackup.Enabled(false);
+        page_.lblBackupResult.Caption(page_.result_);
     }
-    Unfinished(const Unfinished&) = delete;
-    Unfinished& operator=(const Unfinished&) = delete;
+
+    void Suspended(const std::string& what) override {
+        awaited_ = what;
+        since_ = std::chrono::steady_clock::now();
+    }
+    void Resumed() override { awaited_.reset(); }
+
+    /// "" while nothing is waited for, or not for long.
+    std::string Text() const {
+        const auto time = std::chrono::steady_clock::now() - since_;
+        const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(time).count();
+        if (!awaited_ || seconds < 1)
+            return {};
+        return gui::WaitingText(*awaited_) + ", for " + std::to_string(seconds) +
+               (seconds == 1 ? " second" : " seconds") + ". \"Cancel\" ends the backup";
+    }
 
 private:
     fraBackup& page_;
+    std::optional<std::string> awaited_;
+    std::chrono::steady_clock::time_point since_;
 };
 
+void fraBackup::tmrWaiting_Timer() {
+    const std::string text = making_ ? making_->Text() : "";
+    lblBackupResult.Caption(text.empty() ? result_ : text);
+}
+
+gui::Task<> fraBackup::cmdCancelBackup_Click() {
+    const std::string question = ClosingQuestion();
+    if (!question.empty()) {
+        const int answer = co_await MsgBox(question, MB_YESNO | MB_ICONEXCLAMATION | MB_DEFBUTTON2);
+        if (answer != IDYES)
+            co_return;
+    }
+    // It may have ended by itself meanwhile.
+    if (making_)
+        making_->Cancel();
+}
+
 gui::Task<> fraBackup::TimedBackup(bool shutdownServers) {
-    const Copying copying(*this);
+    const Copying copying(*this, true);
     if (shutdownServers) {
         state_.BackupInProgress = true;
         if (!phase_)
@@ -83,21 +131,21 @@ gui::Task<> fraBackup::TimedBackup(bool shutdownServers) {
         ShowResult("WARNING: \"Backups to keep\" has deleted the backup that was just made");
 }
 
-gui::Task<> fraBackup::BackupByHand(Making backup) {
+gui::Task<> fraBackup::BackupByHand(Maker maker) {
     if (copying_) {
         Refuse();
         co_return;
     }
-    const Copying copying(*this);
+    const Copying copying(*this, false);
     skipped_.clear();
     logged_.clear();
     const bool anyRuns = std::ranges::any_of(modServerControl::kServers, modServerControl::IsRunning);
     if (!chkShutdownServers.Value() || !anyRuns) {
-        co_await Make(backup);
+        co_await Make(maker);
         co_return;
     }
     supervision::Restart restart{
-        .asker = journal::Asker::Backup, .message = {}, .meanwhile = [this, backup] { return Make(backup); }};
+        .asker = journal::Asker::Backup, .message = {}, .meanwhile = [this, maker] { return Make(maker); }};
     if (modServerControl::IsZoneRunning() && chkBackupMessage.Value())
         restart.message = kImmediateShutdown;
     state_.BackupInProgress = true;
@@ -109,9 +157,9 @@ gui::Task<> fraBackup::BackupByHand(Making backup) {
 }
 
 /// A backup that fails is reported, and the servers come up again all the same.
-gui::Task<> fraBackup::Make(Making backup) {
+gui::Task<> fraBackup::Make(Maker maker) {
     try {
-        co_await (this->*backup)();
+        co_await (this->*maker)();
     } catch (const RuntimeError& error) {
         ReportFailedBackup(error);
     }
@@ -123,7 +171,7 @@ gui::Task<> fraBackup::FileBackupByHand() {
 
 /// Returns the name of the dated folder.
 gui::Task<std::string> fraBackup::FileBackup() {
-    const Unfinished unfinished(*this, "no folder was made");
+    const Making making(*this, "no folder was made");
     const std::function<void(const std::string&)> progress = [this](const std::string& file) {
         lblBackupStatus.Caption(file);
     };
@@ -139,7 +187,7 @@ gui::Task<std::string> fraBackup::FileBackup() {
 }
 
 gui::Task<> fraBackup::RemoteBackup(bool ask) {
-    const Unfinished unfinished(*this, "the copy on the remote server is as it was");
+    const Making making(*this, "the copy on the remote server is as it was");
     const supervision::MayReplaceByEmpty mayReplace = [this, ask](const std::string& database,
                                                                   const std::string& copy) {
         return MayReplace(database, copy, ask);
@@ -165,7 +213,7 @@ gui::Task<bool> fraBackup::MayReplace(std::string database, std::string copy, bo
 }
 
 gui::Task<> fraBackup::RestoreDatabase() {
-    const Copying copying(*this);
+    const Copying copying(*this, false);
     co_await supervision::RestoreDatabases(SQLCopyTable, state_.kTools, state_.kerno);
     ShowEnabled();
 }

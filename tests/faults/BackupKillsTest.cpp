@@ -1,15 +1,11 @@
-#include "Faults.h"
+#include "BackedUp.h"
 #include "TableFiles.h"
 
-#include "dbsetup/Schema.h"
 #include "supervision/BackupArchive.h"
 #include "supervision/BackupWork.h"
 #include "supervision/FileBackup.h"
-#include "supervision/frmServerControl.h"
 #include "supervision/RemoteBackup.h"
 #include "support/ChildProcess.h"
-#include "support/Database.h"
-#include "support/Network.h"
 
 #include <atomic>
 #include <cstdio>
@@ -17,8 +13,6 @@
 #include <random>
 
 namespace {
-
-using namespace settings::key;
 
 /// True when it has all files, whole and of one generation.
 bool IsWhole(const std::string& backup) {
@@ -85,8 +79,6 @@ const support::ChildEntry writer("write rows", [](const std::string&) {
     }
 });
 
-constexpr const char* kNetwork = "127.0.0.3";
-
 gui::Task<bool> Never() {
     co_return false;
 }
@@ -104,27 +96,10 @@ const support::ChildEntry remoteBackups("back up databases", [](const std::strin
         support::Run(supervision::BackUpDatabases(copier, kTools, kerno, never, [] {}));
 });
 
-/// A control panel over the ten tables, with both generations on the backup server.
-class BackupKills : public Faults, protected support::Databases {
+/// What is on the two servers while backups are made and ended.
+class BackupKills : public BackedUp {
 protected:
-    BackupKills() {
-        for (const auto& database : suite::Databases()) {
-            root.Execute(dbsetup::CreateStatement(database));
-            for (const auto& table : database.tables)
-                root.Execute(dbsetup::EngineForm(dbsetup::CreateStatement(table)));
-        }
-        support::MakeLogin(root, "suite@localhost", "secret");
-        support::MakeLogin(remote, "suite@'%'", "secret");
-        Set({{kBackupHostname, kNetwork},
-             {kBackupUsername, "suite"},
-             {kBackupPassword, "secret"},
-             {kBackupSecondGeneration, "1"}});
-        for (const auto& database : suite::Databases()) {
-            kerno.INIProperty(database.userKey, "suite");
-            kerno.INIProperty(database.passwordKey, "secret");
-        }
-        panel.Load();
-    }
+    BackupKills() { panel.Load(); }
     /// Every table that has rows then has this one's rows only.
     void Fill(int generation) {
         const std::string value = ", '" + std::to_string(generation) + "'";
@@ -170,11 +145,6 @@ protected:
         if (second != since.end())
             since.erase(since.begin(), second);
     }
-
-    support::Proxy network{kNetwork, support::kRemoteServer};
-    support::MessageBoxes boxes;
-    gui::Local<frmServerControl> held;
-    frmServerControl& panel = *held;
 };
 
 TEST_F(BackupKills, NoCopyThatWasWrittenToIsCalledProven) {

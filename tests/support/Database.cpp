@@ -130,6 +130,17 @@ void LetServerStart(const std::string& host) {
     WaitUntil([&] { return Answers(host); });
 }
 
+ServerPaused::ServerPaused(const std::string& host) : order_(ServerFolder(host) + "\\pause") {
+    WriteFile(order_, "");
+    if (!WaitUntil([this] { return common::FileExists(order_ + "d"); }))
+        throw std::runtime_error("the server was not stopped");
+}
+
+ServerPaused::~ServerPaused() {
+    DeleteFileA(order_.c_str());
+    WaitUntil([this] { return !common::FileExists(order_ + "d"); });
+}
+
 Databases::Databases() {
     root.Open(RootConnection());
     remote.Open(RootConnection(kRemoteServer));

@@ -69,6 +69,18 @@ private:
     std::string host_;
 };
 
+/// Stops a server where it is, as a machine that stands still does, as long as the object lives: what it was
+/// asked for is done afterwards.
+class ServerPaused {
+public:
+    explicit ServerPaused(const std::string& host = kLocalServer);
+    ~ServerPaused();
+    ServerPaused(const ServerPaused&) = delete;
+
+private:
+    std::string order_;
+};
+
 /// Both servers, cleaned, with an administrator logged in.
 struct Databases {
     Databases();
