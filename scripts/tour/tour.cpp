@@ -270,16 +270,16 @@ void ReloadLocked(HWND window) {
     Press(IDC_frmAccountEditor_cmdReload)(window);
 }
 
-/// Closes the window while a copy waits for somebody who reads the copy before it.
-void CloseInCopy(HWND window) {
+/// Has a copy wait for somebody who uses the one before it.
+void BackUpOverLock(HWND window) {
     for (const char* statement :
          {"CREATE DATABASE IF NOT EXISTS bk_glogin", "CREATE TABLE IF NOT EXISTS bk_glogin.account (ID INT)",
           "LOCK TABLES bk_glogin.account WRITE"})
         TellDatabase(statement);
     Press(IDC_fraBackup_cmdBackupDatabase)(window);
-    // Nothing tells when the copy has come to the lock.
-    Sleep(3000);
-    PostMessageA(window, WM_CLOSE, 0, 0);
+    Expect(window, "nothing is waited for", [window] {
+        return TextOf(ControlOf(window, IDC_fraBackup_lblBackupResult)).starts_with("Waiting for");
+    });
 }
 
 /// Changes two fields of the account that is shown.
@@ -421,7 +421,10 @@ const std::vector<Stop> kStops = {
      {{"ip-detection", Press(IDC_fraConnections_cmdIPDetectionSettings)},
       {"journal", Press(IDC_frmServerControl_cmdJournal)},
       {"backup-check", Press(IDC_fraBackup_cmdCheckBackup)},
-      {.name = "backup-closing", .open = CloseInCopy, .leave = LetCopyEnd},
+      {.name = "backup-waiting", .open = BackUpOverLock, .page = 1, .same = true},
+      {.name = "backup-closing",
+       .open = [](HWND window) { PostMessageA(window, WM_CLOSE, 0, 0); },
+       .leave = LetCopyEnd},
       {"control-panel-menu", TrayMenu(0)},
       {.name = "control-panel-trouble", .open = TroubleServers, .page = 2, .same = true}}},
     // Its first account is a game master's.
