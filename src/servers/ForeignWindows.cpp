@@ -35,18 +35,22 @@ HWND FindWindowWhere(HWND parent, const char* windowClass, const std::function<b
     // The system gives a session no more windows than this at a time.
     constexpr std::size_t kMostWindows = 65'536;
     const auto after = [&](HWND window) { return FindWindowExA(parent, window, windowClass, nullptr); };
+    // Wine 10's server never comes back from behind a window that is being destroyed, and has no parent any
+    // more.
+    const auto stands = [](HWND window) { return GetAncestor(window, GA_PARENT) != nullptr; };
     std::unordered_set<HWND> visited;
     for (bool again = true; again;) {
         const std::size_t before = visited.size();
         std::unordered_set<HWND> walked;
         HWND last = nullptr;
         HWND window = nullptr;
-        while (visited.size() < kMostWindows && (window = after(last)) && walked.insert(window).second) {
+        while (visited.size() < kMostWindows && (!last || stands(last)) && (window = after(last)) &&
+               walked.insert(window).second) {
             if (visited.insert(window).second && visit(window))
                 return window;
             last = window;
         }
-        const bool whole = !window && (!last || (IsWindow(last) && walked.contains(after(nullptr))));
+        const bool whole = !window && (!last || (stands(last) && walked.contains(after(nullptr))));
         again = !whole && visited.size() > before && visited.size() < kMostWindows;
     }
     return nullptr;
