@@ -11,6 +11,7 @@
 #include <random>
 #include <stdexcept>
 #include <string_view>
+#include <thread>
 #include <vector>
 
 namespace support {
@@ -96,9 +97,11 @@ void KillDuring(const std::string& name, int times, const std::function<void(con
         prepare(folder);
         while (left-- > 0 && !testing::Test::HasFailure()) {
             ChildProcess child(name, folder);
-            // Finer than the scheduler's clock ticks, so that the kills fall on all places of a rewrite.
+            // Finer than the scheduler's clock ticks, so that the kills fall on all places of a rewrite. A
+            // long wait leaves the processors to the children.
             const auto end =
                 std::chrono::steady_clock::now() + std::chrono::microseconds(microseconds(random));
+            std::this_thread::sleep_until(end - std::chrono::milliseconds(20));
             while (std::chrono::steady_clock::now() < end)
                 YieldProcessor();
             EXPECT_TRUE(child.Running()) << "the child ended by itself";
