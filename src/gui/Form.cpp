@@ -1,5 +1,6 @@
 #include "gui/Form.h"
 
+#include "common/SystemLibraries.h"
 #include "gui/Accessible.h"
 #include "gui/Control.h"
 #include "gui/Menu.h"
@@ -51,7 +52,7 @@ void LoadControlClasses() {
                                                                ICC_TREEVIEW_CLASSES | ICC_BAR_CLASSES};
         InitCommonControlsEx(&classes);
         // The rich-text box.
-        return LoadLibraryA("riched20.dll") != nullptr;
+        return common::LoadSystemLibrary("riched20.dll") != nullptr;
     }();
     static_cast<void>(loaded);
 }
