@@ -53,7 +53,7 @@ in which you may write. Settings, logs and backups that are there already stay."
 ; The page's second check box.
 !define MUI_FINISHPAGE_SHOWREADME
 !define MUI_FINISHPAGE_SHOWREADME_NOTCHECKED
-!define MUI_FINISHPAGE_SHOWREADME_TEXT "Supervise the servers from the tray after each start of Windows"
+!define MUI_FINISHPAGE_SHOWREADME_TEXT "Supervise the servers after each start of Windows"
 !define MUI_FINISHPAGE_SHOWREADME_FUNCTION StartWithWindows
 !insertmacro MUI_PAGE_FINISH
 !define MUI_UNCONFIRMPAGE_TEXT_TOP "${TITLE} will be removed from this folder. Settings, logs, backups and the maps \
