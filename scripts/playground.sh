@@ -59,6 +59,9 @@ start_playground() {
     for name in kTools Kerno MySQL; do
         [[ -e $WINEPREFIX/drive_c/$name ]] || ln -s "../../$name" "$WINEPREFIX/drive_c/$name"
     done
+    # The server names its data folder without a drive, and kTools looks for it on the drive of the MySQL folder.
+    mkdir -p "$WINEPREFIX/drive_c$folder"
+    ln -sfn "$folder/.servers" "$WINEPREFIX/drive_c$folder/.servers"
     export KTOOLS_MARIADB=$folder/.servers KTOOLS_SERVERS="127.0.0.1=$platform_local"
     say "starting the database server"
     start_databases 127.0.0.1
