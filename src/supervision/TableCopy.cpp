@@ -2,6 +2,8 @@
 
 #include "common/RuntimeError.h"
 
+#include <exception>
+
 namespace supervision {
 
 namespace {
@@ -33,6 +35,16 @@ const std::string& TableCopy::File() const {
 }
 
 bool TableCopy::Step() {
+    // The thread that makes this call may hold on to the copy longer than the backup, which removes its
+    // files.
+    struct ClosingOnError {
+        ~ClosingOnError() {
+            if (std::uncaught_exceptions() > before)
+                copy.Close();
+        }
+        TableCopy& copy;
+        int before = std::uncaught_exceptions();
+    } const closing{*this};
     piece_.resize(kPiece);
     for (std::size_t pieces = 0; pieces < kPiecesOfAStep; ++pieces) {
         if (comparing_ ? ComparePiece() : CopyPiece())
@@ -91,9 +103,14 @@ bool TableCopy::ComparePiece() {
     return here > 0 || there > 0;
 }
 
-void TableCopy::NextFile() {
+void TableCopy::Close() {
     source_.reset();
     copy_.reset();
+    target_.reset();
+}
+
+void TableCopy::NextFile() {
+    Close();
     done_ = 0;
     ++file_;
 }

@@ -42,6 +42,7 @@ private:
     bool CopyPiece();
     bool ComparePiece();
     void NextFile();
+    void Close();
 
     std::array<Paths, kFiles> paths_;
     std::size_t file_ = 0;

@@ -106,7 +106,8 @@ TEST_F(Backup, ATimedBackupRunsAsTheServersFileSays) {
         std::filesystem::remove_all(BackupFolder());
         BackUpByTheClock();
         const bool fails = files && !filesWork;
-        EXPECT_EQ(Folders().size(), files && !fails ? 1u : 0u) << option;
+        EXPECT_EQ(Folders().size(), files && !fails ? 1u : 0u)
+            << option << ": " << page.lblBackupResult.Caption();
         EXPECT_EQ(Rows(remote, "SHOW DATABASES LIKE 'bk_glogin'").size(), toRemote && !fails ? 1u : 0u)
             << option;
         EXPECT_EQ(page.txtTimeLeft.Text(), fails ? "0" : "");

@@ -7,16 +7,19 @@
 
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <stdexcept>
 
 namespace support {
 
 TempFolder::TempFolder() {
     static int number = 0;
-    path_ = (std::filesystem::temp_directory_path() /
-             ("kTools" + std::to_string(GetCurrentProcessId()) + "-" + std::to_string(++number)))
-                .string();
-    std::filesystem::create_directories(path_);
+    // Another process may have had the same number, and left something.
+    do
+        path_ = (std::filesystem::temp_directory_path() /
+                 ("kTools" + std::to_string(GetCurrentProcessId()) + "-" + std::to_string(++number)))
+                    .string();
+    while (!std::filesystem::create_directory(path_));
 }
 
 TempFolder::~TempFolder() {
@@ -42,21 +45,32 @@ std::string UnixPath(const std::string& path) {
     return translate ? translate(std::filesystem::path(path).wstring().c_str()) : std::string();
 }
 
-} // namespace
-
-void LinkFolder(const std::string& link, const std::string& target) {
-    const std::string from = UnixPath(link);
-    std::string command = from.empty() ? "cmd /c mklink /J \"" + link + "\" \"" + target + "\""
-                                       : "Z:\\bin\\ln -s \"" + UnixPath(target) + "\" \"" + from + "\"";
+/// Runs the command until the condition holds. Raises std::runtime_error when it does not.
+void RunUntil(std::string command, const std::function<bool()>& done) {
     STARTUPINFOA startup{};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION started{};
     if (!CreateProcessA(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
                         &started) ||
-        !WaitUntil([&] { return common::FolderExists(link); }))
-        throw std::runtime_error("no link was made: " + command);
+        !WaitUntil(done))
+        throw std::runtime_error("this did not do what it should: " + command);
     CloseHandle(started.hThread);
     CloseHandle(started.hProcess);
+}
+
+} // namespace
+
+void LinkFolder(const std::string& link, const std::string& target) {
+    const std::string from = UnixPath(link);
+    RunUntil(from.empty() ? "cmd /c mklink /J \"" + link + "\" \"" + target + "\""
+                          : "Z:\\bin\\ln -s \"" + UnixPath(target) + "\" \"" + from + "\"",
+             [&] { return common::FolderExists(link); });
+}
+
+void UnlinkFolder(const std::string& link) {
+    const std::string from = UnixPath(link);
+    RunUntil(from.empty() ? "cmd /c rmdir \"" + link + "\"" : "Z:\\bin\\rm \"" + from + "\"",
+             [&] { return GetFileAttributesA(link.c_str()) == INVALID_FILE_ATTRIBUTES; });
 }
 
 } // namespace support

@@ -26,5 +26,7 @@ void WriteFile(const std::string& path, std::string_view text);
 
 /// Makes `link` a junction that leads to the folder `target`; under Wine what is one there, a symbolic link.
 void LinkFolder(const std::string& link, const std::string& target);
+/// Removes such a link, and nothing of what it leads to.
+void UnlinkFolder(const std::string& link);
 
 } // namespace support
