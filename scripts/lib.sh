@@ -184,14 +184,12 @@ own_namespaces() {
 }
 
 # go_to_own_network SCRIPT [ARGUMENT...]: starts the script anew as SCRIPT --in-own-network ARGUMENT..., where
-# port 3306 is free whatever runs on this machine, with mounts of its own. Returns where that is not allowed but the
-# port is free.
+# port 3306 is free whatever runs on this machine, where possible with mounts of its own too. Returns where that is not
+# allowed but the port is free.
 go_to_own_network() {
     local network
-    if own_namespaces --net --mount >/dev/null; then
-        mapfile -t network < <(own_namespaces --net --mount)
-        exec "${network[@]}" "$1" --in-own-network "${@:2}"
-    fi
+    mapfile -t network < <(own_namespaces --net --mount || own_namespaces --net)
+    ((${#network[@]} == 0)) || exec "${network[@]}" "$1" --in-own-network "${@:2}"
     port_is_free 3306 || fail "port 3306 is taken, and this system does not let me have a network of my own"
 }
 
