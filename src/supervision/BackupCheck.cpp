@@ -5,7 +5,6 @@
 #include "common/RuntimeError.h"
 #include "database/Connection.h"
 #include "servers/Databases.h"
-#include "servers/Servers.h"
 #include "settings/kToolsSettings.h"
 #include "supervision/NextBackup.h"
 #include "supervision/TableCheck.h"
@@ -110,7 +109,7 @@ gui::Task<Findings> FindingsOnBackup(clsINI kTools, clsINI kernoIni, BackupSetti
     if (!files && !remote)
         findings.push_back(BackupOptionText(kernoIni));
     LookAtSettings(settings, kept, findings);
-    const std::string data = modServerControl::MySQLPath() + "data";
+    const std::string data = MySQLDataFolder();
     if (files)
         LookAtSpace(FoldersOfAPhase(settings) * static_cast<double>(LookAtFiles(data, findings)), findings);
     const suite::Login login = suite::ReadLogin(kernoIni, suite::LoginDatabase());

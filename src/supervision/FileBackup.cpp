@@ -135,8 +135,7 @@ gui::Task<FileBackup> BackUpFiles(std::function<void(const std::string&)> progre
     const std::string gathered = work.Gather();
     for (const suite::Database& database : suite::Databases())
         common::MakeFolder(gathered + "\\" + std::string(database.name));
-    // The setting ends in a backslash of its own; a second one does no harm.
-    const std::string data = modServerControl::MySQLPath() + "\\data";
+    const std::string data = MySQLDataFolder();
     Witness witness(kerno, data, lock);
     FileBackup backup{BackupName(now), {}, {}};
     for (const suite::Database& database : suite::Databases()) {

@@ -1,6 +1,7 @@
 #include "supervision/TableCopy.h"
 
 #include "common/RuntimeError.h"
+#include "servers/Servers.h"
 
 #include <exception>
 
@@ -12,6 +13,12 @@ constexpr std::size_t kPiece = std::size_t{1} * 1024 * 1024;
 constexpr std::size_t kPiecesOfAStep = 4;
 
 } // namespace
+
+std::string MySQLDataFolder() {
+    const std::string& folder = modServerControl::MySQLPath();
+    // A hand may have put the setting in without its backslash.
+    return folder + (folder.ends_with('\\') ? "data" : "\\data");
+}
 
 std::string WhyMissing(const std::string& path) {
     const auto& [layout, index, data] = suite::kTableFileEndings;

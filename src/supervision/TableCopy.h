@@ -10,6 +10,9 @@
 
 namespace supervision {
 
+/// The folder below the MySQL folder of the settings in which each database has a folder of its own.
+std::string MySQLDataFolder();
+
 /// For the end of an error about a table file that is missing: why, where that is known, behind a full stop.
 std::string WhyMissing(const std::string& path);
 
