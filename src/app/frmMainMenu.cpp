@@ -24,10 +24,8 @@ void frmMainMenu::Form_Load() {
 gui::Task<bool> frmMainMenu::Form_QueryUnload() {
     frmServerControl* panel = serverControl_.Peek();
     const std::string question = panel && panel->Loaded() ? panel->backup.LeavingQuestion() : "";
-    if (question.empty())
-        co_return true;
-    const int answer = co_await MsgBox(question, MB_YESNO | MB_ICONEXCLAMATION | MB_DEFBUTTON2);
-    co_return answer == IDYES;
+    const bool ends = co_await MayEnd(question);
+    co_return ends;
 }
 
 void frmMainMenu::Form_Unload() {

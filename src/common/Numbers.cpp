@@ -105,4 +105,9 @@ std::string CountText(std::uint64_t count) {
     return ThousandsText(static_cast<double>(count));
 }
 
+std::string SecondsText(std::chrono::nanoseconds time) {
+    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(time).count();
+    return std::to_string(seconds) + (seconds == 1 ? " second" : " seconds");
+}
+
 } // namespace common

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -26,5 +27,7 @@ std::string NumberText(double value);
 std::string ThousandsText(double value);
 /// The same of a number of things.
 std::string CountText(std::uint64_t count);
+/// "1 second", "12 seconds": whole ones, what is left over cut off.
+std::string SecondsText(std::chrono::nanoseconds time);
 
 } // namespace common

@@ -109,8 +109,7 @@ Session::Session(const std::string& connectionString, unsigned loginSeconds) {
     if (!ReadDiagnostic(SQL_HANDLE_DBC, connection_.get(), 1))
         throw Error(kDriverError,
                     "The ODBC driver \"" + DriverOf(connectionString) +
-                        "\" could not be loaded. It is not "
-                        "installed, or not as one for " +
+                        "\" could not be loaded. It is not installed, or not as one for " +
                         std::to_string(sizeof(void*) * 8) + "-bit programs. (SQLDriverConnect, return code " +
                         std::to_string(result) + ")",
                     kDriverNotFound);

@@ -223,11 +223,13 @@ bool Recordset::IsLossy(std::size_t row, std::size_t column) const {
 
 bool Recordset::IsAsOnServer(std::size_t row) const {
     const State state = StateOf(row);
-    for (std::size_t column = 0; state == State::Changed && column < columns_.size(); ++column) {
+    if (state != State::Changed)
+        return state == State::Unchanged;
+    for (std::size_t column = 0; column < columns_.size(); ++column) {
         if (At(row, column) != ServerValue(row, column))
             return false;
     }
-    return state == State::Unchanged || state == State::Changed;
+    return true;
 }
 
 bool Recordset::MayHaveArrived(std::size_t row, std::size_t column) const {

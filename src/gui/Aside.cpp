@@ -1,5 +1,6 @@
 #include "gui/Aside.h"
 
+#include "common/Numbers.h"
 #include "gui/Waiting.h"
 
 #include <algorithm>
@@ -145,9 +146,7 @@ void AsideOver::await_resume() const {
         return;
     if (IsCancelled())
         throw NoAnswer("Operation has been cancelled by the user.", true);
-    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(*awaited_.limit).count();
-    throw NoAnswer(awaited_.what + " has not answered for " + std::to_string(seconds) +
-                       (seconds == 1 ? " second." : " seconds."),
+    throw NoAnswer(awaited_.what + " has not answered for " + common::SecondsText(*awaited_.limit) + ".",
                    false);
 }
 

@@ -95,6 +95,8 @@ public:
     /// A message box of this form, titled with its caption unless `title` says otherwise; the result is the
     /// id of the button. `style` takes the platform's MB_ values. The form takes no input meanwhile.
     Task<int> MsgBox(std::string text, unsigned style = MB_OK, std::string title = {});
+    /// Asks before something is lost, with No as the default. True for a Yes, and without a question.
+    Task<bool> MayEnd(std::string question);
     /// Shows such a box and goes on; nobody awaits its answer. The boxes of a form come one after the other,
     /// and one that waits or is shown already does not come again.
     void Tell(const std::string& text, unsigned style = MB_OK, const std::string& title = {});

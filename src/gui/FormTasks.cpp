@@ -82,6 +82,13 @@ Task<int> Form::MsgBox(std::string text, unsigned style, std::string title) {
     co_return button;
 }
 
+Task<bool> Form::MayEnd(std::string question) {
+    if (question.empty())
+        co_return true;
+    const int answer = co_await MsgBox(std::move(question), MB_YESNO | MB_ICONEXCLAMATION | MB_DEFBUTTON2);
+    co_return answer == IDYES;
+}
+
 void Form::Tell(const std::string& text, unsigned style, const std::string& title) {
     const Box box{text, style, title.empty() ? Top().Caption() : title};
     // A window that is just loading may not come to be.

@@ -1,5 +1,6 @@
 #include "gui/frmWaiting.h"
 
+#include "common/Numbers.h"
 #include "gui/Waiting.h"
 
 void frmWaiting::What(const std::string& what) {
@@ -12,8 +13,6 @@ void frmWaiting::cmdCancel_Click() {
 }
 
 void frmWaiting::tmrTime_Timer() {
-    const auto time = std::chrono::steady_clock::now() - since_;
-    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(time).count();
-    lblTime.Caption("For " + std::to_string(seconds) + (seconds == 1 ? " second" : " seconds") +
+    lblTime.Caption("For " + common::SecondsText(std::chrono::steady_clock::now() - since_) +
                     ". The other windows can be used meanwhile.");
 }

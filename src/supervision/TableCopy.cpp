@@ -3,8 +3,6 @@
 #include "common/RuntimeError.h"
 #include "servers/Servers.h"
 
-#include <exception>
-
 namespace supervision {
 
 namespace {
@@ -42,16 +40,17 @@ const std::string& TableCopy::File() const {
 }
 
 bool TableCopy::Step() {
-    // The thread that makes this call may hold on to the copy longer than the backup, which removes its
-    // files.
-    struct ClosingOnError {
-        ~ClosingOnError() {
-            if (std::uncaught_exceptions() > before)
-                copy.Close();
-        }
-        TableCopy& copy;
-        int before = std::uncaught_exceptions();
-    } const closing{*this};
+    try {
+        return CopyOrCompare();
+    } catch (...) {
+        // The thread that makes this call may hold on to the copy longer than the backup, which removes its
+        // files.
+        Close();
+        throw;
+    }
+}
+
+bool TableCopy::CopyOrCompare() {
     piece_.resize(kPiece);
     for (std::size_t pieces = 0; pieces < kPiecesOfAStep; ++pieces) {
         if (comparing_ ? ComparePiece() : CopyPiece())

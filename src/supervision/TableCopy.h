@@ -42,6 +42,7 @@ private:
         std::string target;
     };
 
+    bool CopyOrCompare();
     bool CopyPiece();
     bool ComparePiece();
     void NextFile();

@@ -68,11 +68,10 @@ public:
     /// "" while nothing is waited for, or not for long.
     std::string Text() const {
         const auto time = std::chrono::steady_clock::now() - since_;
-        const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(time).count();
-        if (!awaited_ || seconds < 1)
+        if (!awaited_ || time < std::chrono::seconds(1))
             return {};
-        return gui::WaitingText(*awaited_) + ", for " + std::to_string(seconds) +
-               (seconds == 1 ? " second" : " seconds") + ". \"Cancel\" ends the backup";
+        return gui::WaitingText(*awaited_) + ", for " + common::SecondsText(time) +
+               ". \"Cancel\" ends the backup";
     }
 
 private:
@@ -87,14 +86,9 @@ void fraBackup::tmrWaiting_Timer() {
 }
 
 gui::Task<> fraBackup::cmdCancelBackup_Click() {
-    const std::string question = ClosingQuestion();
-    if (!question.empty()) {
-        const int answer = co_await MsgBox(question, MB_YESNO | MB_ICONEXCLAMATION | MB_DEFBUTTON2);
-        if (answer != IDYES)
-            co_return;
-    }
+    const bool ends = co_await MayEnd(ClosingQuestion());
     // It may have ended by itself meanwhile.
-    if (making_)
+    if (ends && making_)
         making_->Cancel();
 }
 

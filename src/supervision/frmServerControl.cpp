@@ -52,12 +52,9 @@ void frmServerControl::UseServerFolder() {
 
 /// The settings are saved when nothing more is asked.
 gui::Task<bool> frmServerControl::Form_QueryUnload() {
-    const std::string question = backup.ClosingQuestion();
-    if (!question.empty()) {
-        const int answer = co_await MsgBox(question, MB_YESNO | MB_ICONEXCLAMATION | MB_DEFBUTTON2);
-        if (answer != IDYES)
-            co_return false;
-    }
+    const bool ends = co_await MayEnd(backup.ClosingQuestion());
+    if (!ends)
+        co_return false;
     co_await backup.OfferStart(true);
     for (;;) {
         const auto error = SaveSettings();
