@@ -47,8 +47,8 @@ bool FilesAreWholeTables(const ServerFacts& facts) {
 }
 
 std::string ServerCard(const ServerFacts& facts) {
-    return (IsMariaDB(facts) ? "MariaDB " : "MySQL ") + facts.version + " (" + facts.comment + ")" +
-           kLineEnd + "sql_mode: " + (facts.sqlMode.empty() ? "none" : facts.sqlMode) + kLineEnd +
+    return (IsMariaDB(facts) ? "MariaDB " : "MySQL ") + facts.version + ", " + facts.comment + kLineEnd +
+           "sql_mode: " + (facts.sqlMode.empty() ? "none" : facts.sqlMode) + kLineEnd +
            Line("Tables made with TYPE=MyISAM", TakesTypeClause(facts),
                 "Answer Yes in Step 3 when you are asked for ENGINE=MyISAM.") +
            Line("Logins made by GRANT", GrantsMakeLogins(facts),
