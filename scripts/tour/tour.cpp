@@ -16,6 +16,7 @@
 #include "database/Error.h"
 #include "database/Odbc.h"
 #include "database/Query.h"
+#include "dbsetup/fraAccounts.ids.h"
 #include "dbsetup/fraDatabaseCheck.ids.h"
 #include "dbsetup/fraRepair.ids.h"
 #include "dbsetup/fraServerTest.ids.h"
@@ -352,6 +353,20 @@ void CancelWait(HWND window) {
     TellDatabase("UNLOCK TABLES");
 }
 
+/// Sets up the servers' logins with one user name and password that the wizard asks about, or with good ones.
+std::function<void(HWND)> SetUpAccounts(const char* user, const char* password) {
+    return [user, password](HWND window) {
+        SendMessageA(ControlOf(window, IDC_fraDatabaseCheck_txtRootUsername), WM_SETTEXT, 0,
+                     reinterpret_cast<LPARAM>("root"));
+        for (const auto& [box, text] : {std::pair{IDC_fraAccounts_txtGloginUsername, user},
+                                        std::pair{IDC_fraAccounts_txtGloginPassword, password}})
+            SendMessageA(ControlOf(window, box), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text));
+        Press(IDC_fraAccounts_cmdSetupAccounts)(window);
+    };
+}
+
+void AgreeToAll(HWND box);
+
 /// As on a server without the databases: they are deleted, and the check shows it.
 void DeleteAndCheck(HWND window) {
     SendMessageA(ControlOf(window, IDC_fraDatabaseCheck_txtRootUsername), WM_SETTEXT, 0,
@@ -438,7 +453,14 @@ const std::vector<Stop> kStops = {
       {.name = "waiting", .open = ReloadLocked, .leave = CancelWait},
       {"find-account", Press(IDC_frmAccountEditor_cmdFind), {}, FindGunnar}},
      ShowWholeName},
-    {"mysql-setup", Press(IDM_frmMainMenu_mnuSetUpMySQL), {}, TestAndCheck},
+    // A server of today refuses at first, and the wizard asks.
+    {"mysql-setup",
+     Press(IDM_frmMainMenu_mnuSetUpMySQL),
+     {{"mysql-setup-doubts", SetUpAccounts("root", "")},
+      {.name = "mysql-setup-accounts",
+       .open = SetUpAccounts("kerno_login", "login-secret"),
+       .leave = AgreeToAll}},
+     TestAndCheck},
     // What a newcomer sees, at the end, as nothing is left then.
     {"mysql-setup-fresh",
      Press(IDM_frmMainMenu_mnuSetUpMySQL),
@@ -538,6 +560,30 @@ void TakePictures(const std::string& name, HWND window, int page = -1) {
         SendMessageA(panel, TCM_SETCURFOCUS, static_cast<WPARAM>(tab), 0);
         const std::string caption = PageInFront(panel);
         Save(name + "-" + (caption.empty() ? std::to_string(tab + 1) : caption), BoundsOf({window}));
+    }
+}
+
+/// Says Yes or OK to this box and to each that follows it, with a picture of those, up to the one that tells
+/// of success.
+void AgreeToAll(HWND box) {
+    const HWND owner = GetWindow(box, GW_OWNER);
+    for (int number = 2;; ++number) {
+        const bool last = TextOf(GetDlgItem(box, 0xFFFF)).starts_with("Kerno SQL accounts setup successful");
+        const HWND yes = GetDlgItem(box, IDYES);
+        const HWND answered = box;
+        PostMessageA(yes ? yes : GetDlgItem(box, IDOK), BM_CLICK, 0, 0);
+        if (last)
+            return;
+        box = nullptr;
+        Expect(owner, "no box came after the one before", [&] {
+            for (HWND each : ToolWindows())
+                if (each != answered && GetWindow(each, GW_OWNER) == owner && IsOfClass(each, "#32770"))
+                    box = each;
+            return box != nullptr;
+        });
+        if (!box)
+            return;
+        TakePictures("mysql-setup-accounts-" + std::to_string(number), box);
     }
 }
 
