@@ -30,6 +30,8 @@ if not "%chosen%"=="" goto name
 set "number="
 set /p "number=Number of the driver that Kerno Tools is to use (Enter for none): "
 if "%number%"=="" goto end
+rem Without what may stand around it.
+for /f %%n in ("%number%") do set "number=%%n"
 call set "chosen=%%driver%number%%%"
 if not "%chosen%"=="" goto name
 echo There is no driver of that number.
