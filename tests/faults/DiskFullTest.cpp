@@ -20,7 +20,12 @@ public:
             // Wine tells the space of the drive, whose folder the small disk is.
             std::ofstream file(path_, std::ios::binary);
             for (; file.write(block.data(), 4096).flush(); ++written)
-                ;
+                if (written > kMostBlocks)
+                    break;
+        }
+        if (written > kMostBlocks) {
+            std::filesystem::remove(path_);
+            throw std::runtime_error("the small disk is a large one");
         }
         std::filesystem::resize_file(path_, (written - std::min(written, freeBlocks)) * 4096);
     }
@@ -28,6 +33,7 @@ public:
     Ballast(const Ballast&) = delete;
 
 private:
+    static constexpr std::uintmax_t kMostBlocks = 4096;
     std::string path_;
 };
 
