@@ -30,6 +30,24 @@ std::string_view NewPart(std::string_view before, std::string_view text) {
     return found == text.npos ? text : text.substr(found + end.size());
 }
 
+/// Fills `text`, which is as long as there is room, with that of the box, and gives it its length. False when
+/// there is none.
+bool TakeText(HWND box, std::string& text) {
+    const auto ask = [&] { return Ask(box, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data())); };
+    auto copied = ask();
+    // Wine 10 does not bring the question to the window when the room for the answer does not fit on its
+    // stack.
+    constexpr std::size_t kRoomOnStack = std::size_t{128} << 10;
+    if (!copied && text.size() > kRoomOnStack) {
+        text.resize(kRoomOnStack);
+        copied = ask();
+    }
+    if (!copied || *copied <= 0)
+        return false;
+    text.resize(std::min(static_cast<std::size_t>(*copied), text.size() - 1));
+    return true;
+}
+
 } // namespace
 
 std::string ReadLog(Server server) {
@@ -40,12 +58,9 @@ std::string ReadLog(Server server) {
     const auto length = Ask(box, WM_GETTEXTLENGTH, 0, 0);
     if (!length || *length <= 0)
         return {};
-    const auto characters = std::min(static_cast<std::size_t>(*length), kMostText / 2);
-    std::string text(characters * 2 + 1, '\0');
-    const auto copied = Ask(box, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()));
-    if (!copied || *copied <= 0)
+    std::string text(std::min(static_cast<std::size_t>(*length), kMostText / 2) * 2 + 1, '\0');
+    if (!TakeText(box, text))
         return {};
-    text.resize(std::min(static_cast<std::size_t>(*copied), text.size() - 1));
     auto& kept = Unemptied();
     std::erase_if(kept, [](const auto& each) { return !IsWindow(each.first); });
     const std::string fresh(NewPart(kept[box], text));
