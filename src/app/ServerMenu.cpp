@@ -37,7 +37,8 @@ gui::Task<bool> ServerMenu::Start(Server server) {
     // Owned for as long as it is looked at and launched: the restarter of another copy of the tool looks
     // after it too.
     std::optional<Ownership> ownership = Ownership::Take({&server, 1});
-    if (ownership && (IsRunning(server) || IsStarting(server))) {
+    // In this order: between the two looks the window of a server that is starting may come up.
+    if (ownership && (IsStarting(server) || IsRunning(server))) {
         // The question may stay open for long.
         ownership.reset();
         const std::string question = SecondInstanceQuestion(server);
