@@ -72,21 +72,22 @@ struct Stop {
     bool same = false;
 };
 
+struct ControlSearch {
+    int id;
+    HWND found;
+};
+
+BOOL CALLBACK LookForControl(HWND child, LPARAM parameter) {
+    auto& wanted = *reinterpret_cast<ControlSearch*>(parameter);
+    if (GetDlgCtrlID(child) == wanted.id)
+        wanted.found = child;
+    return !wanted.found;
+}
+
 /// The control with this id, on whichever page of the window it is; null when there is none.
 HWND ControlOf(HWND window, int id) {
-    struct Search {
-        int id;
-        HWND found;
-    } search{id, nullptr};
-    EnumChildWindows(
-        window,
-        [](HWND child, LPARAM parameter) -> BOOL {
-            auto& wanted = *reinterpret_cast<Search*>(parameter);
-            if (GetDlgCtrlID(child) == wanted.id)
-                wanted.found = child;
-            return !wanted.found;
-        },
-        reinterpret_cast<LPARAM>(&search));
+    ControlSearch search{id, nullptr};
+    EnumChildWindows(window, LookForControl, reinterpret_cast<LPARAM>(&search));
     return search.found;
 }
 
@@ -305,21 +306,21 @@ bool IsOfClass(HWND window, const std::string& wanted) {
     return name == wanted;
 }
 
+BOOL CALLBACK AddToolWindow(HWND window, LPARAM parameter) {
+    DWORD process = 0;
+    GetWindowThreadProcessId(window, &process);
+    RECT bounds;
+    GetWindowRect(window, &bounds);
+    if (process == toolProcess && IsWindowVisible(window) && !IsRectEmpty(&bounds) &&
+        !IsOfClass(window, TOOLTIPS_CLASSA))
+        reinterpret_cast<std::set<HWND>*>(parameter)->insert(window);
+    return TRUE;
+}
+
 /// The visible windows of kTools, opened menus included. Tooltips come and go by themselves.
 std::set<HWND> ToolWindows() {
     std::set<HWND> windows;
-    EnumWindows(
-        [](HWND window, LPARAM parameter) -> BOOL {
-            DWORD process = 0;
-            GetWindowThreadProcessId(window, &process);
-            RECT bounds;
-            GetWindowRect(window, &bounds);
-            if (process == toolProcess && IsWindowVisible(window) && !IsRectEmpty(&bounds) &&
-                !IsOfClass(window, TOOLTIPS_CLASSA))
-                reinterpret_cast<std::set<HWND>*>(parameter)->insert(window);
-            return TRUE;
-        },
-        reinterpret_cast<LPARAM>(&windows));
+    EnumWindows(AddToolWindow, reinterpret_cast<LPARAM>(&windows));
     return windows;
 }
 
