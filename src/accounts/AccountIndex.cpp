@@ -3,53 +3,110 @@
 #include "common/RuntimeError.h"
 
 #include <algorithm>
+#include <bit>
+#include <functional>
 #include <limits>
 
 namespace accounts {
 
-void AccountIndex::Clear() {
-    names_.clear();
-    ids_.clear();
+namespace {
+
+constexpr std::size_t kEnd = std::numeric_limits<std::size_t>::max();
+
+} // namespace
+
+AccountIndex::AccountIndex(std::vector<AccountKey> keys) {
+    names_.reserve(keys.size());
+    ids_.reserve(keys.size());
+    for (AccountKey& key : keys) {
+        if (key.id)
+            ids_.emplace_back(*key.id, names_.size());
+        names_.emplace_back(std::move(key.name));
+    }
+    // The server mostly sends them in this order already.
+    if (!std::ranges::is_sorted(ids_))
+        std::ranges::sort(ids_);
+    LinkAll();
+}
+
+std::size_t AccountIndex::ChainOf(const std::string& name) const {
+    return std::hash<std::string>()(name) & (first_.size() - 1);
+}
+
+void AccountIndex::Link(std::size_t row) {
+    std::size_t& first = first_[ChainOf(*names_[row])];
+    next_[row] = std::exchange(first, row);
+}
+
+void AccountIndex::LinkAll() {
+    first_.assign(std::bit_ceil(2 * names_.size()), kEnd);
+    next_.assign(names_.size(), kEnd);
+    for (std::size_t row = 0; row < names_.size(); ++row)
+        if (names_[row])
+            Link(row);
 }
 
 void AccountIndex::Insert(std::size_t row, const AccountKey& key) {
-    names_.emplace(key.name, row);
-    // They come in this order when all are read.
-    if (key.id)
-        ids_.emplace_hint(ids_.end(), *key.id, row);
+    if (row >= names_.size()) {
+        names_.resize(row + 1);
+        next_.resize(row + 1, kEnd);
+    }
+    names_[row] = key.name;
+    if (names_.size() > first_.size())
+        LinkAll();
+    else
+        Link(row);
+    if (key.id) {
+        const Id id{*key.id, row};
+        ids_.insert(std::ranges::lower_bound(ids_, id), id);
+    }
 }
 
 void AccountIndex::Erase(std::size_t row, const AccountKey& key) {
-    const auto [first, last] = names_.equal_range(key.name);
-    const auto found = std::find_if(first, last, [row](const auto& entry) { return entry.second == row; });
-    if (found != last)
-        names_.erase(found);
-    if (key.id)
-        ids_.erase({*key.id, row});
+    if (row >= names_.size() || !names_[row])
+        return;
+    std::size_t* link = &first_[ChainOf(*names_[row])];
+    while (*link != row)
+        link = &next_[*link];
+    *link = next_[row];
+    names_[row].reset();
+    if (!key.id)
+        return;
+    const Id id{*key.id, row};
+    const auto found = std::ranges::lower_bound(ids_, id);
+    if (found != ids_.end() && *found == id)
+        ids_.erase(found);
+}
+
+std::vector<std::size_t> AccountIndex::RowsOfName(const std::string& name) const {
+    std::vector<std::size_t> rows;
+    for (std::size_t row = first_.empty() ? kEnd : first_[ChainOf(name)]; row != kEnd; row = next_[row])
+        if (names_[row] == name)
+            rows.push_back(row);
+    return rows;
 }
 
 std::optional<std::size_t> AccountIndex::RowOfName(const std::string& name) const {
-    const auto [first, last] = names_.equal_range(name);
-    const auto found = std::min_element(
-        first, last, [](const auto& one, const auto& other) { return one.second < other.second; });
-    return found == last ? std::nullopt : std::optional(found->second);
+    const auto rows = RowsOfName(name);
+    return rows.empty() ? std::nullopt : std::optional(std::ranges::min(rows));
+}
+
+std::size_t AccountIndex::CountOfName(const std::string& name) const {
+    return RowsOfName(name).size();
 }
 
 std::optional<std::size_t> AccountIndex::RowOfId(std::int64_t id) const {
-    const auto found = ids_.lower_bound({id, 0});
+    const auto found = std::ranges::lower_bound(ids_, Id{id, 0});
     if (found == ids_.end() || found->first != id)
         return std::nullopt;
     return found->second;
 }
 
-std::size_t AccountIndex::CountOfName(const std::string& name) const {
-    return names_.count(name);
-}
-
 std::int32_t AccountIndex::FreeId(std::int32_t from) const {
     std::int64_t candidate = from;
     // Equal numbers stand side by side, so the second of two does not count.
-    for (auto id = ids_.lower_bound({from, 0}); id != ids_.end() && id->first <= candidate; ++id)
+    for (auto id = std::ranges::lower_bound(ids_, Id{from, 0}); id != ids_.end() && id->first <= candidate;
+         ++id)
         candidate = id->first + 1;
     if (candidate > std::numeric_limits<std::int32_t>::max())
         throw RuntimeError(common::kOverflow);

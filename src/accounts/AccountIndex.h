@@ -3,10 +3,9 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
-#include <set>
 #include <string>
-#include <unordered_map>
 #include <utility>
+#include <vector>
 
 namespace accounts {
 
@@ -17,10 +16,15 @@ struct AccountKey {
 };
 
 /// The accounts' names and numbers, so that a look-up among 100,000 of them takes no scan. Where several
-/// accounts answer, the one is found that a scan in row order would meet first.
+/// accounts answer, the one is found that a scan in row order would meet first. Kept in few large pieces of
+/// memory, as a node for each name and number takes longer to make than all rows to be read.
 class AccountIndex {
 public:
-    void Clear();
+    AccountIndex() = default;
+    /// The keys of the rows from 0 on.
+    explicit AccountIndex(std::vector<AccountKey> keys);
+
+    void Clear() { *this = AccountIndex(); }
     void Insert(std::size_t row, const AccountKey& key);
     void Erase(std::size_t row, const AccountKey& key);
 
@@ -33,8 +37,20 @@ public:
     std::int32_t FreeId(std::int32_t from) const;
 
 private:
-    std::unordered_multimap<std::string, std::size_t> names_;
-    std::set<std::pair<std::int64_t, std::size_t>> ids_;
+    using Id = std::pair<std::int64_t, std::size_t>;
+
+    std::size_t ChainOf(const std::string& name) const;
+    std::vector<std::size_t> RowsOfName(const std::string& name) const;
+    void Link(std::size_t row);
+    void LinkAll();
+
+    /// By row; a row that is not in the index has none.
+    std::vector<std::optional<std::string>> names_;
+    /// The first row of each chain of names, and by row the next one in its chain.
+    std::vector<std::size_t> first_;
+    std::vector<std::size_t> next_;
+    /// Numbers and rows, in order.
+    std::vector<Id> ids_;
 };
 
 } // namespace accounts

@@ -58,8 +58,15 @@ void AccountNameBox::FieldText(const std::string& text) {
 void AccountNameBox::Shown(int index) {
     shown_ = index;
     ListUpTo(index + 1);
-    Send(CB_SETCURSEL, static_cast<WPARAM>(index));
-    Text(index < 0 ? std::string() : names_.At(index));
+    if (ListIndex() != index)
+        Send(CB_SETCURSEL, static_cast<WPARAM>(index));
+    const std::string name = index < 0 ? std::string() : names_.At(index);
+    if (WindowText() != name)
+        return Text(name);
+    // Whoever has chosen it has it there already, and drawing it again takes longer than all else.
+    offer_.clear();
+    typed_ = name;
+    SendMessageA(field_, EM_SETSEL, 0, 0);
 }
 
 void AccountNameBox::AddItem(const std::string& name) {

@@ -44,9 +44,11 @@ gui::Task<> clsAccountSQL::Open() {
     Columns columns{};
     for (std::size_t i = 0; i < columns.size(); ++i)
         columns[i] = fresh.FieldIndex(kColumnNames[i]);
-    accounts::AccountIndex index;
+    std::vector<accounts::AccountKey> keys;
+    keys.reserve(fresh.RecordCount());
     for (; !fresh.Eof(); fresh.MoveNext())
-        index.Insert(fresh.Bookmark(), KeyOf(fresh, columns));
+        keys.push_back(KeyOf(fresh, columns));
+    accounts::AccountIndex index(std::move(keys));
     if (fresh.RecordCount() > 0)
         fresh.MoveFirst();
     // Of two players with one number, the one who came later is told by the name.

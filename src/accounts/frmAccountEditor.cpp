@@ -138,8 +138,8 @@ bool frmAccountEditor::Keep(const std::string& name) {
 }
 
 int frmAccountEditor::IndexOfRow(std::size_t row) const {
-    const auto found = std::ranges::find(rows_, row);
-    return found == rows_.end() ? -1 : static_cast<int>(found - rows_.begin());
+    const auto found = std::ranges::lower_bound(rows_, row);
+    return found == rows_.end() || *found != row ? -1 : static_cast<int>(found - rows_.begin());
 }
 
 bool frmAccountEditor::ShowRow(std::size_t row) {
@@ -157,18 +157,22 @@ bool frmAccountEditor::ShowRow(std::size_t row) {
     return true;
 }
 
+/// Much is the same for the next account, and changing a control costs more than asking it.
 void frmAccountEditor::ShowEdit(const accounts::AccountEdit& edit) {
     const Flag showing(showing_);
-    txtAccountID.Text(edit.fields.id);
-    txtAccountPassword.Text(edit.fields.password);
-    txtEmail.Text(edit.fields.email);
+    const auto show = [](gui::TextBox& box, const std::string& text) {
+        if (box.Text() != text)
+            box.Text(text);
+    };
+    show(txtAccountID, edit.fields.id);
+    show(txtAccountPassword, edit.fields.password);
+    show(txtEmail, edit.fields.email);
     if (cboSex.ListIndex() != edit.sex.value_or(-1))
         cboSex.ListIndex(edit.sex.value_or(-1));
     ShowPrivileges(edit);
     TellSelected();
 }
 
-/// Most boxes are the same for the next account, and changing one costs more than asking it.
 void frmAccountEditor::ShowPrivileges(const accounts::AccountEdit& edit) {
     AccountsDB.IsAGM(edit.isGameMaster);
     if (chkIsGM.Value() != int{edit.isGameMaster})

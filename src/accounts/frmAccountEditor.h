@@ -199,7 +199,7 @@ private:
     void TellSent(const accounts::SendResult& result);
 
     accounts::AccountKeeper keeper_{AccountsDB};
-    /// The store's rows of the entries in the list of names.
+    /// The store's rows of the entries in the list of names, in the store's order.
     std::vector<std::size_t> rows_;
     /// The store is with the server, or shown and changed by another window. The search box and the list stay
     /// open meanwhile, and may not choose.
