@@ -6,6 +6,8 @@
 
 #include <initguid.h>
 
+#include <algorithm>
+
 namespace gui {
 
 namespace {
@@ -27,20 +29,42 @@ IAccPropServices* Service() {
     return service;
 }
 
-RECT PlaceOf(HWND window) {
+/// What stands on a form, looked at once: asking each control for the next one takes its time.
+struct Item {
+    HWND window;
     RECT place{};
-    GetWindowRect(window, &place);
-    return place;
+    bool isLabel = false;
+    bool isButton = false;
+    bool isGroup = false;
+};
+using Items = std::vector<Item>;
+
+Item ItemOf(HWND window) {
+    Item item{window};
+    GetWindowRect(window, &item.place);
+    char name[32] = "";
+    GetClassNameA(window, name, sizeof name);
+    item.isLabel = lstrcmpiA(name, "Static") == 0;
+    item.isButton = lstrcmpiA(name, "Button") == 0;
+    item.isGroup = item.isButton && (GetWindowLongPtrA(window, GWL_STYLE) & BS_TYPEMASK) == BS_GROUPBOX;
+    return item;
 }
 
-bool IsOfClass(HWND window, const char* name) {
-    char own[32] = "";
-    GetClassNameA(window, own, sizeof own);
-    return lstrcmpiA(own, name) == 0;
-}
-
-bool IsGroup(HWND window) {
-    return IsOfClass(window, "Button") && (GetWindowLongPtrA(window, GWL_STYLE) & BS_TYPEMASK) == BS_GROUPBOX;
+/// In the order of the tabulator, without what controls consist of.
+Items ItemsOn(HWND form) {
+    std::vector<HWND> windows;
+    EnumChildWindows(
+        form,
+        [](HWND window, LPARAM all) -> BOOL {
+            reinterpret_cast<std::vector<HWND>*>(all)->push_back(window);
+            return TRUE;
+        },
+        reinterpret_cast<LPARAM>(&windows));
+    Items items;
+    for (const HWND window : windows)
+        if (GetAncestor(window, GA_PARENT) == form)
+            items.push_back(ItemOf(window));
+    return items;
 }
 
 /// The window's text without the marks that are for the eye: the mnemonic's sign, a colon at the end.
@@ -67,45 +91,57 @@ std::string ToolTipOf(HWND control) {
     return text;
 }
 
-std::string GroupOf(HWND control) {
-    const RECT place = PlaceOf(control);
-    for (HWND each = GetWindow(control, GW_HWNDFIRST); each; each = GetWindow(each, GW_HWNDNEXT)) {
-        const RECT box = PlaceOf(each);
-        if (IsGroup(each) && PtInRect(&box, {place.left, place.top}))
-            return PlainText(each);
-    }
-    return {};
+std::string GroupOf(const Items& items, const RECT& place) {
+    const auto holds = [&place](const Item& item) {
+        return item.isGroup && PtInRect(&item.place, {place.left, place.top});
+    };
+    const auto group = std::ranges::find_if(items, holds);
+    return group == items.end() ? std::string() : PlainText(group->window);
 }
 
-std::string LabelOf(HWND control) {
-    const RECT place = PlaceOf(control);
+std::string LabelOf(const Items& items, std::size_t at) {
+    const Item& control = items[at];
     bool taken = false;
-    for (HWND each = GetWindow(control, GW_HWNDPREV); each; each = GetWindow(each, GW_HWNDPREV)) {
-        const RECT label = PlaceOf(each);
-        if (!IsOfClass(each, "Static")) {
+    while (at-- > 0) {
+        const Item& each = items[at];
+        if (!each.isLabel) {
             // Another box between the label and this one.
-            taken = taken || (!IsGroup(each) && label.top < place.bottom && place.top < label.bottom);
+            taken = taken || (!each.isGroup && each.place.top < control.place.bottom &&
+                              control.place.top < each.place.bottom);
             continue;
         }
-        const std::string text = PlainText(each);
-        if (text.empty() || !Labels(label, place))
+        if (!Labels(each.place, control.place))
             continue;
-        const std::string toolTip = taken ? ToolTipOf(control) : std::string();
+        const std::string text = PlainText(each.window);
+        if (text.empty())
+            continue;
+        const std::string toolTip = taken ? ToolTipOf(control.window) : std::string();
         return toolTip.empty() ? text : toolTip;
     }
-    return ToolTipOf(control);
+    return ToolTipOf(control.window);
+}
+
+std::string NameOf(const Items& items, HWND control) {
+    const auto item = std::ranges::find(items, control, &Item::window);
+    if (item == items.end())
+        return {};
+    if (item->isButton)
+        return PlainText(control);
+    const std::string group = GroupOf(items, item->place);
+    const std::string label = LabelOf(items, static_cast<std::size_t>(item - items.begin()));
+    if (group.empty() || label.empty())
+        return group + label;
+    return group + ", " + label;
 }
 
 } // namespace
 
-std::string AccessibleNameOf(HWND control) {
-    if (IsOfClass(control, "Button"))
-        return PlainText(control);
-    const std::string group = GroupOf(control);
-    const std::string label = LabelOf(control);
-    if (group.empty() || label.empty())
-        return group + label;
-    return group + ", " + label;
+std::vector<std::string> AccessibleNamesOf(HWND form, const std::vector<HWND>& controls) {
+    const Items items = ItemsOn(form);
+    std::vector<std::string> names;
+    for (const HWND control : controls)
+        names.push_back(NameOf(items, control));
+    return names;
 }
 
 void SetAccessibleName(HWND control, const std::string& name) {

@@ -3,13 +3,14 @@
 #include <windows.h>
 
 #include <string>
+#include <vector>
 
 namespace gui {
 
-/// What a screen reader calls a control: the caption of a button; for what has none the label to the left of
-/// it or above it, with the heading of the box that it is in ("Login Database, Login Name"). A second control
-/// behind the same label is called by its tooltip. Empty when nothing names it.
-std::string AccessibleNameOf(HWND control);
+/// What a screen reader calls each of these controls of a form: the caption of a button; for what has none
+/// the label to the left of it or above it, with the heading of the box that it is in ("Login Database, Login
+/// Name"). A second control behind the same label is called by its tooltip. Empty when nothing names it.
+std::vector<std::string> AccessibleNamesOf(HWND form, const std::vector<HWND>& controls);
 
 /// Tells screen readers the name of a control that has no caption, until ForgetAccessibleName. Where the
 /// system has no service for that, they go on guessing.

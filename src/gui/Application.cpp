@@ -3,6 +3,7 @@
 #include "gui/BoxWindow.h"
 #include "gui/Form.h"
 #include "gui/FormSlot.h"
+#include "gui/ToolTips.h"
 
 namespace gui {
 
@@ -14,6 +15,7 @@ int exitCodeOfEnd = 0;
 } // namespace
 
 void Dispatch(MSG& message) {
+    RelayToToolTips(message);
     if (!Form::TranslateKey(message) && !BoxWindow::TranslateKey(message)) {
         TranslateMessage(&message);
         DispatchMessageA(&message);

@@ -3,11 +3,27 @@
 #include "gui/Focus.h"
 #include "gui/WindowText.h"
 
-#include <commctrl.h>
-
 #include <algorithm>
+#include <unordered_map>
 
 namespace gui {
+
+namespace {
+
+/// A window that a control sees the messages of, and the procedure that it had before. Kept here, because the
+/// system's own helper asks the window for a property twice for every message, which costs more than most
+/// messages do.
+struct Watched {
+    Control* control;
+    WNDPROC before;
+};
+
+std::unordered_map<HWND, Watched>& WatchedWindows() {
+    static std::unordered_map<HWND, Watched> windows;
+    return windows;
+}
+
+} // namespace
 
 Control::Control(Form& form, int id) : form_(form), id_(id) {
     form.controls_.push_back(this);
@@ -15,8 +31,10 @@ Control::Control(Form& form, int id) : form_(form), id_(id) {
 
 Control::~Control() {
     std::erase(form_.controls_, this);
-    for (const HWND window : watched_)
-        RemoveWindowSubclass(window, WatchProcedure, 1);
+    // The window may have been given yet another procedure since, which would go on to call ours.
+    for (auto& [window, watched] : WatchedWindows())
+        if (watched.control == this)
+            watched.control = nullptr;
 }
 
 bool Control::Enabled() const {
@@ -83,21 +101,34 @@ LRESULT Control::SendText(UINT message, WPARAM wParam, const std::string& text) 
 }
 
 void Control::Watch(HWND window) {
-    if (SetWindowSubclass(window, WatchProcedure, 1, reinterpret_cast<DWORD_PTR>(this)))
-        watched_.push_back(window);
+    if (!window)
+        return;
+    // In the characters of its own, so that none is converted on the way.
+    const auto replace = IsWindowUnicode(window) ? SetWindowLongPtrW : SetWindowLongPtrA;
+    const LONG_PTR before = replace(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(WatchProcedure));
+    if (before != reinterpret_cast<LONG_PTR>(WatchProcedure))
+        WatchedWindows()[window] = {this, reinterpret_cast<WNDPROC>(before)};
 }
 
-LRESULT CALLBACK Control::WatchProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
-                                         DWORD_PTR control) {
-    auto& self = *reinterpret_cast<Control*>(control);
+LRESULT Control::PassOn(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    const auto watched = WatchedWindows().find(window);
+    // Seeing the message may have destroyed the window.
+    if (watched == WatchedWindows().end())
+        return 0;
+    const WNDPROC before = watched->second.before;
+    if (message == WM_NCDESTROY)
+        WatchedWindows().erase(watched);
+    const auto call = IsWindowUnicode(window) ? CallWindowProcW : CallWindowProcA;
+    return call(before, window, message, wParam, lParam);
+}
+
+LRESULT CALLBACK Control::WatchProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     bool used = false;
-    if (message == WM_NCDESTROY) {
-        RemoveWindowSubclass(window, WatchProcedure, id);
-        std::erase(self.watched_, window);
-    } else {
-        self.form_.Raise([&] { used = self.Message(window, message, wParam, lParam); });
-    }
-    return used ? 0 : DefSubclassProc(window, message, wParam, lParam);
+    const auto watched = WatchedWindows().find(window);
+    Control* const control = watched == WatchedWindows().end() ? nullptr : watched->second.control;
+    if (control && message != WM_NCDESTROY)
+        control->form_.Raise([&] { used = control->Message(window, message, wParam, lParam); });
+    return used ? 0 : PassOn(window, message, wParam, lParam);
 }
 
 void Label::Caption(const std::string& caption) {

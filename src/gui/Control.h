@@ -39,8 +39,10 @@ protected:
     void WindowText(const std::string& text);
     LRESULT Send(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const;
     LRESULT SendText(UINT message, WPARAM wParam, const std::string& text) const;
-    /// Lets Message see everything that `window` (the control or a part of it) receives; once is enough.
+    /// Lets Message see everything that `window` (the control or a part of it) receives. To be called once.
     void Watch(HWND window);
+    /// What the watched window does with a message by itself.
+    static LRESULT PassOn(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
     void Raise(const std::function<void()>& event) {
         if (event)
             form_.Raise(event);
@@ -70,14 +72,12 @@ private:
     virtual bool Message(HWND /*window*/, UINT /*message*/, WPARAM& /*wParam*/, LPARAM /*lParam*/) {
         return false;
     }
-    static LRESULT CALLBACK WatchProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
-                                           UINT_PTR id, DWORD_PTR control);
+    static LRESULT CALLBACK WatchProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 
     Form& form_;
     int id_;
     HWND window_ = nullptr;
     HWND mark_ = nullptr;
-    std::vector<HWND> watched_;
     bool drawingFailed_ = false;
 };
 

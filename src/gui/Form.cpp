@@ -129,12 +129,13 @@ void Form::Attach() {
                                                           std::to_string(control->id_));
         control->Attached();
     }
-    std::vector<HWND> tools;
+    std::vector<HWND> windows;
     for (const Control* control : controls_)
-        tools.push_back(control->window_);
-    AddToolTips(window_, tools);
-    for (const Control* control : controls_)
-        SetAccessibleName(control->window_, AccessibleNameOf(control->window_));
+        windows.push_back(control->window_);
+    AddToolTips(window_, windows);
+    const auto names = AccessibleNamesOf(window_, windows);
+    for (std::size_t i = 0; i < windows.size(); ++i)
+        SetAccessibleName(windows[i], names[i]);
     for (PopupMenu* menu : popupMenus_)
         menu->Attach();
     for (Timer* timer : timers_)
@@ -164,6 +165,7 @@ void Form::Discard() {
 }
 
 void Form::Forget() {
+    ForgetToolTips(window_);
     window_ = nullptr;
     std::erase(LoadedForms(), this);
     for (Control* control : controls_)

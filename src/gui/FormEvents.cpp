@@ -6,6 +6,7 @@
 #include "gui/Menu.h"
 #include "gui/Scrolling.h"
 #include "gui/Timer.h"
+#include "gui/ToolTips.h"
 
 #include <algorithm>
 #include <new>
@@ -94,7 +95,9 @@ bool Form::Handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
         Command(LOWORD(wParam), HIWORD(wParam), lParam == 0);
         return true;
     case WM_NOTIFY: {
-        const auto& header = *reinterpret_cast<const NMHDR*>(lParam);
+        auto& header = *reinterpret_cast<NMHDR*>(lParam);
+        if (AnswerToolTips(window_, header))
+            return true;
         Control* control = ControlOf(header.hwndFrom);
         bool used = false;
         if (control)
@@ -148,6 +151,7 @@ bool Form::Handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
         return true;
     case WM_SIZE:
         Raise([this] { Form_Resize(); });
+        MoveToolTips(window_);
         return true;
     case WM_HELP: {
         const auto chapter = HelpChapter(templateId_);

@@ -1,6 +1,5 @@
 #include "gui/Text.h"
 
-#include <commctrl.h>
 #include <commdlg.h>
 #include <richedit.h>
 
@@ -150,7 +149,7 @@ bool RichTextBox::Message(HWND window, UINT message, WPARAM& wParam, LPARAM lPar
         return !lParam || wParam < VK_LEFT || wParam > VK_DOWN;
     case WM_LBUTTONUP:
         // The box ends its selecting first, because a menu opened by the click takes the mouse from it.
-        DefSubclassProc(window, message, wParam, lParam);
+        PassOn(window, message, wParam, lParam);
         if (!SelectsText())
             Raise(click_);
         return true;

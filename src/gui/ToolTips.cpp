@@ -2,13 +2,14 @@
 
 #include <commctrl.h>
 
+#include <unordered_map>
+
 namespace gui {
 
 namespace {
 
 constexpr std::size_t kLongestToolTip = 1024;
 constexpr LPARAM kWidestToolTip = 400;
-constexpr UINT_PTR kRelay = 1;
 
 bool LoadToolTip(UINT_PTR id, char (&text)[kLongestToolTip]) {
     return LoadStringA(GetModuleHandleA(nullptr), static_cast<UINT>(id), text, sizeof text) > 0;
@@ -32,17 +33,10 @@ void Add(HWND toolTips, TTTOOLINFOA tool, const char* text) {
 /// A control that is disabled gets no mouse messages; its form gets them in its stead. So each control has a
 /// second tool, the place of the control on the form.
 TTTOOLINFOA PlaceOf(HWND form, UINT_PTR id) {
-    TTTOOLINFOA tool = Tool(form, TTF_SUBCLASS, id);
+    TTTOOLINFOA tool = Tool(form, 0, id);
     GetWindowRect(GetDlgItem(form, static_cast<int>(id)), &tool.rect);
     MapWindowPoints(nullptr, form, reinterpret_cast<POINT*>(&tool.rect), 2);
     return tool;
-}
-
-void FollowTheControls(HWND form, HWND toolTips) {
-    for (HWND control = GetWindow(form, GW_CHILD); control; control = GetWindow(control, GW_HWNDNEXT)) {
-        TTTOOLINFOA place = PlaceOf(form, static_cast<UINT_PTR>(GetDlgCtrlID(control)));
-        SendMessageA(toolTips, TTM_NEWTOOLRECTA, 0, reinterpret_cast<LPARAM>(&place));
-    }
 }
 
 /// Tells a place's text when the tooltip is about to be shown, and none where the control is hidden. It asks
@@ -65,40 +59,30 @@ bool Answer(HWND form, NMHDR& header) {
     return true;
 }
 
-LRESULT CALLBACK RelayProcedure(HWND form, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR /*id*/,
-                                DWORD_PTR toolTips) {
-    const auto tips = reinterpret_cast<HWND>(toolTips);
-    if (message == WM_NOTIFY) {
-        auto& header = *reinterpret_cast<NMHDR*>(lParam);
-        if (header.hwndFrom == tips && Answer(form, header))
-            return 0;
-    }
-    if (message == WM_NCDESTROY)
-        RemoveWindowSubclass(form, RelayProcedure, kRelay);
-    const LRESULT result = DefSubclassProc(form, message, wParam, lParam);
-    if (message == WM_SIZE)
-        FollowTheControls(form, tips);
-    return result;
+/// The window with the tooltips of each form that has some.
+std::unordered_map<HWND, HWND>& AllToolTips() {
+    static std::unordered_map<HWND, HWND> toolTips;
+    return toolTips;
 }
 
-/// The form keeps the window of its tooltips under this name.
-constexpr const char* kToolTips = "kTools.ToolTips";
+HWND FindToolTips(HWND form) {
+    const auto found = AllToolTips().find(form);
+    return found == AllToolTips().end() ? nullptr : found->second;
+}
 
 HWND ToolTipsOf(HWND form) {
-    HWND toolTips = static_cast<HWND>(GetPropA(form, kToolTips));
+    HWND& toolTips = AllToolTips()[form];
     if (!toolTips) {
         toolTips =
             CreateWindowExA(WS_EX_TOPMOST, TOOLTIPS_CLASSA, nullptr, WS_POPUP | TTS_ALWAYSTIP, CW_USEDEFAULT,
                             CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, form, nullptr, nullptr, nullptr);
         SendMessageA(toolTips, TTM_SETMAXTIPWIDTH, 0, kWidestToolTip);
-        SetPropA(form, kToolTips, toolTips);
-        SetWindowSubclass(form, RelayProcedure, kRelay, reinterpret_cast<DWORD_PTR>(toolTips));
     }
     return toolTips;
 }
 
 TTTOOLINFOA ToolOf(HWND form, HWND control) {
-    return Tool(form, TTF_IDISHWND | TTF_SUBCLASS, reinterpret_cast<UINT_PTR>(control));
+    return Tool(form, TTF_IDISHWND, reinterpret_cast<UINT_PTR>(control));
 }
 
 } // namespace
@@ -121,6 +105,36 @@ void SetToolTip(HWND form, HWND control, const std::string& text) {
         return Add(toolTips, ToolOf(form, control), text.c_str());
     tool.lpszText = const_cast<char*>(text.c_str());
     SendMessageA(toolTips, TTM_UPDATETIPTEXTA, 0, reinterpret_cast<LPARAM>(&tool));
+}
+
+void RelayToToolTips(const MSG& message) {
+    const bool isOfMouse = message.message == WM_NCMOUSEMOVE ||
+                           (message.message >= WM_MOUSEFIRST && message.message <= WM_MOUSELAST);
+    if (!isOfMouse)
+        return;
+    HWND form = message.hwnd;
+    while (form && !FindToolTips(form))
+        form = GetAncestor(form, GA_PARENT);
+    if (form)
+        SendMessageA(FindToolTips(form), TTM_RELAYEVENT, 0, reinterpret_cast<LPARAM>(&message));
+}
+
+bool AnswerToolTips(HWND form, NMHDR& header) {
+    return header.hwndFrom && header.hwndFrom == FindToolTips(form) && Answer(form, header);
+}
+
+void MoveToolTips(HWND form) {
+    const HWND toolTips = FindToolTips(form);
+    if (!toolTips)
+        return;
+    for (HWND control = GetWindow(form, GW_CHILD); control; control = GetWindow(control, GW_HWNDNEXT)) {
+        TTTOOLINFOA place = PlaceOf(form, static_cast<UINT_PTR>(GetDlgCtrlID(control)));
+        SendMessageA(toolTips, TTM_NEWTOOLRECTA, 0, reinterpret_cast<LPARAM>(&place));
+    }
+}
+
+void ForgetToolTips(HWND form) {
+    AllToolTips().erase(form);
 }
 
 } // namespace gui

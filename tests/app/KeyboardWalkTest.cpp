@@ -132,7 +132,8 @@ void Walk(gui::Form& form) {
 
         std::map<std::string, HWND> names;
         for (const HWND control : forward) {
-            const std::string name = control == tabs ? "tabs" : gui::AccessibleNameOf(control);
+            const std::string name =
+                control == tabs ? "tabs" : gui::AccessibleNamesOf(GetParent(control), {control})[0];
             EXPECT_NE(name, "") << Describe(control) << " has no name";
             EXPECT_TRUE(names.emplace(name, control).second)
                 << Describe(control) << " and " << Describe(names[name]) << " are both \"" << name << "\"";

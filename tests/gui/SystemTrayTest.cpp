@@ -29,10 +29,14 @@ TEST(SystemTray, ARealPressAtTheCoordinatesOfATrayEventIsNone) {
     POINT place{modSystemTray::kTrayDoubleClick, 0};
     ClientToScreen(form.Window(), &place);
     const auto eventWithMouseAt = [&](int x, int y) {
-        SetCursorPos(x, y);
-        PostMessageA(form.Window(), WM_USER, 0, 0);
-        MSG message;
-        GetMessageA(&message, form.Window(), WM_USER, WM_USER);
+        // The news of where the mouse was before may still be on its way.
+        EXPECT_TRUE(support::WaitUntil([&] {
+            SetCursorPos(x, y);
+            PostMessageA(form.Window(), WM_USER, 0, 0);
+            MSG message;
+            GetMessageA(&message, form.Window(), WM_USER, WM_USER);
+            return GetMessagePos() == static_cast<DWORD>(MAKELONG(x, y));
+        }));
         return modSystemTray::EventOf(form, modSystemTray::kTrayDoubleClick, 0);
     };
     EXPECT_EQ(eventWithMouseAt(place.x, place.y), 0);
