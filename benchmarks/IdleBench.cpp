@@ -58,7 +58,9 @@ const bench::Area idle("idle", [] {
     bench::WaitFor("the main window",
                    [&] { return (menu = FindWindowA(nullptr, "Kerno Tools ::")) && IsWindowVisible(menu); });
     for (const int button : {IDC_frmMainMenu_cmdServerControl, IDC_frmMainMenu_cmdServerStatus})
-        PostMessageA(menu, WM_COMMAND, static_cast<WPARAM>(button), 0);
+        // With the button itself, as a press has it; without it would be a menu entry's.
+        PostMessageA(menu, WM_COMMAND, MAKEWPARAM(button, BN_CLICKED),
+                     reinterpret_cast<LPARAM>(GetDlgItem(menu, button)));
     bench::WaitFor("the control panel", [] { return FindWindowA(nullptr, "Kerno Tools :: Server Control"); });
     const Usage usage(own.Id()), beside(notepad.Id());
     Sleep(kMinute);
