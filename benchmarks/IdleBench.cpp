@@ -3,6 +3,7 @@
 #include "Surroundings.h"
 
 #include <psapi.h>
+#include <tlhelp32.h>
 
 #include <filesystem>
 
@@ -14,7 +15,7 @@ constexpr DWORD kMinute = 60'000;
 class Usage {
 public:
     explicit Usage(DWORD process)
-        : process_(OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, process)),
+        : id_(process), process_(OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, process)),
           before_(ProcessorTime()) {}
     ~Usage() { CloseHandle(process_); }
     Usage(const Usage&) = delete;
@@ -28,15 +29,29 @@ public:
     }
 
 private:
+    /// By its threads, because Wine tells no times of another process.
     double ProcessorTime() const {
-        FILETIME start, end, kernel, user;
-        GetProcessTimes(process_, &start, &end, &kernel, &user);
         const auto milliseconds = [](const FILETIME& time) {
             return (time.dwHighDateTime * 4294967296.0 + time.dwLowDateTime) / 10'000;
         };
-        return milliseconds(kernel) + milliseconds(user);
+        double sum = 0;
+        const HANDLE snapshot = CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0);
+        THREADENTRY32 entry{};
+        entry.dwSize = sizeof entry;
+        for (BOOL more = Thread32First(snapshot, &entry); more; more = Thread32Next(snapshot, &entry)) {
+            if (entry.th32OwnerProcessID != id_)
+                continue;
+            const HANDLE thread = OpenThread(THREAD_QUERY_INFORMATION, FALSE, entry.th32ThreadID);
+            FILETIME start, end, kernel, user;
+            if (GetThreadTimes(thread, &start, &end, &kernel, &user))
+                sum += milliseconds(kernel) + milliseconds(user);
+            CloseHandle(thread);
+        }
+        CloseHandle(snapshot);
+        return sum;
     }
 
+    DWORD id_;
     HANDLE process_;
     double before_;
 };
