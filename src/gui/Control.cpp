@@ -18,8 +18,9 @@ struct Watched {
     WNDPROC before;
 };
 
+/// Never destroyed: forms that are retired to the very end let go of their controls after that.
 std::unordered_map<HWND, Watched>& WatchedWindows() {
-    static std::unordered_map<HWND, Watched> windows;
+    static auto& windows = *new std::unordered_map<HWND, Watched>;
     return windows;
 }
 
