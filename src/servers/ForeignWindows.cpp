@@ -35,9 +35,11 @@ HWND FindWindowWhere(HWND parent, const char* windowClass, const std::function<b
     // The system gives a session no more windows than this at a time.
     constexpr std::size_t kMostWindows = 65'536;
     const auto after = [&](HWND window) { return FindWindowExA(parent, window, windowClass, nullptr); };
-    // Wine 10's server never comes back from behind a window that is being destroyed, and has no parent any
-    // more.
-    const auto stands = [](HWND window) { return GetAncestor(window, GA_PARENT) != nullptr; };
+    // Wine 10's server never comes back from behind a window that is being destroyed, which keeps its parent
+    // until its last message, but does not stand among its siblings any more.
+    const auto stands = [](HWND window) {
+        return GetWindow(window, GW_HWNDPREV) || GetWindow(window, GW_HWNDFIRST) == window;
+    };
     std::unordered_set<HWND> visited;
     for (bool again = true; again;) {
         const std::size_t before = visited.size();
