@@ -6,7 +6,9 @@
 #include <tlhelp32.h>
 
 #include <algorithm>
+#include <string_view>
 #include <unordered_set>
+#include <vector>
 
 namespace modServerControl {
 
@@ -27,33 +29,47 @@ Handle ModulesOf(DWORD process) {
     return {};
 }
 
+struct Search {
+    HWND parent;
+    std::string_view windowClass;
+    std::vector<HWND> found;
+};
+
+BOOL CALLBACK TakeFound(HWND window, LPARAM data) {
+    auto& search = *reinterpret_cast<Search*>(data);
+    char name[256] = "";
+    GetClassNameA(window, name, sizeof name);
+    if (common::EqualsIgnoreCase(name, search.windowClass) &&
+        (!search.parent || GetAncestor(window, GA_PARENT) == search.parent))
+        search.found.push_back(window);
+    return TRUE;
+}
+
+/// All at once: a walk from one to the next by FindWindowEx loses its way when a window is raised, and Wine
+/// 10's server never comes back from behind one that is being destroyed.
+std::vector<HWND> WindowsNow(HWND parent, const char* windowClass) {
+    Search search{parent, windowClass, {}};
+    const auto data = reinterpret_cast<LPARAM>(&search);
+    parent ? EnumChildWindows(parent, TakeFound, data) : EnumWindows(TakeFound, data);
+    return std::move(search.found);
+}
+
 } // namespace
 
 HWND FindWindowWhere(HWND parent, const char* windowClass, const std::function<bool(HWND)>& visit) {
-    // A window that is raised or closed meanwhile leads the walk back to the others, past them, or ends it.
-    // It then begins again at the top, as long as that brings up windows that were not visited yet.
+    // Windows come and go meanwhile, so it looks again until that brings up none that was not visited yet.
     // The system gives a session no more windows than this at a time.
     constexpr std::size_t kMostWindows = 65'536;
-    const auto after = [&](HWND window) { return FindWindowExA(parent, window, windowClass, nullptr); };
-    // Wine 10's server never comes back from behind a window that is being destroyed, which keeps its parent
-    // until its last message, but does not stand among its siblings any more.
-    const auto stands = [](HWND window) {
-        return GetWindow(window, GW_HWNDPREV) || GetWindow(window, GW_HWNDFIRST) == window;
-    };
     std::unordered_set<HWND> visited;
-    for (bool again = true; again;) {
-        const std::size_t before = visited.size();
-        std::unordered_set<HWND> walked;
-        HWND last = nullptr;
-        HWND window = nullptr;
-        while (visited.size() < kMostWindows && (!last || stands(last)) && (window = after(last)) &&
-               walked.insert(window).second) {
-            if (visited.insert(window).second && visit(window))
+    for (bool again = true; again && visited.size() < kMostWindows;) {
+        again = false;
+        for (const HWND window : WindowsNow(parent, windowClass)) {
+            if (!visited.insert(window).second)
+                continue;
+            again = true;
+            if (visit(window))
                 return window;
-            last = window;
         }
-        const bool whole = !window && (!last || (stands(last) && walked.contains(after(nullptr))));
-        again = !whole && visited.size() > before && visited.size() < kMostWindows;
     }
     return nullptr;
 }
