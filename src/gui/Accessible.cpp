@@ -50,16 +50,15 @@ Item ItemOf(HWND window) {
     return item;
 }
 
+BOOL CALLBACK TakeWindow(HWND window, LPARAM windows) {
+    reinterpret_cast<std::vector<HWND>*>(windows)->push_back(window);
+    return TRUE;
+}
+
 /// In the order of the tabulator, without what controls consist of.
 Items ItemsOn(HWND form) {
     std::vector<HWND> windows;
-    EnumChildWindows(
-        form,
-        [](HWND window, LPARAM all) -> BOOL {
-            reinterpret_cast<std::vector<HWND>*>(all)->push_back(window);
-            return TRUE;
-        },
-        reinterpret_cast<LPARAM>(&windows));
+    EnumChildWindows(form, TakeWindow, reinterpret_cast<LPARAM>(&windows));
     Items items;
     for (const HWND window : windows)
         if (GetAncestor(window, GA_PARENT) == form)
