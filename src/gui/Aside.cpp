@@ -16,7 +16,7 @@ namespace {
 /// A thread that makes one call after the other.
 class Worker {
 public:
-    Worker() : work_(CreateEventA(nullptr, FALSE, FALSE, nullptr)) {
+    Worker() {
         std::thread([this] { MakeCalls(); }).detach();
     }
 
@@ -24,8 +24,10 @@ public:
     bool Take(const std::shared_ptr<AsideCall>& call) {
         if (!idle_.exchange(false))
             return false;
+        AcquireSRWLockExclusive(&lock_);
         call_ = call;
-        SetEvent(work_);
+        ReleaseSRWLockExclusive(&lock_);
+        WakeConditionVariable(&work_);
         return true;
     }
     bool Idle() const { return idle_; }
@@ -33,9 +35,8 @@ public:
 private:
     [[noreturn]] void MakeCalls() {
         for (;;) {
-            WaitForSingleObject(work_, INFINITE);
             {
-                const std::shared_ptr<AsideCall> call = std::move(call_);
+                const std::shared_ptr<AsideCall> call = NextCall();
                 call->Make();
                 call->Tell();
                 // An abandoned call is destroyed here, which may block as the call did.
@@ -44,7 +45,17 @@ private:
         }
     }
 
-    HANDLE work_;
+    std::shared_ptr<AsideCall> NextCall() {
+        AcquireSRWLockExclusive(&lock_);
+        while (!call_)
+            SleepConditionVariableSRW(&work_, &lock_, INFINITE, 0);
+        std::shared_ptr<AsideCall> call = std::move(call_);
+        ReleaseSRWLockExclusive(&lock_);
+        return call;
+    }
+
+    SRWLOCK lock_ = SRWLOCK_INIT;
+    CONDITION_VARIABLE work_ = CONDITION_VARIABLE_INIT;
     std::shared_ptr<AsideCall> call_;
     std::atomic<bool> idle_ = true;
 };
@@ -67,10 +78,20 @@ bool TakenByWorker(const std::shared_ptr<AsideCall>& call) {
 
 } // namespace
 
-AsideCall::AsideCall() : over_(CreateEventA(nullptr, TRUE, FALSE, nullptr)) {}
+void Latch::Set() {
+    AcquireSRWLockExclusive(&lock_);
+    set_ = true;
+    ReleaseSRWLockExclusive(&lock_);
+    WakeAllConditionVariable(&news_);
+}
 
-AsideCall::~AsideCall() {
-    CloseHandle(over_);
+bool Latch::IsSetWithin(std::chrono::milliseconds time) {
+    const ULONGLONG end = GetTickCount64() + static_cast<ULONGLONG>(time.count());
+    AcquireSRWLockExclusive(&lock_);
+    for (ULONGLONG now = GetTickCount64(); !set_ && now < end; now = GetTickCount64())
+        SleepConditionVariableSRW(&news_, &lock_, static_cast<DWORD>(end - now), 0);
+    ReleaseSRWLockExclusive(&lock_);
+    return set_;
 }
 
 void AsideCall::Make() noexcept {
@@ -82,20 +103,15 @@ void AsideCall::Make() noexcept {
 }
 
 void AsideCall::Tell() noexcept {
-    told_ = true;
-    SetEvent(over_);
+    over_.Set();
     if (const WaitId id = waiting_.exchange(0))
         Wake(id);
-}
-
-bool AsideCall::OverWithin(std::chrono::milliseconds time) const {
-    return WaitForSingleObject(over_, static_cast<DWORD>(time.count())) == WAIT_OBJECT_0;
 }
 
 void AsideCall::WakeWhenOver(WaitId id) {
     waiting_ = id;
     // Whichever of the two threads comes second takes the number.
-    if (told_ && waiting_.exchange(0))
+    if (IsOver() && waiting_.exchange(0))
         Wake(id);
 }
 
@@ -119,7 +135,7 @@ bool AsideOver::IsOverAtOnce() const {
         return true;
     MakeAside(call_);
     const auto left = kPlainWait - std::chrono::duration_cast<milliseconds>(action_->OfPiece());
-    return call_->OverWithin(std::max(left, milliseconds(0)));
+    return call_->IsOverWithin(std::max(left, milliseconds(0)));
 }
 
 void AsideOver::TellWaiting() const {
@@ -142,7 +158,7 @@ bool AsideOver::IsCancelled() const {
 void AsideOver::await_resume() const {
     if (action_->Seen())
         action_->Seen()->Resumed();
-    if (call_->OverWithin(std::chrono::milliseconds(0)))
+    if (call_->IsOver())
         return;
     if (IsCancelled())
         throw NoAnswer("Operation has been cancelled by the user.", true);

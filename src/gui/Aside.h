@@ -17,12 +17,27 @@ namespace gui {
 
 namespace detail {
 
+/// Set once, by one thread, and waited for by another. Neither makes an object of the system's kernel for it,
+/// which would cost more than many of the calls that are made aside.
+class Latch {
+public:
+    void Set();
+    bool IsSet() const { return set_; }
+    /// True when it is set within the time.
+    bool IsSetWithin(std::chrono::milliseconds time);
+
+private:
+    std::atomic<bool> set_ = false;
+    SRWLOCK lock_ = SRWLOCK_INIT;
+    CONDITION_VARIABLE news_ = CONDITION_VARIABLE_INIT;
+};
+
 /// A call that is made aside: shared by the task that awaits it and the thread that makes it. Whoever is the
 /// last to let go of it destroys what the call holds.
 class AsideCall {
 public:
-    AsideCall();
-    virtual ~AsideCall();
+    AsideCall() = default;
+    virtual ~AsideCall() = default;
     AsideCall(const AsideCall&) = delete;
     AsideCall& operator=(const AsideCall&) = delete;
 
@@ -30,8 +45,9 @@ public:
     void Make() noexcept;
     /// On the thread aside: tells the task that the call is over.
     void Tell() noexcept;
+    bool IsOver() const { return over_.IsSet(); }
     /// True when the call is over within the time.
-    bool OverWithin(std::chrono::milliseconds time) const;
+    bool IsOverWithin(std::chrono::milliseconds time) { return over_.IsSetWithin(time); }
     /// The wait is to be waked when the call is over, at once where it is already.
     void WakeWhenOver(WaitId id);
 
@@ -40,9 +56,8 @@ protected:
     std::exception_ptr error_;
 
 private:
-    HANDLE over_;
+    Latch over_;
     std::atomic<WaitId> waiting_ = 0;
-    std::atomic<bool> told_ = false;
 };
 
 template <class F> class AsideCallOf final : public AsideCall {
