@@ -54,6 +54,9 @@ protected:
         std::function<void()> open;
         std::function<bool()> isOpen;
         std::function<void()> close;
+        /// Lays it anew where the system takes it away, as it does the title bar from the mouse when another
+        /// program's window comes to the front.
+        std::function<void()> again = {};
     };
     struct Action {
         const char* name;
@@ -107,6 +110,7 @@ protected:
         RECT place{};
         GetWindowRect(panel.Window(), &place);
         SetCursorPos(place.left + 100, place.top + GetSystemMetrics(SM_CYCAPTION) / 2 + 2);
+        SendMouse(MOUSEEVENTF_LEFTUP);
         SendMouse(MOUSEEVENTF_LEFTDOWN);
     }
     static Lid WindowLid(const char* name, const char* title, std::function<void()> open) {
@@ -157,7 +161,7 @@ std::vector<Lids::Lid> Lids::AllLids() {
          [] { return InLoop(GUI_INMENUMODE) != nullptr; },
          [&] { PostMessageA(panel.Window(), WM_CANCELMODE, 0, 0); }},
         {"a dragged window", [&] { GrabTitleBar(); }, [] { return InLoop(GUI_INMOVESIZE) != nullptr; },
-         [] { SendMouse(MOUSEEVENTF_LEFTUP); }},
+         [] { SendMouse(MOUSEEVENTF_LEFTUP); }, [&] { GrabTitleBar(); }},
         {"a call that does not come back",
          [&] {
              *release = false;
@@ -260,8 +264,11 @@ void Lids::Lay(const Lid& lid, const Action& action) {
             if (wasOver || now < next)
                 return;
             next = now + 200;
-            if (!wasOpen && !lid.isOpen() && now < end)
+            if (!lid.isOpen() && now < end && (!wasOpen || lid.again)) {
+                if (wasOpen)
+                    lid.again();
                 return;
+            }
             if (!wasOpen)
                 action.meanwhile();
             wasOpen = true;
