@@ -41,6 +41,9 @@ bool TakeText(HWND box, std::string& text) {
     if (!copied && text.size() > kRoomOnStack) {
         text.resize(kRoomOnStack);
         copied = ask();
+        // What fills the room may not be all of it, and the box is emptied next.
+        if (copied && *copied + 1 >= static_cast<LRESULT>(kRoomOnStack))
+            return false;
     }
     if (!copied || *copied <= 0)
         return false;
