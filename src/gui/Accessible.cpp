@@ -50,19 +50,11 @@ Item ItemOf(HWND window) {
     return item;
 }
 
-BOOL CALLBACK TakeWindow(HWND window, LPARAM windows) {
-    reinterpret_cast<std::vector<HWND>*>(windows)->push_back(window);
-    return TRUE;
-}
-
-/// In the order of the tabulator, without what controls consist of.
+/// In the order of the tabulator.
 Items ItemsOn(HWND form) {
-    std::vector<HWND> windows;
-    EnumChildWindows(form, TakeWindow, reinterpret_cast<LPARAM>(&windows));
     Items items;
-    for (const HWND window : windows)
-        if (GetAncestor(window, GA_PARENT) == form)
-            items.push_back(ItemOf(window));
+    for (HWND each = GetWindow(form, GW_CHILD); each; each = GetWindow(each, GW_HWNDNEXT))
+        items.push_back(ItemOf(each));
     return items;
 }
 
