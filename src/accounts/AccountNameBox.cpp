@@ -50,6 +50,11 @@ void AccountNameBox::ListIndex(int index) {
 
 void AccountNameBox::FieldText(const std::string& text) {
     offer_.clear();
+    // A name that was just chosen stands there already, and drawing it again takes longer than all else.
+    if (WindowText() == text) {
+        SendMessageA(field_, EM_SETSEL, 0, 0);
+        return;
+    }
     completing_ = true;
     WindowText(text);
     completing_ = false;
@@ -60,13 +65,7 @@ void AccountNameBox::Shown(int index) {
     ListUpTo(index + 1);
     if (ListIndex() != index)
         Send(CB_SETCURSEL, static_cast<WPARAM>(index));
-    const std::string name = index < 0 ? std::string() : names_.At(index);
-    if (WindowText() != name)
-        return Text(name);
-    // Whoever has chosen it has it there already, and drawing it again takes longer than all else.
-    offer_.clear();
-    typed_ = name;
-    SendMessageA(field_, EM_SETSEL, 0, 0);
+    Text(index < 0 ? std::string() : names_.At(index));
 }
 
 void AccountNameBox::AddItem(const std::string& name) {
