@@ -145,7 +145,9 @@ protected:
         SendMessageTimeoutA(FindWindowA("TForm1", kLiar), question, 0, 0, SMTO_NORMAL, 10'000, &answer);
         return static_cast<int>(answer);
     }
-    /// The tooltip of a form's control, its first 79 characters: newer systems give no more back.
+    /// So many characters of a tooltip newer systems give back.
+    static constexpr std::size_t kHintLength = 79;
+    /// The tooltip of a form's control, so far.
     static std::string Hint(const gui::Form& form, const gui::Control& control) {
         char text[1024] = "";
         TTTOOLINFOA tool{};
@@ -159,7 +161,7 @@ protected:
             return *text != '\0';
         };
         modServerControl::FindWindowWhere(nullptr, TOOLTIPS_CLASSA, inForm);
-        return std::string(text).substr(0, 79);
+        return std::string(text).substr(0, kHintLength);
     }
 };
 
@@ -190,7 +192,7 @@ TEST_F(Hostile, WindowsThatLieEndNothingAndAreNotTouched) {
     const std::string zone = modServerControl::WindowOrigin(Server::Zone);
     EXPECT_NE(zone.find(servers.Path() + "kZone.exe"), std::string::npos) << zone;
     EXPECT_EQ(zone.find(outside), std::string::npos) << zone;
-    EXPECT_TRUE(WaitUntil([&] { return Hint(status, status.txtZoneStatus) == zone.substr(0, 79); }))
+    EXPECT_TRUE(WaitUntil([&] { return Hint(status, status.txtZoneStatus) == zone.substr(0, kHintLength); }))
         << Hint(status, status.txtZoneStatus);
     EXPECT_TRUE(fixture.Running());
     EXPECT_TRUE(boxes.Seen().empty());

@@ -81,9 +81,9 @@ TEST(Kills, WhilePrivilegesAreSavedLeaveAWholeFileAndAWholeBackup) {
             }
         },
         // A saving writes three files to the disk: the dated one, the earlier one and the file itself.
-        std::chrono::milliseconds(60));
+        std::chrono::milliseconds(120));
     // How many depends on how busy the disk is; that some did is what the test needs.
-    EXPECT_GT(changed, 0) << "all kills fell before the saving";
+    EXPECT_GT(changed, kills / 10) << "nearly all kills fell before the saving";
 }
 
 } // namespace

@@ -54,9 +54,9 @@ protected:
         std::function<void()> open;
         std::function<bool()> isOpen;
         std::function<void()> close;
-        /// Lays it anew where the system takes it away, as it does the title bar from the mouse when another
-        /// program's window comes to the front.
-        std::function<void()> again = {};
+        /// It is laid anew where the system takes it away, as it does the title bar from the mouse when
+        /// another program's window comes to the front.
+        bool again = false;
     };
     struct Action {
         const char* name;
@@ -161,7 +161,7 @@ std::vector<Lids::Lid> Lids::AllLids() {
          [] { return InLoop(GUI_INMENUMODE) != nullptr; },
          [&] { PostMessageA(panel.Window(), WM_CANCELMODE, 0, 0); }},
         {"a dragged window", [&] { GrabTitleBar(); }, [] { return InLoop(GUI_INMOVESIZE) != nullptr; },
-         [] { SendMouse(MOUSEEVENTF_LEFTUP); }, [&] { GrabTitleBar(); }},
+         [] { SendMouse(MOUSEEVENTF_LEFTUP); }, true},
         {"a call that does not come back",
          [&] {
              *release = false;
@@ -266,7 +266,7 @@ void Lids::Lay(const Lid& lid, const Action& action) {
             next = now + 200;
             if (!lid.isOpen() && now < end && (!wasOpen || lid.again)) {
                 if (wasOpen)
-                    lid.again();
+                    lid.open();
                 return;
             }
             if (!wasOpen)
