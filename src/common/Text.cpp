@@ -60,9 +60,11 @@ std::vector<std::string> Split(std::string_view text, char separator) {
 }
 
 Line NextLine(std::string_view& rest) {
-    // find_first_of looks up each character in the set, which takes several times as long.
+    // find_first_of looks up each character in the set, which takes several times as long, and the find_if of
+    // std::ranges takes half as long again.
     const auto isEnd = [](char each) { return each == '\r' || each == '\n'; };
-    const auto length = static_cast<std::size_t>(std::ranges::find_if(rest, isEnd) - rest.begin());
+    const auto length =
+        static_cast<std::size_t>(std::find_if(rest.begin(), rest.end(), isEnd) - rest.begin());
     const std::string_view after = rest.substr(length);
     const Line line{rest.substr(0, length), after.substr(0, after.starts_with(kLineEnd) ? 2 : 1)};
     rest.remove_prefix(length + line.end.size());

@@ -2,8 +2,8 @@
 
 #include "common/Text.h"
 
-#include <unordered_map>
-#include <unordered_set>
+#include <algorithm>
+#include <utility>
 #include <vector>
 
 namespace settings {
@@ -16,8 +16,50 @@ bool IsEntryOf(std::string_view line, std::string_view key) {
     return line.find('=') == key.size() && line.starts_with(key);
 }
 
-void AppendLine(std::string& text, const common::Line& line) {
-    text.append(line.text).append(line.end.empty() ? kLineEnd : line.end);
+/// The keys that are to have values. They stand in one piece of memory, as a node for each would take longer
+/// to make than most texts to be walked through.
+class Wanted {
+public:
+    struct Key {
+        std::string_view name;
+        std::string_view value;
+        bool found = false;
+    };
+
+    /// The last value of a key counts.
+    explicit Wanted(std::span<const Entry> entries) {
+        keys_.reserve(entries.size());
+        for (const Entry& entry : entries) {
+            const auto place = PlaceOf(entry.key);
+            if (place != keys_.end() && place->name == entry.key)
+                place->value = entry.value;
+            else
+                keys_.insert(place, {entry.key, entry.value});
+        }
+    }
+
+    /// Null for a key that is not among them.
+    Key* Find(std::string_view name) {
+        const auto place = PlaceOf(name);
+        return place != keys_.end() && place->name == name ? &*place : nullptr;
+    }
+
+private:
+    std::vector<Key>::iterator PlaceOf(std::string_view name) {
+        // By length first: most keys that are compared differ in that already.
+        const auto isBefore = [](std::string_view left, std::string_view right) {
+            return left.size() != right.size() ? left.size() < right.size() : left < right;
+        };
+        return std::ranges::lower_bound(keys_, name, isBefore, &Key::name);
+    }
+
+    std::vector<Key> keys_;
+};
+
+/// `text` is what `result` ends in.
+void EndLastLine(std::string& result, std::string_view text) {
+    if (!text.empty() && !text.ends_with('\r') && !text.ends_with('\n'))
+        result += kLineEnd;
 }
 
 } // namespace
@@ -37,45 +79,44 @@ std::string TextWithValue(std::string_view text, std::string_view key, std::stri
 }
 
 std::string TextWithValues(std::string_view text, std::span<const Entry> entries) {
-    // The last value of a key counts, its first place says where a missing one is appended.
-    std::vector<std::string_view> order;
-    std::unordered_map<std::string_view, std::string_view> values;
-    for (const Entry& entry : entries)
-        if (values.insert_or_assign(entry.key, entry.value).second)
-            order.push_back(entry.key);
-
+    Wanted wanted(entries);
     std::string result;
     result.reserve(text.size() + 64 * entries.size());
-    bool isNew = text.empty();
-    std::unordered_set<std::string_view> found;
-    while (!text.empty()) {
-        const common::Line line = common::NextLine(text);
+    // What stays is copied in as long pieces as it comes in.
+    std::string_view rest = text;
+    std::string_view stays = text;
+    while (!rest.empty()) {
+        const common::Line line = common::NextLine(rest);
         const std::size_t equals = line.text.find('=');
-        const auto known = equals == line.text.npos ? values.end() : values.find(line.text.substr(0, equals));
-        if (known == values.end()) {
-            AppendLine(result, line);
+        Wanted::Key* key = equals == line.text.npos ? nullptr : wanted.Find(line.text.substr(0, equals));
+        if (!key)
             continue;
-        }
-        found.insert(known->first);
-        result.append(known->first).append("=");
-        AppendLine(result, {known->second, kLineEnd});
+        key->found = true;
+        result.append(stays.substr(0, static_cast<std::size_t>(line.text.data() - stays.data())));
+        result.append(key->name).append("=").append(key->value).append(kLineEnd);
+        stays = rest;
     }
-    for (const std::string_view key : order)
-        if (!found.contains(key)) {
-            result.append(key).append("=").append(values[key]);
-            // A value that brings its own line end gets no second one, save in a new file.
-            if (isNew || !result.ends_with(kLineEnd))
-                result += kLineEnd;
-            isNew = false;
-        }
+    result.append(stays);
+    EndLastLine(result, stays);
+    bool isNew = text.empty();
+    for (const Entry& entry : entries) {
+        Wanted::Key* key = wanted.Find(entry.key);
+        // A key is appended where it came first.
+        if (std::exchange(key->found, true))
+            continue;
+        result.append(key->name).append("=").append(key->value);
+        // A value that brings its own line end gets no second one, save in a new file.
+        if (std::exchange(isNew, false) || !result.ends_with(kLineEnd))
+            result += kLineEnd;
+    }
     return result;
 }
 
 std::string TextWithSection(std::string_view text, std::string_view name) {
     std::string result;
     result.reserve(text.size() + name.size() + 16);
-    while (!text.empty())
-        AppendLine(result, common::NextLine(text));
+    result.append(text);
+    EndLastLine(result, text);
     if (!result.empty())
         result += kLineEnd;
     return result.append("[").append(name).append("]").append(kLineEnd).append(kLineEnd);
