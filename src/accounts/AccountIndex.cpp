@@ -11,39 +11,40 @@ namespace accounts {
 
 namespace {
 
-constexpr std::size_t kEnd = std::numeric_limits<std::size_t>::max();
+constexpr std::uint32_t kEnd = std::numeric_limits<std::uint32_t>::max();
 
 } // namespace
 
-AccountIndex::AccountIndex(std::vector<AccountKey> keys) {
-    names_.reserve(keys.size());
-    ids_.reserve(keys.size());
-    for (AccountKey& key : keys) {
+AccountIndex::AccountIndex(std::size_t rows, const std::function<AccountKey(std::size_t row)>& keyOf) {
+    names_.reserve(rows);
+    ids_.reserve(rows);
+    for (std::size_t row = 0; row < rows; ++row) {
+        AccountKey key = keyOf(row);
         if (key.id)
-            ids_.emplace_back(*key.id, names_.size());
+            ids_.emplace_back(*key.id, row);
         names_.emplace_back(std::move(key.name));
     }
     // The server mostly sends them in this order already.
     if (!std::ranges::is_sorted(ids_))
         std::ranges::sort(ids_);
-    LinkAll();
+    ChainAll();
 }
 
 std::size_t AccountIndex::ChainOf(const std::string& name) const {
     return std::hash<std::string>()(name) & (first_.size() - 1);
 }
 
-void AccountIndex::Link(std::size_t row) {
-    std::size_t& first = first_[ChainOf(*names_[row])];
-    next_[row] = std::exchange(first, row);
+void AccountIndex::Chain(std::size_t row) {
+    Link& first = first_[ChainOf(*names_[row])];
+    next_[row] = std::exchange(first, static_cast<Link>(row));
 }
 
-void AccountIndex::LinkAll() {
+void AccountIndex::ChainAll() {
     first_.assign(std::bit_ceil(2 * names_.size()), kEnd);
     next_.assign(names_.size(), kEnd);
     for (std::size_t row = 0; row < names_.size(); ++row)
         if (names_[row])
-            Link(row);
+            Chain(row);
 }
 
 void AccountIndex::Insert(std::size_t row, const AccountKey& key) {
@@ -53,9 +54,9 @@ void AccountIndex::Insert(std::size_t row, const AccountKey& key) {
     }
     names_[row] = key.name;
     if (names_.size() > first_.size())
-        LinkAll();
+        ChainAll();
     else
-        Link(row);
+        Chain(row);
     if (key.id) {
         const Id id{*key.id, row};
         ids_.insert(std::ranges::lower_bound(ids_, id), id);
@@ -65,7 +66,7 @@ void AccountIndex::Insert(std::size_t row, const AccountKey& key) {
 void AccountIndex::Erase(std::size_t row, const AccountKey& key) {
     if (row >= names_.size() || !names_[row])
         return;
-    std::size_t* link = &first_[ChainOf(*names_[row])];
+    Link* link = &first_[ChainOf(*names_[row])];
     while (*link != row)
         link = &next_[*link];
     *link = next_[row];
@@ -80,7 +81,7 @@ void AccountIndex::Erase(std::size_t row, const AccountKey& key) {
 
 std::vector<std::size_t> AccountIndex::RowsOfName(const std::string& name) const {
     std::vector<std::size_t> rows;
-    for (std::size_t row = first_.empty() ? kEnd : first_[ChainOf(name)]; row != kEnd; row = next_[row])
+    for (Link row = first_.empty() ? kEnd : first_[ChainOf(name)]; row != kEnd; row = next_[row])
         if (names_[row] == name)
             rows.push_back(row);
     return rows;

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <utility>
@@ -21,8 +22,8 @@ struct AccountKey {
 class AccountIndex {
 public:
     AccountIndex() = default;
-    /// The keys of the rows from 0 on.
-    explicit AccountIndex(std::vector<AccountKey> keys);
+    /// Of so many rows from 0 on.
+    AccountIndex(std::size_t rows, const std::function<AccountKey(std::size_t row)>& keyOf);
 
     void Clear() { *this = AccountIndex(); }
     void Insert(std::size_t row, const AccountKey& key);
@@ -39,16 +40,19 @@ public:
 private:
     using Id = std::pair<std::int64_t, std::size_t>;
 
+    /// A row in a chain; a number this small makes the chains half as large.
+    using Link = std::uint32_t;
+
     std::size_t ChainOf(const std::string& name) const;
     std::vector<std::size_t> RowsOfName(const std::string& name) const;
-    void Link(std::size_t row);
-    void LinkAll();
+    void Chain(std::size_t row);
+    void ChainAll();
 
     /// By row; a row that is not in the index has none.
     std::vector<std::optional<std::string>> names_;
     /// The first row of each chain of names, and by row the next one in its chain.
-    std::vector<std::size_t> first_;
-    std::vector<std::size_t> next_;
+    std::vector<Link> first_;
+    std::vector<Link> next_;
     /// Numbers and rows, in order.
     std::vector<Id> ids_;
 };

@@ -77,6 +77,7 @@ void AccountNameBox::Fill(int count, const std::function<void()>& fill) {
     constexpr LPARAM kExpectedEntrySize = 32;
     Send(CB_RESETCONTENT);
     names_.Clear();
+    names_.Expect(count);
     listed_ = 0;
     Shown(-1);
     Send(CB_INITSTORAGE, static_cast<WPARAM>(count), count * kExpectedEntrySize);

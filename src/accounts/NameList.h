@@ -10,6 +10,8 @@ namespace accounts {
 class NameList {
 public:
     void Clear();
+    /// Makes room for so many names.
+    void Expect(int count) { names_.reserve(static_cast<std::size_t>(count)); }
     void Add(const std::string& name);
     void Set(int index, const std::string& name);
     void Remove(int index);

@@ -67,9 +67,10 @@ bool clsAccountSQL::LoadMirrors() {
     return true;
 }
 
-accounts::AccountKey clsAccountSQL::KeyOf(const database::Recordset& set, const Columns& columns) {
-    const database::Value id = set.Field(columns[kAID]);
-    return {set.Field(columns[kName]).AsText(), id.IsNull() ? std::nullopt : std::optional(id.AsInteger())};
+accounts::AccountKey clsAccountSQL::KeyOf(const database::Recordset& set, const Columns& columns,
+                                          std::size_t row) {
+    const database::Value id = set.At(row, columns[kAID]);
+    return {set.At(row, columns[kName]).AsText(), id.IsNull() ? std::nullopt : std::optional(id.AsInteger())};
 }
 
 std::int32_t clsAccountSQL::NumOfAccounts() {

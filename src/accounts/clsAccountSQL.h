@@ -205,8 +205,10 @@ private:
     database::Value Field(Column column) const { return recordset_.Field(columns_[column]); }
     void Field(Column column, database::Value value) { recordset_.Field(columns_[column], std::move(value)); }
     using Columns = std::array<std::size_t, kColumnCount>;
-    static accounts::AccountKey KeyOf(const database::Recordset& set, const Columns& columns);
-    accounts::AccountKey CurrentKey() const { return KeyOf(recordset_, columns_); }
+    static accounts::AccountKey KeyOf(const database::Recordset& set, const Columns& columns,
+                                      std::size_t row);
+    accounts::AccountKey KeyAt(std::size_t row) const { return KeyOf(recordset_, columns_, row); }
+    accounts::AccountKey CurrentKey() const { return KeyAt(recordset_.Bookmark()); }
     gui::Task<> Open();
     void Disconnect();
     bool LoadMirrors();
@@ -216,7 +218,6 @@ private:
     void Put(Column column, const std::string& text);
     gui::Task<> CheckName(std::size_t row, database::Fields set);
     std::int16_t TakingBack(std::size_t row, const std::function<bool()>& takeBack);
-    accounts::AccountKey KeyAt(std::size_t row) const;
     std::size_t ColumnOf(accounts::Field field) const { return columns_[accounts::Index(field)]; }
 
     database::Connection connection_;

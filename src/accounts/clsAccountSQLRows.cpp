@@ -48,12 +48,6 @@ bool clsAccountSQL::NameIsLossy(std::size_t row) const {
     return recordset_.IsLossy(row, columns_[kName]);
 }
 
-accounts::AccountKey clsAccountSQL::KeyAt(std::size_t row) const {
-    const database::Value id = recordset_.At(row, columns_[kAID]);
-    return {recordset_.At(row, columns_[kName]).AsText(),
-            id.IsNull() ? std::nullopt : std::optional(id.AsInteger())};
-}
-
 // ---- What waits
 
 std::optional<std::string> clsAccountSQL::ServerText(std::size_t row, accounts::Field field) const {

@@ -44,13 +44,8 @@ gui::Task<> clsAccountSQL::Open() {
     Columns columns{};
     for (std::size_t i = 0; i < columns.size(); ++i)
         columns[i] = fresh.FieldIndex(kColumnNames[i]);
-    std::vector<accounts::AccountKey> keys;
-    keys.reserve(fresh.RecordCount());
-    for (; !fresh.Eof(); fresh.MoveNext())
-        keys.push_back(KeyOf(fresh, columns));
-    accounts::AccountIndex index(std::move(keys));
-    if (fresh.RecordCount() > 0)
-        fresh.MoveFirst();
+    const auto keyOf = [&](std::size_t row) { return KeyOf(fresh, columns, row); };
+    accounts::AccountIndex index(fresh.RecordCount(), keyOf);
     // Of two players with one number, the one who came later is told by the name.
     fresh.Identity({columns[kName]});
     const accounts::Widths widths = co_await ReadWidths();

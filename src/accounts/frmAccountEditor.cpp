@@ -12,15 +12,12 @@ void frmAccountEditor::Form_Load() {
     cboSex.ListIndex(0);
     chkIsGM_Click();
     ShowNone();
-    // In sight while the accounts are read, which takes its time on a large server.
+    // In sight while the accounts are read, which takes its time on a large server. It is drawn with the
+    // first account, or when the reading takes so long that the loop runs: drawing it twice holds both up.
     Visible(true);
-    UpdateWindow(Window());
 
     AccountsDB.Reading = [this](std::size_t count) { TellProgress(count); };
-    AccountsDB.AccountSQLAccountName = [this](const std::string& name) {
-        cboAccountName.AddItem(name);
-        rows_.push_back(*AccountsDB.CurrentRow());
-    };
+    AccountsDB.AccountSQLAccountName = [this](const std::string& name) { cboAccountName.AddItem(name); };
     Start(LoadAccounts());
 }
 
@@ -34,7 +31,7 @@ void frmAccountEditor::Form_Unload() {
 
 void frmAccountEditor::FillList() {
     const gui::WaitCursor wait;
-    rows_.clear();
+    rows_ = AccountsDB.Rows();
     cboAccountName.Fill(AccountsDB.NumOfAccounts(), [this] { AccountsDB.GetAccountList(); });
     RefreshList();
 }

@@ -10,6 +10,7 @@ gui::Task<> BlockReader::Open(std::string sql) {
     };
     reader_ = co_await connection_.Call(open);
     columns_ = reader_->Columns();
+    rowsToCome_ = reader_->RowsToCome();
 }
 
 gui::Task<RowStore> BlockReader::Read(RowStore rows) {

@@ -15,6 +15,8 @@ public:
     /// Runs the query. Raises Error.
     gui::Task<> Open(std::string sql);
     const std::vector<Column>& Columns() const { return columns_; }
+    /// As RowReader's.
+    std::size_t RowsToCome() const { return rowsToCome_; }
     /// Appends the next rows, at most a thousand, and hands the store back; without more rows at the end.
     /// Raises Error; the store is gone then.
     gui::Task<RowStore> Read(RowStore rows);
@@ -23,6 +25,7 @@ private:
     Connection& connection_;
     std::shared_ptr<RowReader> reader_;
     std::vector<Column> columns_;
+    std::size_t rowsToCome_ = 0;
 };
 
 /// Puts many rows into a table, the rows of a store in one call aside.

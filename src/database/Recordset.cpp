@@ -36,6 +36,9 @@ gui::Task<> Recordset::Load(Progress progress) {
     co_await reader.Open(sql_);
     columns_ = reader.Columns();
     read_ = RowStore(columns_.size());
+    // A driver's word is not good for more memory than a large table takes.
+    constexpr std::size_t kMostExpected = 1'000'000;
+    read_.Expect(std::min(reader.RowsToCome(), kMostExpected));
     for (std::size_t before = 0;; before = read_.Rows()) {
         read_ = co_await reader.Read(std::move(read_));
         if (read_.Rows() == before)
@@ -160,10 +163,7 @@ Value Recordset::Field(std::size_t index) const {
         return *edit_->set[index];
     if (edit_ && edit_->adding)
         return {};
-    const auto row = static_cast<std::size_t>(row_);
-    if (const auto local = local_.find(row); local != local_.end() && local->second[index])
-        return *local->second[index];
-    return ServerValue(row, index).value_or(Value());
+    return At(static_cast<std::size_t>(row_), index);
 }
 
 void Recordset::Field(std::size_t index, Value value) {

@@ -142,6 +142,12 @@ public:
         }
     }
 
+    std::size_t RowsToCome() const {
+        SQLLEN count = 0;
+        const bool isKnown = SQL_SUCCEEDED(SQLRowCount(statement.Get(), &count)) && count > 0;
+        return isKnown ? static_cast<std::size_t>(count) : 0;
+    }
+
     std::size_t ReadBlock(RowStore& into) {
         rowsFetched = 0;
         if (!statement.Fetch())
@@ -280,6 +286,7 @@ RowReader::RowReader(const SessionPtr& session, const std::string& sql, const st
     const SQLSMALLINT count = result_->statement.ColumnCount();
     for (SQLSMALLINT i = 1; i <= count; ++i)
         columns_.push_back(result_->Describe(static_cast<SQLUSMALLINT>(i)));
+    rowsToCome_ = result_->RowsToCome();
     result_->BindBlock();
 }
 

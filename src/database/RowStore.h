@@ -47,6 +47,8 @@ public:
     std::size_t Columns() const { return columns_; }
     const Cell& At(std::size_t row, std::size_t column) const { return cells_[row * columns_ + column]; }
 
+    /// Makes room for so many rows, without which the fields move each time that they outgrow theirs.
+    void Expect(std::size_t rows) { cells_.reserve(rows * columns_); }
     /// Puts the next field behind the last one, with a copy of its characters.
     void Append(Cell cell);
     /// As above for text in UTF-16, which becomes text of the store's form.
