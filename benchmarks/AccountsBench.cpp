@@ -2,6 +2,7 @@
 #include "accounts/frmAccountEditor.h"
 #include "database/Query.h"
 #include "Databases.h"
+#include "gui/Application.h"
 #include "support/MessageBoxes.h"
 #include "Surroundings.h"
 
@@ -49,6 +50,15 @@ void MeasureStore(support::Client& root, int accounts) {
     }
 }
 
+/// Until an account is shown and drawn. Looks after each message, as those that list the names go on for
+/// long.
+void WaitForAccount(frmAccountEditor& form) {
+    MSG message;
+    while (form.txtAccountID.Text().empty() && GetMessageA(&message, nullptr, 0, 0) > 0)
+        gui::Dispatch(message);
+    RedrawWindow(form.Window(), nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+}
+
 void MeasureEditor(int accounts) {
     const bench::Size size(accounts, "accounts");
     support::MessageBoxes boxes;
@@ -59,7 +69,7 @@ void MeasureEditor(int accounts) {
         form.Unload();
         opens.push_back(bench::Milliseconds([&] {
             form.Show();
-            support::WaitUntil([&] { return !form.txtAccountID.Text().empty(); });
+            WaitForAccount(form);
         }));
         lists.push_back(opens.back() + bench::Milliseconds([] { support::Settle(); }));
     }
