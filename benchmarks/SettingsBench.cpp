@@ -6,7 +6,7 @@
 
 namespace {
 
-constexpr int kRuns = 15;
+constexpr int kRuns = 75;
 
 /// A file of other lines in front of those that the window owns.
 std::string Padding(int lines) {

@@ -98,7 +98,7 @@ void Save(const Runs& runs) {
             if (auto value = setting.Value()) {
                 auto* entries = changes.Find(setting.File());
                 (entries ? *entries : changes.Add(setting.File(), {}))
-                    .push_back({std::string(setting.Key()), std::move(*value)});
+                    .push_back({setting.Key(), std::move(*value)});
             }
     for (const auto& [file, entries] : changes.All())
         file->Change(entries);

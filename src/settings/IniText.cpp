@@ -74,7 +74,7 @@ std::optional<std::string> FindValue(std::string_view text, std::string_view key
 }
 
 std::string TextWithValue(std::string_view text, std::string_view key, std::string_view value) {
-    const Entry entry{std::string(key), std::string(value)};
+    const Entry entry{key, std::string(value)};
     return TextWithValues(text, {&entry, 1});
 }
 

@@ -20,9 +20,9 @@ std::optional<std::string> FindValue(std::string_view text, std::string_view key
 /// The last line is always ended.
 std::string TextWithValue(std::string_view text, std::string_view key, std::string_view value);
 
-/// A key and its value.
+/// A key, whose name outlives this, and its value.
 struct Entry {
-    std::string key;
+    std::string_view key;
     std::string value;
 };
 
