@@ -121,6 +121,21 @@ end_group() {
     kill -KILL -- "-$1" 2>/dev/null
 }
 
+# ending_with_this COMMAND...: runs it and waits for it, as a process group that is ended when this script is told
+# to end meanwhile. A shell hears of that only behind a command that it runs in its own group. What the command
+# itself cleans up may take a minute.
+ending_with_this() {
+    local status
+    set -m
+    "$@" </dev/null &
+    on_exit "end_group $! 60"
+    set +m
+    wait "$!"
+    status=$?
+    unset 'cleanups[-1]'
+    return "$status"
+}
+
 # wait_for SECONDS COMMAND...: until the command succeeds.
 wait_for() {
     local tries=$(($1 * 10))
