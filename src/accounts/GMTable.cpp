@@ -6,7 +6,6 @@
 #include "common/Text.h"
 
 #include <algorithm>
-#include <limits>
 #include <optional>
 
 namespace accounts {
@@ -26,23 +25,14 @@ void CheckReplaceable(const std::string& path) {
 
 } // namespace
 
-void GMTable::Append(Row row) {
-    if (row.isAccount) {
-        if (count_ == std::numeric_limits<std::int16_t>::max())
-            throw RuntimeError(common::kOverflow);
-        ++count_;
-    }
-    rows_.push_back(std::move(row));
-}
-
 /// The table of a file's text. Raises 6.
 GMTable GMTable::Of(const std::string& text) {
     GMTable table;
     const auto lines = common::Lines(text);
     for (std::size_t i = 1; i < lines.size(); ++i)
-        table.Append(GMRow::Read(lines[i]));
+        table.rows_.Append(GMRow::Read(lines[i]));
     table.withoutHeader_ = !lines.empty() && GMRow::Read(lines[0]).isAccount;
-    for (const Row& row : table.rows_) {
+    for (const Row& row : table.Rows()) {
         if (row.isAccount)
             table.known_.try_emplace(row.id, row.flags);
     }
@@ -61,7 +51,7 @@ void GMTable::Load(const std::string& path) {
 std::string GMTable::Text() const {
     std::string text = GMHeader();
     text += common::kLineEnd;
-    for (const Row& row : rows_) {
+    for (const Row& row : Rows()) {
         text += row.text;
         text += common::kLineEnd;
     }
@@ -84,9 +74,9 @@ GMTable::Met GMTable::Save(const std::string& path, const Judge& judge) {
     std::set<std::int32_t> waiting;
     bool all = !met.changed;
     for (const std::int32_t id : changed_) {
-        const bool changedThere = there.FlagsOf(id) != KnownFlagsOf(id);
+        const bool changedThere = there.rows_.FlagsOf(id) != KnownFlagsOf(id);
         // Somebody else has made the same change.
-        if (changedThere && there.FlagsOf(id) == FlagsOf(id) && !doublesRemoved_.contains(id))
+        if (changedThere && there.rows_.FlagsOf(id) == rows_.FlagsOf(id) && !doublesRemoved_.contains(id))
             continue;
         const Verdict verdict = judge ? judge(id, changedThere) : Verdict::Write;
         if (verdict == Verdict::Write)
@@ -128,9 +118,9 @@ void GMTable::Adopt(GMTable written, const std::set<std::int32_t>& waiting) {
 
 /// Makes the account's change in another table, which may have other privileges for it than were known here.
 void GMTable::CarryTo(GMTable& other, std::int32_t id) const {
-    const auto mine = Find(id);
+    const Row* mine = rows_.Find(id);
     const auto known = KnownFlagsOf(id);
-    if (mine != rows_.end() && known && other.Contains(id)) {
+    if (mine && known && other.Contains(id)) {
         Privileges flags = mine->flags;
         for (std::size_t i = 0; i < flags.size(); ++i) {
             if (flags[i] == (*known)[i])
@@ -140,8 +130,8 @@ void GMTable::CarryTo(GMTable& other, std::int32_t id) const {
     } else {
         while (other.Remove(id)) {
         }
-        if (mine != rows_.end())
-            other.Append(*mine);
+        if (mine)
+            other.rows_.Append(*mine);
     }
     if (doublesRemoved_.contains(id))
         other.RemoveDoubles(id);
@@ -149,18 +139,13 @@ void GMTable::CarryTo(GMTable& other, std::int32_t id) const {
 
 // ---- Changes
 
-std::optional<Privileges> GMTable::FlagsOf(std::int32_t id) const {
-    const auto row = Find(id);
-    return row == rows_.end() ? std::nullopt : std::optional(row->flags);
-}
-
 std::optional<Privileges> GMTable::KnownFlagsOf(std::int32_t id) const {
     const auto known = known_.find(id);
     return known == known_.end() ? std::nullopt : std::optional(known->second);
 }
 
 void GMTable::Note(std::int32_t id) {
-    if (doublesRemoved_.contains(id) || FlagsOf(id) != KnownFlagsOf(id))
+    if (doublesRemoved_.contains(id) || rows_.FlagsOf(id) != KnownFlagsOf(id))
         changed_.insert(id);
     else
         changed_.erase(id);
@@ -168,7 +153,7 @@ void GMTable::Note(std::int32_t id) {
 
 std::vector<GMTable::Change> GMTable::Changes() const {
     std::unordered_map<std::int32_t, Privileges> now;
-    for (const Row& row : rows_) {
+    for (const Row& row : Rows()) {
         if (row.isAccount && changed_.contains(row.id))
             now.try_emplace(row.id, row.flags);
     }
@@ -191,65 +176,37 @@ void GMTable::TakeBack(std::int32_t id) {
 
 // ---- Rows
 
-std::vector<GMTable::Row>::const_iterator GMTable::Find(std::int32_t id) const {
-    return std::ranges::find_if(rows_, [id](const Row& row) { return row.isAccount && row.id == id; });
-}
-
-bool GMTable::Contains(std::int32_t id) const {
-    return Find(id) != rows_.end();
-}
-
 std::int16_t GMTable::Add(std::int32_t id, const Privileges& flags) {
     if (Contains(id))
         return 0;
-    Append(GMRow::Of(id, flags));
+    rows_.Append(GMRow::Of(id, flags));
     Note(id);
     return 1;
 }
 
 std::int16_t GMTable::Remove(std::int32_t id) {
-    const auto row = Find(id);
-    if (row == rows_.end())
+    if (!rows_.Remove(id))
         return 0;
-    rows_.erase(row);
-    --count_;
     Note(id);
     return 1;
 }
 
 void GMTable::RemoveDoubles(std::int32_t id) {
-    const auto first = Find(id);
-    if (first == rows_.end())
+    if (!rows_.RemoveDoubles(id))
         return;
-    const auto doubles = std::remove_if(rows_.begin() + (first - rows_.begin()) + 1, rows_.end(),
-                                        [id](const Row& row) { return row.isAccount && row.id == id; });
-    if (doubles == rows_.end())
-        return;
-    count_ = static_cast<std::int16_t>(count_ - (rows_.end() - doubles));
-    rows_.erase(doubles, rows_.end());
     doublesRemoved_.insert(id);
     Note(id);
 }
 
 std::int16_t GMTable::Modify(std::int32_t id, const Privileges& flags) {
-    const auto found = Find(id);
-    if (found == rows_.end())
+    if (!rows_.Modify(id, flags))
         return Add(id, flags);
-    Row& row = rows_[static_cast<std::size_t>(found - rows_.begin())];
-    for (std::size_t i = 0; i < kPrivilegeCount; ++i) {
-        if (flags[i] == row.flags[i] || flags[i] == kLeaveAsItIs)
-            continue;
-        row.Set(i, flags[i]);
-    }
     Note(id);
     return 1;
 }
 
 Privileges GMTable::Retrieve(std::int32_t id) const {
-    const auto row = Find(id);
-    if (row != rows_.end())
-        return row->flags;
-    return {kLeaveAsItIs};
+    return rows_.FlagsOf(id).value_or(Privileges{kLeaveAsItIs});
 }
 
 } // namespace accounts

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "accounts/GMRow.h"
+#include "accounts/GMRows.h"
 
 #include <cstdint>
 #include <functional>
@@ -66,9 +66,9 @@ public:
     std::int16_t Modify(std::int32_t id, const Privileges& flags);
     /// The flags of the account's first row; kLeaveAsItIs in front when it has none.
     Privileges Retrieve(std::int32_t id) const;
-    bool Contains(std::int32_t id) const;
+    bool Contains(std::int32_t id) const { return rows_.Find(id) != nullptr; }
 
-    const std::vector<Row>& Rows() const { return rows_; }
+    const std::vector<Row>& Rows() const { return rows_.All(); }
     /// The changes that wait for Save, by account number. Rows that only changed places are none.
     std::vector<Change> Changes() const;
     const std::set<std::int32_t>& ChangedIds() const { return changed_; }
@@ -80,17 +80,13 @@ public:
 
 private:
     static GMTable Of(const std::string& text);
-    void Append(Row row);
-    std::vector<Row>::const_iterator Find(std::int32_t id) const;
-    std::optional<Privileges> FlagsOf(std::int32_t id) const;
     std::optional<Privileges> KnownFlagsOf(std::int32_t id) const;
     void Note(std::int32_t id);
     void CarryTo(GMTable& other, std::int32_t id) const;
     void Adopt(GMTable written, const std::set<std::int32_t>& waiting);
     std::string Text() const;
 
-    std::vector<Row> rows_;
-    std::int16_t count_ = 0;
+    GMRows rows_;
     bool loadFailed_ = false;
     bool withoutHeader_ = false;
     /// The file as it was last read or written here, and its accounts' first rows.

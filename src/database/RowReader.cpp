@@ -2,6 +2,7 @@
 
 #include "common/Text.h"
 #include "database/Error.h"
+#include "database/FetchForm.h"
 #include "database/Odbc.h"
 #include "database/Parameters.h"
 
@@ -14,71 +15,12 @@ namespace {
 
 constexpr std::size_t kMostRows = 1000;
 constexpr std::size_t kBlockBytes = std::size_t{4} * 1024 * 1024;
-/// Characters or bytes up to which a column is fetched in blocks. What may be longer is asked for row by row.
-constexpr std::size_t kLongest = 65535;
 
-/// How a column's fields are fetched.
-struct Fetched {
-    SQLSMALLINT cType = SQL_C_CHAR;
-    /// The bytes fetched are text in UTF-8.
-    bool utf8 = false;
-    /// Bytes of a field, with the end mark that text carries; 0 when they are not bounded usefully.
-    std::size_t size = 0;
-    std::size_t endMark = 0;
+/// The fields of a column, in a block of rows.
+struct Fetched : FetchForm {
     std::vector<char> data;
     std::vector<SQLLEN> lengths;
 };
-
-std::string TextAttribute(SQLHSTMT statement, SQLUSMALLINT column, SQLUSMALLINT attribute) {
-    SQLWCHAR text[256] = {};
-    SQLSMALLINT length = 0;
-    if (!SQL_SUCCEEDED(SQLColAttributeW(statement, column, attribute, text, sizeof text, &length, nullptr)))
-        return {};
-    return common::ToNarrow(text);
-}
-
-SQLLEN NumberAttribute(SQLHSTMT statement, SQLUSMALLINT column, SQLUSMALLINT attribute) {
-    SQLLEN number = 0;
-    if (!SQL_SUCCEEDED(SQLColAttributeW(statement, column, attribute, nullptr, 0, nullptr, &number)))
-        return 0;
-    return number;
-}
-
-Cell::Kind KindOf(SQLLEN type, bool isUnsigned) {
-    switch (type) {
-    case SQL_BIT:
-    case SQL_TINYINT:
-    case SQL_SMALLINT:
-    case SQL_INTEGER:
-        return Cell::Kind::Integer;
-    case SQL_BIGINT:
-        return isUnsigned ? Cell::Kind::Text : Cell::Kind::Integer;
-    case SQL_REAL:
-    case SQL_FLOAT:
-    case SQL_DOUBLE:
-        return Cell::Kind::Real;
-    case SQL_BINARY:
-    case SQL_VARBINARY:
-    case SQL_LONGVARBINARY:
-        return Cell::Kind::Bytes;
-    default:
-        return Cell::Kind::Text;
-    }
-}
-
-bool IsCharacterType(SQLLEN type) {
-    switch (type) {
-    case SQL_CHAR:
-    case SQL_VARCHAR:
-    case SQL_LONGVARCHAR:
-    case SQL_WCHAR:
-    case SQL_WVARCHAR:
-    case SQL_WLONGVARCHAR:
-        return true;
-    default:
-        return false;
-    }
-}
 
 } // namespace
 
@@ -101,20 +43,9 @@ public:
     }
 
     Column Describe(SQLUSMALLINT number) {
-        const SQLHSTMT handle = statement.Get();
-        Column column;
-        column.name = TextAttribute(handle, number, SQL_DESC_LABEL);
-        column.baseDatabase = TextAttribute(handle, number, SQL_DESC_CATALOG_NAME);
-        column.baseTable = TextAttribute(handle, number, SQL_DESC_BASE_TABLE_NAME);
-        column.baseName = TextAttribute(handle, number, SQL_DESC_BASE_COLUMN_NAME);
-        column.autoNumber = NumberAttribute(handle, number, SQL_DESC_AUTO_UNIQUE_VALUE) == SQL_TRUE;
-        const SQLLEN type = NumberAttribute(handle, number, SQL_DESC_CONCISE_TYPE);
-        column.kind = KindOf(type, NumberAttribute(handle, number, SQL_DESC_UNSIGNED) == SQL_TRUE);
-        const auto length = static_cast<std::size_t>(
-            std::max<SQLLEN>(0, std::max(NumberAttribute(handle, number, SQL_DESC_LENGTH),
-                                         NumberAttribute(handle, number, SQL_DESC_DISPLAY_SIZE))));
-        fetched.push_back(Shape(column.kind, type, length));
-        return column;
+        const DescribedColumn described = DescribeColumn(statement, number, wide, utf8);
+        fetched.push_back({described.form, {}, {}});
+        return described.column;
     }
 
     /// Binds the columns to arrays when all are of a bounded size.
@@ -175,39 +106,6 @@ public:
     std::size_t rows = 0;
 
 private:
-    Fetched Shape(Cell::Kind kind, SQLLEN type, std::size_t length) const {
-        switch (kind) {
-        case Cell::Kind::Integer:
-            return {.cType = SQL_C_SBIGINT, .size = sizeof(SQLBIGINT), .data = {}, .lengths = {}};
-        case Cell::Kind::Real:
-            // Single precision too: a double holds it exactly, and MariaDB's driver 3.1 puts arrays of
-            // SQL_C_FLOAT at the wrong places.
-            return {.cType = SQL_C_DOUBLE, .size = sizeof(double), .data = {}, .lengths = {}};
-        default:
-            break;
-        }
-        const bool bounded = length > 0 && length <= kLongest;
-        if (kind == Cell::Kind::Bytes)
-            return {.cType = SQL_C_BINARY, .size = bounded ? length : 0, .data = {}, .lengths = {}};
-        // UTF-8 is taken as bytes and converted here: MariaDB's driver 3.1 sets up a converter anew for each
-        // field that it hands over in UTF-16, which takes most of the time of reading.
-        if (IsCharacterType(type) && utf8)
-            return {.cType = SQL_C_BINARY,
-                    .utf8 = true,
-                    .size = bounded ? 4 * length : 0,
-                    .data = {},
-                    .lengths = {}};
-        // Room for characters that take two units in UTF-16, or up to three bytes in the ANSI code page. The
-        // text of numbers and dates is plain ASCII in any form.
-        const bool inUtf16 = wide && IsCharacterType(type);
-        const std::size_t unit = inUtf16 ? sizeof(SQLWCHAR) : 1;
-        return {.cType = static_cast<SQLSMALLINT>(inUtf16 ? SQL_C_WCHAR : SQL_C_CHAR),
-                .size = bounded ? (inUtf16 ? 2 * length + 1 : 3 * length + 1) * unit : 0,
-                .endMark = unit,
-                .data = {},
-                .lengths = {}};
-    }
-
     void Append(RowStore& into, const Fetched& field, const char* data, SQLLEN length) const {
         Cell cell;
         if (length == SQL_NULL_DATA) {
@@ -251,7 +149,7 @@ private:
             field.cType == SQL_C_WCHAR || field.cType == SQL_C_CHAR || field.cType == SQL_C_BINARY;
         std::size_t have = 0;
         if (buffer.empty())
-            buffer.resize(kLongest + 1);
+            buffer.resize(FetchForm::kLongest + 1);
         for (;;) {
             SQLLEN length = 0;
             const SQLRETURN result = SQLGetData(statement.Get(), number, field.cType, buffer.data() + have,

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "database/RowStore.h"
+#include "database/Column.h"
 
 #include <memory>
 #include <string>
@@ -13,19 +13,6 @@ class Session;
 }
 /// A login on a server; whoever uses it keeps it alive.
 using SessionPtr = std::shared_ptr<odbc::Session>;
-
-/// A column of a result.
-struct Column {
-    std::string name;
-    /// The database and table that it comes from and its name there; empty for what was worked out.
-    std::string baseDatabase;
-    std::string baseTable;
-    std::string baseName;
-    /// What the fields are when they are not null.
-    Cell::Kind kind = Cell::Kind::Text;
-    /// The server numbers new rows itself when they leave this column out.
-    bool autoNumber = false;
-};
 
 /// `name` in back-ticks.
 std::string Quoted(std::string_view name);
