@@ -208,6 +208,15 @@ go_to_own_network() {
     port_is_free 3306 || fail "port 3306 is taken, and this system does not let me have a network of my own"
 }
 
+# in_own_network: what a script does first that go_to_own_network has started anew.
+in_own_network() {
+    ip link set lo up
+    # The same number of a display is free in each network, and the files of their sockets must not meet.
+    [[ -d /tmp/.X11-unix ]] || mkdir -m 1777 /tmp/.X11-unix
+    [[ $(readlink /proc/self/ns/mnt) == "$(readlink /proc/1/ns/mnt)" ]] ||
+        mount -t tmpfs -o mode=1777 kTools /tmp/.X11-unix 2>/dev/null || true
+}
+
 # start_databases [ADDRESS...]: the private database servers, and what programs need to find them, until the
 # exit.
 start_databases() {
