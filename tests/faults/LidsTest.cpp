@@ -264,7 +264,8 @@ void Lids::Lay(const Lid& lid, const Action& action) {
             if (wasOver || now < next)
                 return;
             next = now + 200;
-            if (!lid.isOpen() && now < end && (!wasOpen || lid.again)) {
+            const bool isOpen = lid.isOpen();
+            if (!isOpen && now < end && (!wasOpen || lid.again)) {
                 if (wasOpen)
                     lid.open();
                 return;
@@ -275,7 +276,7 @@ void Lids::Lay(const Lid& lid, const Action& action) {
             wasOver = action.isOver();
             if (!wasOver && now < end)
                 return;
-            stillOpen = lid.isOpen();
+            stillOpen = isOpen;
             wasOver = true;
             lid.close();
         });
