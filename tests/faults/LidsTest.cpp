@@ -54,8 +54,9 @@ protected:
         std::function<void()> open;
         std::function<bool()> isOpen;
         std::function<void()> close;
-        /// It is laid anew where the system takes it away, as it does the title bar from the mouse when
-        /// another program's window comes to the front.
+        /// It is laid anew where it is not there, or not there any more: the system takes the title bar from
+        /// the mouse when another program's window comes to the front, and a press may miss it for the same
+        /// reason.
         bool again = false;
     };
     struct Action {
@@ -257,19 +258,23 @@ void Lids::Lay(const Lid& lid, const Action& action) {
     bool wasOver = false;
     bool stillOpen = false;
     {
+        // A press that comes sooner would be the second one of a double click.
+        const ULONGLONG pressAgain = 2 * GetDoubleClickTime();
         // The loops of menus and dragged windows lie over the test as well.
-        const support::Meanwhile look([&, end = GetTickCount64() + 120'000, next = 0ull]() mutable {
+        const support::Meanwhile look([&, end = GetTickCount64() + 120'000,
+                                       next = GetTickCount64() + (lid.again ? pressAgain : 0)]() mutable {
             // Looking costs the action's time.
             const ULONGLONG now = GetTickCount64();
             if (wasOver || now < next)
                 return;
             next = now + 200;
             const bool isOpen = lid.isOpen();
-            if (!isOpen && now < end && (!wasOpen || lid.again)) {
-                if (wasOpen)
-                    lid.open();
-                return;
+            if (!isOpen && now < end && lid.again) {
+                lid.open();
+                next = now + pressAgain;
             }
+            if (!isOpen && now < end && (lid.again || !wasOpen))
+                return;
             if (!wasOpen)
                 action.meanwhile();
             wasOpen = true;
