@@ -20,7 +20,10 @@ using modServerControl::Server;
 using standin::Command;
 using support::WaitUntil;
 
-constexpr std::chrono::minutes kLimit{3};
+/// The pause before the zone server is told to close counts two thousand million turns, which takes minutes
+/// where others have the processors too.
+constexpr std::chrono::minutes kLimit{5};
+constexpr ULONGLONG kLookFor = 1000 * std::chrono::seconds(kLimit - std::chrono::minutes(1)).count();
 
 gui::Task<> Sweep(bool& over) {
     co_await modServerControl::CloseServerDialogs();
@@ -261,7 +264,7 @@ void Lids::Lay(const Lid& lid, const Action& action) {
         // A press that comes sooner would be the second one of a double click.
         const ULONGLONG pressAgain = 2 * GetDoubleClickTime();
         // The loops of menus and dragged windows lie over the test as well.
-        const support::Meanwhile look([&, end = GetTickCount64() + 120'000,
+        const support::Meanwhile look([&, end = GetTickCount64() + kLookFor,
                                        next = GetTickCount64() + (lid.again ? pressAgain : 0)]() mutable {
             // Looking costs the action's time.
             const ULONGLONG now = GetTickCount64();
