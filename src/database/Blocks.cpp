@@ -6,11 +6,14 @@ namespace database {
 
 gui::Task<> BlockReader::Open(std::string sql) {
     auto open = [sql = std::move(sql)](const SessionPtr& session) {
-        return gui::EndedAside(std::make_unique<RowReader>(session, sql));
+        auto reader = std::make_unique<RowReader>(session, sql);
+        const std::size_t rowsToCome = reader->RowsToCome();
+        return std::pair(gui::EndedAside(std::move(reader)), rowsToCome);
     };
-    reader_ = co_await connection_.Call(open);
+    auto opened = co_await connection_.Call(open);
+    reader_ = std::move(opened.first);
+    rowsToCome_ = opened.second;
     columns_ = reader_->Columns();
-    rowsToCome_ = reader_->RowsToCome();
 }
 
 gui::Task<RowStore> BlockReader::Read(RowStore rows) {

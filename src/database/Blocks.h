@@ -15,7 +15,7 @@ public:
     /// Runs the query. Raises Error.
     gui::Task<> Open(std::string sql);
     const std::vector<Column>& Columns() const { return columns_; }
-    /// As RowReader's.
+    /// How many rows will come, where the driver knows it before they do; 0 where it does not.
     std::size_t RowsToCome() const { return rowsToCome_; }
     /// Appends the next rows, at most a thousand, and hands the store back; without more rows at the end.
     /// Raises Error; the store is gone then.

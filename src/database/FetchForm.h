@@ -27,7 +27,8 @@ struct DescribedColumn {
 };
 
 /// What the driver says of a column of the statement's result, counted from 1, and how its fields are fetched
-/// accordingly. `wide` and `utf8` are the session's answers of these names.
+/// accordingly. `wide` and `utf8` are the session's answers of these names, got before the statement ran:
+/// they may need statements of their own.
 DescribedColumn DescribeColumn(const odbc::Statement& statement, SQLUSMALLINT number, bool wide, bool utf8);
 
 } // namespace database

@@ -147,9 +147,15 @@ void Recordset::Bookmark(std::size_t row) {
     row_ = static_cast<std::ptrdiff_t>(row);
 }
 
+/// Null when the row has no such field among these.
+const Value* Recordset::FieldOf(const FieldsOfRows& rows, std::size_t row, std::size_t column) {
+    const auto fields = rows.find(row);
+    return fields != rows.end() && fields->second[column] ? &*fields->second[column] : nullptr;
+}
+
 std::optional<Value> Recordset::ServerValue(std::size_t row, std::size_t column) const {
-    if (const auto sent = sent_.find(row); sent != sent_.end() && sent->second[column])
-        return sent->second[column];
+    if (const Value* sent = FieldOf(sent_, row, column))
+        return *sent;
     if (row < read_.Rows())
         return read_.At(row, column).ToValue();
     return std::nullopt;

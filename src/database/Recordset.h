@@ -144,6 +144,7 @@ private:
     void Move(std::ptrdiff_t from, std::ptrdiff_t step);
     std::ptrdiff_t End() const { return static_cast<std::ptrdiff_t>(deleted_.size()); }
     bool InDoubt(std::size_t row) const;
+    static const Value* FieldOf(const FieldsOfRows& rows, std::size_t row, std::size_t column);
     void Merge(FieldsOfRows& into, std::size_t row, const Fields& set) const;
 
     std::size_t AddsFrom(std::size_t first, const TableWriter& writer) const;

@@ -211,12 +211,10 @@ Recordset::State Recordset::StateOf(std::size_t row) const {
 }
 
 Value Recordset::At(std::size_t row, std::size_t column) const {
-    // As in a set that was just read, all of whose rows are asked for.
-    if (local_.empty() && sent_.empty() && row < read_.Rows())
-        return read_.At(row, column).ToValue();
-    if (const auto local = local_.find(row); local != local_.end() && local->second[column])
-        return *local->second[column];
-    return ServerValue(row, column).value_or(Value());
+    for (const FieldsOfRows* changed : {&local_, &sent_})
+        if (const Value* value = FieldOf(*changed, row, column))
+            return *value;
+    return row < read_.Rows() ? read_.At(row, column).ToValue() : Value();
 }
 
 bool Recordset::IsLossy(std::size_t row, std::size_t column) const {

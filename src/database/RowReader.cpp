@@ -73,12 +73,6 @@ public:
         }
     }
 
-    std::size_t RowsToCome() const {
-        SQLLEN count = 0;
-        const bool isKnown = SQL_SUCCEEDED(SQLRowCount(statement.Get(), &count)) && count > 0;
-        return isKnown ? static_cast<std::size_t>(count) : 0;
-    }
-
     std::size_t ReadBlock(RowStore& into) {
         rowsFetched = 0;
         if (!statement.Fetch())
@@ -184,11 +178,16 @@ RowReader::RowReader(const SessionPtr& session, const std::string& sql, const st
     const SQLSMALLINT count = result_->statement.ColumnCount();
     for (SQLSMALLINT i = 1; i <= count; ++i)
         columns_.push_back(result_->Describe(static_cast<SQLUSMALLINT>(i)));
-    rowsToCome_ = result_->RowsToCome();
     result_->BindBlock();
 }
 
 RowReader::~RowReader() = default;
+
+std::size_t RowReader::RowsToCome() const {
+    SQLLEN count = 0;
+    const bool isKnown = SQL_SUCCEEDED(SQLRowCount(result_->statement.Get(), &count)) && count > 0;
+    return isKnown ? static_cast<std::size_t>(count) : 0;
+}
 
 std::size_t RowReader::Read(RowStore& rows) {
     if (columns_.empty())

@@ -28,8 +28,8 @@ public:
     RowReader& operator=(const RowReader&) = delete;
 
     const std::vector<Column>& Columns() const { return columns_; }
-    /// How many rows will come, where the driver knows it before they do; 0 where it does not.
-    std::size_t RowsToCome() const { return rowsToCome_; }
+    /// Asks the driver how many rows there are; 0 where it does not know before they have come.
+    std::size_t RowsToCome() const;
 
     /// Appends the next rows, at most a thousand, to `rows`, a store of as many columns. Returns how many
     /// they were, 0 at the end. Raises Error.
@@ -38,7 +38,6 @@ public:
 private:
     class Result;
     std::vector<Column> columns_;
-    std::size_t rowsToCome_ = 0;
     std::unique_ptr<Result> result_;
 };
 
