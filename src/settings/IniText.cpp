@@ -2,9 +2,8 @@
 
 #include "common/Text.h"
 
-#include <algorithm>
+#include <unordered_map>
 #include <utility>
-#include <vector>
 
 namespace settings {
 
@@ -16,50 +15,9 @@ bool IsEntryOf(std::string_view line, std::string_view key) {
     return line.find('=') == key.size() && line.starts_with(key);
 }
 
-/// The keys that are to have values. They stand in one piece of memory, as a node for each would take longer
-/// to make than most texts to be walked through.
-class Wanted {
-public:
-    struct Key {
-        std::string_view name;
-        std::string_view value;
-        bool found = false;
-    };
-
-    /// The last value of a key counts.
-    explicit Wanted(std::span<const Entry> entries) {
-        keys_.reserve(entries.size());
-        for (const Entry& entry : entries) {
-            const auto place = PlaceOf(entry.key);
-            if (place != keys_.end() && place->name == entry.key)
-                place->value = entry.value;
-            else
-                keys_.insert(place, {entry.key, entry.value});
-        }
-    }
-
-    /// Null for a key that is not among them.
-    Key* Find(std::string_view name) {
-        const auto place = PlaceOf(name);
-        return place != keys_.end() && place->name == name ? &*place : nullptr;
-    }
-
-private:
-    std::vector<Key>::iterator PlaceOf(std::string_view name) {
-        // By length first: most keys that are compared differ in that already.
-        const auto isBefore = [](std::string_view left, std::string_view right) {
-            return left.size() != right.size() ? left.size() < right.size() : left < right;
-        };
-        return std::ranges::lower_bound(keys_, name, isBefore, &Key::name);
-    }
-
-    std::vector<Key> keys_;
-};
-
-/// `text` is what `result` ends in.
-void EndLastLine(std::string& result, std::string_view text) {
+void EndLastLine(std::string& text) {
     if (!text.empty() && !text.ends_with('\r') && !text.ends_with('\n'))
-        result += kLineEnd;
+        text += kLineEnd;
 }
 
 } // namespace
@@ -79,7 +37,16 @@ std::string TextWithValue(std::string_view text, std::string_view key, std::stri
 }
 
 std::string TextWithValues(std::string_view text, std::span<const Entry> entries) {
-    Wanted wanted(entries);
+    struct Wanted {
+        std::string_view value;
+        bool found = false;
+    };
+    // The last value of a key counts.
+    std::unordered_map<std::string_view, Wanted> wanted;
+    wanted.reserve(entries.size());
+    for (const Entry& entry : entries)
+        wanted[entry.key].value = entry.value;
+
     std::string result;
     result.reserve(text.size() + 64 * entries.size());
     // What stays is copied in as long pieces as it comes in.
@@ -88,23 +55,23 @@ std::string TextWithValues(std::string_view text, std::span<const Entry> entries
     while (!rest.empty()) {
         const common::Line line = common::NextLine(rest);
         const std::size_t equals = line.text.find('=');
-        Wanted::Key* key = equals == line.text.npos ? nullptr : wanted.Find(line.text.substr(0, equals));
-        if (!key)
+        const auto key = equals == line.text.npos ? wanted.end() : wanted.find(line.text.substr(0, equals));
+        if (key == wanted.end())
             continue;
-        key->found = true;
+        key->second.found = true;
         result.append(stays.substr(0, static_cast<std::size_t>(line.text.data() - stays.data())));
-        result.append(key->name).append("=").append(key->value).append(kLineEnd);
+        result.append(key->first).append("=").append(key->second.value).append(kLineEnd);
         stays = rest;
     }
     result.append(stays);
-    EndLastLine(result, stays);
+    EndLastLine(result);
     bool isNew = text.empty();
     for (const Entry& entry : entries) {
-        Wanted::Key* key = wanted.Find(entry.key);
+        Wanted& key = wanted[entry.key];
         // A key is appended where it came first.
-        if (std::exchange(key->found, true))
+        if (std::exchange(key.found, true))
             continue;
-        result.append(key->name).append("=").append(key->value);
+        result.append(entry.key).append("=").append(key.value);
         // A value that brings its own line end gets no second one, save in a new file.
         if (std::exchange(isNew, false) || !result.ends_with(kLineEnd))
             result += kLineEnd;
@@ -116,7 +83,7 @@ std::string TextWithSection(std::string_view text, std::string_view name) {
     std::string result;
     result.reserve(text.size() + name.size() + 16);
     result.append(text);
-    EndLastLine(result, text);
+    EndLastLine(result);
     if (!result.empty())
         result += kLineEnd;
     return result.append("[").append(name).append("]").append(kLineEnd).append(kLineEnd);
