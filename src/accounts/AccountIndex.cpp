@@ -9,12 +9,6 @@
 
 namespace accounts {
 
-namespace {
-
-constexpr std::uint32_t kEnd = std::numeric_limits<std::uint32_t>::max();
-
-} // namespace
-
 AccountIndex::AccountIndex(std::size_t rows, const std::function<AccountKey(std::size_t row)>& keyOf) {
     names_.reserve(rows);
     ids_.reserve(rows);

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <limits>
 #include <optional>
 #include <string>
 #include <utility>
@@ -42,6 +43,7 @@ private:
 
     /// A row in a chain; a number this small makes the chains half as large.
     using Link = std::uint32_t;
+    static constexpr Link kEnd = std::numeric_limits<Link>::max();
 
     std::size_t ChainOf(const std::string& name) const;
     std::vector<std::size_t> RowsOfName(const std::string& name) const;
