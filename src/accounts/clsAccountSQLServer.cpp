@@ -104,9 +104,9 @@ gui::Task<std::int16_t> clsAccountSQL::UpdateAccountSQL() {
     Begin();
     std::int16_t done = 0;
     try {
-        database::Recordset::Check check = [this](std::size_t row, const database::Fields& set) {
-            return CheckName(row, set);
-        };
+        database::Recordset::Check check{
+            {columns_[kName]},
+            [this](std::size_t row, const database::Fields& set) { return CheckName(row, set); }};
         co_await recordset_.UpdateBatch(std::move(check));
         done = 1;
     } catch (const RuntimeError& error) {
@@ -120,10 +120,8 @@ gui::Task<std::int16_t> clsAccountSQL::UpdateAccountSQL() {
 
 /// The checks while typing compare with the accounts as they were read; players register meanwhile.
 gui::Task<> clsAccountSQL::CheckName(std::size_t row, database::Fields set) {
-    const auto name = set[columns_[kName]];
-    if (!name)
-        co_return;
-    const std::vector<database::Value> asked{*name};
+    const database::Value name = *set[columns_[kName]];
+    const std::vector<database::Value> asked{name};
     const database::Answer found =
         co_await connection_.ReadAll("SELECT AID, Name FROM glogin.account WHERE Name = ?", asked);
     const auto isOwn = [&](const database::Value& id) {
@@ -135,7 +133,7 @@ gui::Task<> clsAccountSQL::CheckName(std::size_t row, database::Fields set) {
     for (std::size_t i = 0; i < found.Count(); ++i) {
         const database::Value id = found.At(i, 0);
         // The server finds names in other capitals too.
-        if (found.At(i, 1) == *name && !isOwn(id))
+        if (found.At(i, 1) == name && !isOwn(id))
             throw database::Error(kNameTaken, "The name belongs to account " + id.AsText() + " by now.");
     }
 }

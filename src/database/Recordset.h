@@ -21,8 +21,13 @@ class Recordset {
 public:
     /// Told the number of rows read so far after every block of them.
     using Progress = std::function<void(std::size_t rows)>;
-    /// Told the row and the fields of a change that is about to be sent.
-    using Check = std::function<gui::Task<>(std::size_t row, const Fields& set)>;
+    /// Asked before the changes that set one of its columns, with their row and fields. An Error that it
+    /// raises prevents the change.
+    struct Check {
+        std::vector<std::size_t> columns;
+        std::function<gui::Task<>(std::size_t row, const Fields& set)> ask;
+        bool Concerns(const Fields& set) const;
+    };
     /// A change that was not made, and why.
     struct Refusal {
         std::size_t row;
@@ -86,8 +91,7 @@ public:
     /// sent stays sent. A change that the server or a change of somebody else prevents (kRowChanged) stays
     /// here and the ones behind it are tried; when one of these is of the same row, both are tried as one
     /// there. The first error is raised at the end. When the connection is lost the rest stays here at once.
-    /// Either way UpdateBatch can be tried again. `check` is asked before each change; an Error that it
-    /// raises prevents the change.
+    /// Either way UpdateBatch can be tried again.
     gui::Task<> UpdateBatch(Check check = {});
     /// What the last UpdateBatch met, in the order of the changes.
     const std::vector<Refusal>& Refusals() const { return refusals_; }
@@ -131,6 +135,12 @@ private:
         Fields set;
         bool inDoubt = false;
     };
+    /// What the server said to a change.
+    struct Answered {
+        /// The number that it gave to a new row; null where it gave none.
+        Value number;
+        std::optional<Error> error;
+    };
     struct Edit {
         bool adding = false;
         Fields set;
@@ -150,7 +160,10 @@ private:
     std::size_t AddsFrom(std::size_t first, const TableWriter& writer) const;
     using Writer = std::shared_ptr<TableWriter>;
     gui::Task<> SendAdds(std::size_t first, std::size_t count, Writer writer, std::vector<bool>& done);
-    gui::Task<> SendOne(Change& change, Writer writer);
+    std::size_t InOneCall(std::size_t first, const Check& check) const;
+    static Answered SendOn(TableWriter& writer, const Change& change, const Fields& known);
+    gui::Task<> SendEach(std::size_t first, std::size_t count, Writer writer, std::vector<bool>& done);
+    void Refuse(std::size_t change, const Error& error, std::vector<bool>& done);
     bool HandOn(std::size_t refused, std::vector<bool>& done);
     void TakeSent(const std::vector<bool>& done);
 

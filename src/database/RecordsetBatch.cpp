@@ -6,7 +6,9 @@
 
 namespace database {
 
-// ---- Sending
+bool Recordset::Check::Concerns(const Fields& set) const {
+    return std::ranges::any_of(columns, [&set](std::size_t column) { return set[column].has_value(); });
+}
 
 gui::Task<> Recordset::UpdateBatch(Check check) {
     FinishEdit();
@@ -19,38 +21,39 @@ gui::Task<> Recordset::UpdateBatch(Check check) {
     };
     const Writer writer = co_await connection_->Call(make);
     std::vector<bool> done(changes_.size());
+    std::size_t triedTogether = 0;
     for (std::size_t i = 0; i < changes_.size();) {
-        // Changes are checked one by one, each after those before it have arrived.
-        const std::size_t adds = done[i] || check ? 0 : AddsFrom(i, *writer);
-        bool sending = false;
+        if (done[i]) {
+            ++i;
+            continue;
+        }
+        // Adds that failed together are tried again one by one.
+        const std::size_t adds = check.ask || i < triedTogether ? 0 : AddsFrom(i, *writer);
+        const std::size_t inOneCall = InOneCall(i, check);
         std::optional<Error> error;
         try {
-            if (check && !done[i])
-                co_await check(changes_[i].row, changes_[i].set);
-            sending = true;
+            // A change is checked after those before it have arrived.
+            if (check.Concerns(changes_[i].set))
+                co_await check.ask(changes_[i].row, changes_[i].set);
             if (adds > 1)
                 co_await SendAdds(i, adds, writer, done);
-            else if (!done[i])
-                co_await SendOne(changes_[i], writer);
+            else
+                co_await SendEach(i, inOneCall, writer, done);
         } catch (const Error& raised) {
             error = raised;
         }
-        if (!error) {
-            done[i] = true;
-            i += std::max<std::size_t>(adds, 1);
-        } else if (error->ConnectionLost()) {
-            changes_[i].inDoubt = changes_[i].inDoubt || sending;
+        if (error && error->ConnectionLost()) {
             TakeSent(done);
             throw Error(*error);
-        } else if (adds <= 1) {
-            // The server has answered: the change is not there.
-            if (sending)
-                changes_[i].inDoubt = false;
-            if (!HandOn(i, done))
-                refusals_.push_back({changes_[i].row, *error});
-            ++i;
         }
-        // Adds that failed together are tried again one by one.
+        if (adds > 1) {
+            triedTogether = i + adds;
+        } else if (error) {
+            Refuse(i, *error, done);
+            ++i;
+        } else {
+            i += inOneCall;
+        }
     }
     TakeSent(done);
     if (!refusals_.empty())
@@ -113,26 +116,87 @@ gui::Task<> Recordset::SendAdds(std::size_t first, std::size_t count, Writer wri
     }
 }
 
-gui::Task<> Recordset::SendOne(Change& change, Writer writer) {
-    Fields known(columns_.size());
-    if (change.kind != Kind::Add)
-        for (std::size_t column = 0; column < known.size(); ++column)
-            known[column] = ServerValue(change.row, column);
-    auto send = [writer, kind = change.kind, set = change.set, inDoubt = change.inDoubt,
-                 known = std::move(known)](const SessionPtr&) {
-        const auto before = [&known](std::size_t column) { return known[column]; };
-        if (kind == Kind::Add)
-            return writer->Insert(set, inDoubt);
-        if (kind == Kind::Update)
-            writer->Update(before, set, inDoubt);
-        else
-            writer->Delete(before, inDoubt);
-        return Value();
+/// How many changes from this one on, at least one, may go to the server in one call, one after the other.
+/// What becomes of one of them must not matter to the others.
+std::size_t Recordset::InOneCall(std::size_t first, const Check& check) const {
+    // They share the time that the server has for a call.
+    constexpr std::size_t kMost = 20;
+    std::unordered_set<std::size_t> rows;
+    const auto matters = [&](const Change& change) {
+        return change.kind != Kind::Update || change.inDoubt || check.Concerns(change.set) ||
+               !rows.insert(change.row).second;
     };
-    Value number = co_await connection_->Call(send);
-    if (!number.IsNull())
-        change.set[*writer->AutoNumber()] = std::move(number);
-    Merge(sent_, change.row, change.set);
+    const auto begin = changes_.begin() + static_cast<std::ptrdiff_t>(first);
+    const auto end = changes_.begin() + static_cast<std::ptrdiff_t>(std::min(first + kMost, changes_.size()));
+    return static_cast<std::size_t>(std::max<std::ptrdiff_t>(std::find_if(begin, end, matters) - begin, 1));
+}
+
+Recordset::Answered Recordset::SendOn(TableWriter& writer, const Change& change, const Fields& known) {
+    const auto before = [&known](std::size_t column) { return known[column]; };
+    Answered answered;
+    try {
+        if (change.kind == Kind::Add)
+            answered.number = writer.Insert(change.set, change.inDoubt);
+        else if (change.kind == Kind::Update)
+            writer.Update(before, change.set, change.inDoubt);
+        else
+            writer.Delete(before, change.inDoubt);
+    } catch (const Error& error) {
+        answered.error = error;
+    }
+    return answered;
+}
+
+gui::Task<> Recordset::SendEach(std::size_t first, std::size_t count, Writer writer,
+                                std::vector<bool>& done) {
+    std::vector<std::pair<Change, Fields>> sending;
+    for (std::size_t i = first; i < first + count; ++i) {
+        Fields known(columns_.size());
+        for (std::size_t column = 0; column < known.size() && changes_[i].kind != Kind::Add; ++column)
+            known[column] = ServerValue(changes_[i].row, column);
+        sending.emplace_back(changes_[i], std::move(known));
+    }
+    auto send = [writer, sending = std::move(sending)](const SessionPtr&) {
+        std::vector<Answered> answers;
+        for (const auto& [change, known] : sending) {
+            answers.push_back(SendOn(*writer, change, known));
+            if (answers.back().error && answers.back().error->ConnectionLost())
+                break;
+        }
+        return answers;
+    };
+    std::vector<Answered> answers;
+    try {
+        std::vector<Answered> came = co_await connection_->Call(send);
+        answers = std::move(came);
+    } catch (const Error& error) {
+        for (std::size_t i = first; i < first + count && error.ConnectionLost(); ++i)
+            changes_[i].inDoubt = true;
+        throw;
+    }
+    for (std::size_t i = first; i < first + answers.size(); ++i) {
+        Answered& answered = answers[i - first];
+        Change& change = changes_[i];
+        if (answered.error && answered.error->ConnectionLost()) {
+            change.inDoubt = true;
+            throw Error(*answered.error);
+        }
+        if (answered.error) {
+            // The server has answered: the change is not there.
+            change.inDoubt = false;
+            Refuse(i, *answered.error, done);
+            continue;
+        }
+        if (!answered.number.IsNull())
+            change.set[*writer->AutoNumber()] = std::move(answered.number);
+        Merge(sent_, change.row, change.set);
+        done[i] = true;
+    }
+}
+
+void Recordset::Refuse(std::size_t change, const Error& error, std::vector<bool>& done) {
+    if (!HandOn(change, done))
+        refusals_.push_back({changes_[change].row, error});
 }
 
 /// Puts a change that was refused into the next one of its row, which corrects it or takes the row away and
@@ -171,115 +235,6 @@ void Recordset::TakeSent(const std::vector<bool>& done) {
     // A row with some changes sent and some not looks here as it will when all are.
     for (const Change& change : changes_)
         Merge(local_, change.row, change.set);
-}
-
-// ---- The rows and what waits for them
-
-std::vector<std::size_t> Recordset::Rows() const {
-    std::vector<std::size_t> rows;
-    rows.reserve(count_);
-    for (std::size_t row = 0; row < deleted_.size(); ++row) {
-        if (!deleted_[row])
-            rows.push_back(row);
-    }
-    return rows;
-}
-
-std::vector<std::size_t> Recordset::PendingRows() const {
-    std::vector<std::size_t> rows;
-    std::unordered_set<std::size_t> seen;
-    for (const Change& change : changes_) {
-        if (seen.insert(change.row).second)
-            rows.push_back(change.row);
-    }
-    return rows;
-}
-
-Recordset::State Recordset::StateOf(std::size_t row) const {
-    auto state = State::Unchanged;
-    for (const Change& change : changes_) {
-        if (change.row != row)
-            continue;
-        if (change.kind == Kind::Delete)
-            return State::Deleted;
-        if (change.kind == Kind::Add)
-            state = State::Added;
-        else if (state == State::Unchanged)
-            state = State::Changed;
-    }
-    return state;
-}
-
-Value Recordset::At(std::size_t row, std::size_t column) const {
-    for (const FieldsOfRows* changed : {&local_, &sent_})
-        if (const Value* value = FieldOf(*changed, row, column))
-            return *value;
-    return row < read_.Rows() ? read_.At(row, column).ToValue() : Value();
-}
-
-bool Recordset::IsLossy(std::size_t row, std::size_t column) const {
-    return row < read_.Rows() && read_.At(row, column).lossy &&
-           At(row, column) == read_.At(row, column).ToValue();
-}
-
-bool Recordset::IsAsOnServer(std::size_t row) const {
-    const State state = StateOf(row);
-    if (state != State::Changed)
-        return state == State::Unchanged;
-    for (std::size_t column = 0; column < columns_.size(); ++column) {
-        if (At(row, column) != ServerValue(row, column))
-            return false;
-    }
-    return true;
-}
-
-bool Recordset::MayHaveArrived(std::size_t row, std::size_t column) const {
-    return std::ranges::any_of(changes_, [&](const Change& change) {
-        return change.row == row && change.inDoubt && change.set[column].has_value();
-    });
-}
-
-bool Recordset::InDoubt(std::size_t row) const {
-    return std::ranges::any_of(changes_,
-                               [row](const Change& change) { return change.row == row && change.inDoubt; });
-}
-
-bool Recordset::TakeBack(std::size_t row) {
-    FinishEdit();
-    if (InDoubt(row))
-        return false;
-    const State state = StateOf(row);
-    std::erase_if(changes_, [row](const Change& change) { return change.row == row; });
-    local_.erase(row);
-    if (state == State::Added) {
-        deleted_[row] = true;
-        --count_;
-    } else if (state == State::Deleted) {
-        deleted_[row] = false;
-        ++count_;
-    }
-    return true;
-}
-
-bool Recordset::TakeBack(std::size_t row, std::size_t column) {
-    FinishEdit();
-    if (InDoubt(row))
-        return false;
-    for (Change& change : changes_) {
-        if (change.row == row)
-            change.set[column].reset();
-    }
-    std::erase_if(changes_, [row](const Change& change) {
-        return change.row == row && change.kind == Kind::Update &&
-               std::ranges::none_of(change.set, [](const auto& value) { return value.has_value(); });
-    });
-    if (const auto local = local_.find(row); local != local_.end())
-        local->second[column].reset();
-    return true;
-}
-
-void Recordset::Forget(std::size_t row) {
-    std::erase_if(changes_, [row](const Change& change) { return change.row == row; });
 }
 
 } // namespace database

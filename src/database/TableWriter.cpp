@@ -2,8 +2,6 @@
 
 #include "common/Text.h"
 #include "database/Error.h"
-#include "database/Odbc.h"
-#include "database/Parameters.h"
 
 #include <algorithm>
 
@@ -36,7 +34,7 @@ TableWriter::TableWriter(SessionPtr session, std::vector<Column> columns, std::v
         if (at != columns_.end())
             key_.push_back(static_cast<std::size_t>(at - columns_.begin()));
     }
-    // The query may have left out columns_ of the key, and those that it read can be alike in several rows.
+    // The query may have left out columns of the key, and those that it read can be alike in several rows.
     hasKey_ = !names.empty() && key_.size() == names.size();
     if (!hasKey_) {
         key_.clear();
@@ -114,18 +112,23 @@ std::optional<Answer> TableWriter::FindSame(const Before& before) const {
     return row;
 }
 
-std::int64_t TableWriter::Send(const std::string& sql, const std::vector<Value>& values) const {
-    odbc::Statement statement(session_);
-    statement.Prepare(sql);
-    Parameters parameters;
-    parameters.Fill(statement.Owner().WideText(), 1, values.size(),
-                    [&values](std::size_t, std::size_t column) { return Cell::Of(values[column]); });
-    parameters.BindRows(statement);
-    statement.Execute();
-    return statement.RowCount();
+std::int64_t TableWriter::Send(const std::string& sql, const std::vector<Value>& values) {
+    // A statement that fails is not used again.
+    std::unique_ptr<odbc::Statement> statement = std::move(statement_);
+    if (!statement || sql != sql_) {
+        statement = std::make_unique<odbc::Statement>(session_);
+        statement->Prepare(sql);
+        sql_ = sql;
+    }
+    parameters_.Fill(session_->WideText(), 1, values.size(),
+                     [&values](std::size_t, std::size_t column) { return Cell::Of(values[column]); });
+    parameters_.BindRows(*statement);
+    statement->Execute();
+    statement_ = std::move(statement);
+    return statement_->RowCount();
 }
 
-std::int64_t TableWriter::SendUpdate(const Fields& set, const Clause& where) const {
+std::int64_t TableWriter::SendUpdate(const Fields& set, const Clause& where) {
     std::string assignments;
     std::vector<Value> values;
     for (std::size_t i = 0; i < set.size(); ++i) {

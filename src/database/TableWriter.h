@@ -1,8 +1,11 @@
 #pragma once
 
+#include "database/Odbc.h"
+#include "database/Parameters.h"
 #include "database/Query.h"
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -58,8 +61,8 @@ private:
     Clause Address(const Before& before) const;
     std::optional<Answer> Find(const Clause& where) const;
     std::optional<Answer> FindSame(const Before& before) const;
-    std::int64_t Send(const std::string& sql, const std::vector<Value>& values) const;
-    std::int64_t SendUpdate(const Fields& set, const Clause& where) const;
+    std::int64_t Send(const std::string& sql, const std::vector<Value>& values);
+    std::int64_t SendUpdate(const Fields& set, const Clause& where);
     [[noreturn]] void RaiseChanged(const Clause& address) const;
 
     SessionPtr session_;
@@ -70,6 +73,10 @@ private:
     std::vector<std::size_t> key_;
     bool hasKey_ = false;
     std::optional<std::size_t> autoNumber_;
+    /// What was sent last: changes that look alike are prepared once.
+    std::string sql_;
+    std::unique_ptr<odbc::Statement> statement_;
+    Parameters parameters_;
 };
 
 } // namespace database

@@ -46,6 +46,28 @@ protected:
         set.Field("AID", key);
         set.Field("Name", name);
     }
+    /// With a trigger that sleeps at one of the rows.
+    void UpdateUntilTheServerIsKilled() {
+        std::unique_ptr<support::ServerDown> down;
+        // Not every driver manager lets a second thread use a connection that is busy.
+        support::Client watching;
+        watching.Open(support::RootConnection());
+        std::thread killer([&] {
+            support::WaitUntil([&] {
+                return Rows(watching,
+                            "SELECT COUNT(*) FROM information_schema.processlist WHERE State = 'User "
+                            "sleep'")[0] == "1";
+            });
+            down = std::make_unique<support::ServerDown>();
+        });
+        EXPECT_NE(ErrorNumber([&] { support::Run(set.UpdateBatch()); }), 0);
+        killer.join();
+        const std::size_t pending = set.PendingChanges();
+        EXPECT_EQ(ErrorNumber([&] { support::Run(set.UpdateBatch()); }), 2002);
+        EXPECT_EQ(set.PendingChanges(), pending);
+        down.reset();
+        root.Revive();
+    }
 
     Connection own;
     Recordset set;
@@ -261,29 +283,33 @@ TEST_F(RecordsetTest, AServerKilledInTheMiddleOfABatchLosesNothing) {
     }
     Rename(1, "last");
     set.Update();
-    {
-        std::unique_ptr<support::ServerDown> down;
-        // Not every driver manager lets a second thread use a connection that is busy.
-        support::Client watching;
-        watching.Open(support::RootConnection());
-        std::thread killer([&] {
-            support::WaitUntil([&] {
-                return Rows(watching,
-                            "SELECT COUNT(*) FROM information_schema.processlist WHERE State = 'User "
-                            "sleep'")[0] == "1";
-            });
-            down = std::make_unique<support::ServerDown>();
-        });
-        EXPECT_NE(ErrorNumber([&] { support::Run(set.UpdateBatch()); }), 0);
-        killer.join();
-        EXPECT_EQ(ErrorNumber([&] { support::Run(set.UpdateBatch()); }), 2002);
-        EXPECT_EQ(set.PendingChanges(), 92u);
-    }
-    root.Revive();
+    UpdateUntilTheServerIsKilled();
+    EXPECT_EQ(set.PendingChanges(), 92u);
     root.Execute("DROP TRIGGER glogin.hold");
     support::Run(set.UpdateBatch());
     EXPECT_EQ(Stored("COUNT(*), SUM(AID), MIN(Name), MAX(AID = 50), MAX(Name = 'last')"),
               (Lines{"93|5009|cid|1|1"}));
+}
+
+TEST_F(RecordsetTest, ChangesThatShareACallEndEachForItself) {
+    for (int key = 10; key < 70; ++key)
+        root.Execute("INSERT INTO glogin.account (AID, Name) VALUES (" + std::to_string(key) + ",'row')");
+    support::Run(set.Open(own, kAll));
+    for (int key = 10; key < 70; ++key) {
+        Find(key);
+        set.Field("Name", "new");
+        set.Update();
+    }
+    root.Execute("UPDATE glogin.account SET Name='theirs' WHERE AID=32");
+    root.Execute("CREATE TRIGGER glogin.hold BEFORE UPDATE ON glogin.account FOR EACH ROW "
+                 "IF NEW.AID = 45 THEN SET NEW.Points = SLEEP(60); END IF");
+    UpdateUntilTheServerIsKilled();
+    // Those from 45 on, and the one that is refused.
+    EXPECT_EQ(set.PendingChanges(), 26u);
+    root.Execute("DROP TRIGGER glogin.hold");
+    EXPECT_EQ(ErrorNumber([&] { support::Run(set.UpdateBatch()); }), kRowChanged);
+    EXPECT_EQ(set.PendingChanges(), 1u);
+    EXPECT_EQ(Stored("SUM(Name = 'new'), SUM(Name = 'theirs'), SUM(Name = 'row')"), (Lines{"59|1|0"}));
 }
 
 } // namespace
