@@ -23,6 +23,11 @@ public:
     Console(HINSTANCE instance, int showCommand, bool quiet);
 
 private:
+    static constexpr UINT_PTR kMessageTimer = 1;
+    static constexpr UINT_PTR kClockTimer = 2;
+    static constexpr COLORREF kPaper = RGB(24, 26, 31);
+
+    static std::string FullName();
     static LRESULT CALLBACK MainProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
     static LRESULT CALLBACK KeepingMemoProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
     LRESULT Handle(UINT message, WPARAM wParam, LPARAM lParam);
@@ -41,6 +46,8 @@ private:
     HWND MakeChild(HWND parent, const char* windowClass, const char* text, DWORD style, DWORD exStyle = 0,
                    int id = 0);
 
+    /// The program's console.
+    inline static Console* only_ = nullptr;
     HINSTANCE instance_;
     Gdi<HFONT, DeleteObject> font_;
     Gdi<HFONT, DeleteObject> headFont_;
