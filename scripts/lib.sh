@@ -121,14 +121,15 @@ end_group() {
     kill -KILL -- "-$1" 2>/dev/null
 }
 
-# ending_with_this COMMAND...: runs it and waits for it, as a process group that is ended when this script is told
-# to end meanwhile. A shell hears of that only behind a command that it runs in its own group. What the command
-# itself cleans up may take a minute.
+# ending_with_this SECONDS COMMAND...: runs it and waits for it, as a process group that is ended when this script is
+# told to end meanwhile, and has that time to clean up after itself. A shell hears of that only behind a command
+# that it runs in its own group.
 ending_with_this() {
-    local status
+    local seconds=$1 status
+    shift
     set -m
     "$@" </dev/null &
-    on_exit "end_group $! 60"
+    on_exit "end_group $! $seconds"
     set +m
     wait "$!"
     status=$?

@@ -65,8 +65,8 @@ make_root() {
     # shellcheck disable=SC2046
     if ! "${try[@]}" true 2>"$log"; then
         no_root="neither root nor allowed a user namespace with users of its own (newuidmap, /etc/subuid)"
-    elif ! EUID_OUTSIDE=$EUID unlocked ending_with_this "${try[@]}" "$top/scripts/make-root" "$folder.new" \
-        $(root_recipe "$1") >"$log" 2>&1; then
+    elif ! EUID_OUTSIDE=$EUID unlocked ending_with_this 60 "${try[@]}" "$top/scripts/make-root" \
+        "$folder.new" $(root_recipe "$1") >"$log" 2>&1; then
         no_root="the root $1 could not be made: $(grep -E '^E:|^W: Failed|could not|no mirror' "$log" | head -n 1)"
     else
         "${try[@]}" rm -rf --one-file-system "$folder"
