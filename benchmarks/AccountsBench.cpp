@@ -53,9 +53,14 @@ void MeasureStore(support::Client& root, int accounts) {
 /// Until an account is shown and drawn. Looks after each message, as those that list the names go on for
 /// long.
 void WaitForAccount(frmAccountEditor& form) {
+    constexpr ULONGLONG kLimit = 60'000;
+    const ULONGLONG end = GetTickCount64() + kLimit;
     MSG message;
-    while (form.txtAccountID.Text().empty() && GetMessageA(&message, nullptr, 0, 0) > 0)
+    while (form.txtAccountID.Text().empty() && GetMessageA(&message, nullptr, 0, 0) > 0) {
         gui::Dispatch(message);
+        if (GetTickCount64() > end)
+            throw std::runtime_error("the editor shows no account");
+    }
     RedrawWindow(form.Window(), nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
 }
 

@@ -147,7 +147,7 @@ protected:
     }
     /// So many characters of a tooltip newer systems give back.
     static constexpr std::size_t kHintLength = 79;
-    /// The tooltip of a form's control, so far.
+    /// The beginning of the tooltip of a form's control.
     static std::string Hint(const gui::Form& form, const gui::Control& control) {
         char text[1024] = "";
         TTTOOLINFOA tool{};

@@ -23,7 +23,7 @@ using support::WaitUntil;
 /// The pause before the zone server is told to close counts two thousand million turns, which takes minutes
 /// where others have the processors too.
 constexpr std::chrono::minutes kLimit{5};
-constexpr ULONGLONG kLookFor = 1000 * std::chrono::seconds(kLimit - std::chrono::minutes(1)).count();
+constexpr ULONGLONG kLookFor = std::chrono::milliseconds(kLimit - std::chrono::minutes(1)).count();
 
 gui::Task<> Sweep(bool& over) {
     co_await modServerControl::CloseServerDialogs();
@@ -271,20 +271,20 @@ void Lids::Lay(const Lid& lid, const Action& action) {
             if (wasOver || now < next)
                 return;
             next = now + 200;
-            const bool isOpen = lid.isOpen();
-            if (!isOpen && now < end && lid.again) {
-                lid.open();
-                next = now + pressAgain;
-            }
-            if (!isOpen && now < end && (lid.again || !wasOpen))
+            if (now < end && (lid.again || !wasOpen) && !lid.isOpen()) {
+                if (lid.again) {
+                    lid.open();
+                    next = now + pressAgain;
+                }
                 return;
+            }
             if (!wasOpen)
                 action.meanwhile();
             wasOpen = true;
             wasOver = action.isOver();
             if (!wasOver && now < end)
                 return;
-            stillOpen = isOpen;
+            stillOpen = lid.isOpen();
             wasOver = true;
             lid.close();
         });
