@@ -103,6 +103,7 @@ private:
 template <class Work> gui::Task<std::invoke_result_t<Work&, const SessionPtr&>> Connection::Call(Work& work) {
     auto call = [session = Session(), before = std::exchange(state_->before, {}),
                  work = std::move(work)]() mutable {
+        const SessionUse use(session);
         if (!before.empty())
             TryExecute(session, before);
         return work(session);

@@ -6,6 +6,18 @@
 #include <algorithm>
 #include <vector>
 
+namespace database {
+
+SessionUse::SessionUse(SessionPtr session) : session_(std::move(session)) {
+    session_->InUse().lock();
+}
+
+SessionUse::~SessionUse() {
+    session_->InUse().unlock();
+}
+
+} // namespace database
+
 namespace database::odbc {
 
 namespace {
@@ -202,6 +214,11 @@ std::string Session::ToPrepare(std::string sql) {
 
 Statement::Statement(SessionPtr session)
     : session_(std::move(session)), handle_(Allocate(SQL_HANDLE_STMT, SQL_HANDLE_DBC, session_->Get())) {}
+
+Statement::~Statement() {
+    const SessionUse use(session_);
+    handle_.reset();
+}
 
 void Statement::Check(SQLRETURN result, const char* name) const {
     if (!HasSucceeded(result))

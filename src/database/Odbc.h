@@ -8,6 +8,7 @@
 #include <sql.h>
 #include <sqlext.h>
 
+#include <mutex>
 #include <optional>
 #include <string>
 
@@ -40,6 +41,8 @@ public:
     Session& operator=(const Session&) = delete;
 
     SQLHDBC Get() const { return connection_.get(); }
+    /// Held by SessionUse.
+    std::recursive_mutex& InUse() { return inUse_; }
 
     /// True when the driver speaks UTF-16. The others (MySQL ODBC 3.51 and older) hand through the bytes of
     /// the server's connection character set, which is the ANSI code page's in a usual installation.
@@ -58,6 +61,7 @@ private:
     /// What the driver says of itself or of the server.
     std::string Told(SQLUSMALLINT what) const;
 
+    std::recursive_mutex inUse_;
     common::Handle<SQLHANDLE, FreeEnvironment> environment_;
     common::Handle<SQLHANDLE, FreeConnection> connection_;
     std::optional<bool> wideText_;
@@ -72,6 +76,9 @@ private:
 class Statement {
 public:
     explicit Statement(SessionPtr session);
+    ~Statement();
+    Statement(const Statement&) = delete;
+    Statement& operator=(const Statement&) = delete;
 
     SQLHSTMT Get() const { return handle_.get(); }
     Session& Owner() const { return *session_; }

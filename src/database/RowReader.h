@@ -14,6 +14,21 @@ class Session;
 /// A login on a server; whoever uses it keeps it alive.
 using SessionPtr = std::shared_ptr<odbc::Session>;
 
+/// Keeps other threads out of a session. Calls aside and the end of what belongs to the session, which comes
+/// on whichever thread lets it go last, would meet in the driver otherwise: MariaDB's 3.2 locks itself up
+/// when one thread begins a statement while another one ends its own, and with it every other connection. A
+/// thread may hold it several times.
+class SessionUse {
+public:
+    explicit SessionUse(SessionPtr session);
+    ~SessionUse();
+    SessionUse(const SessionUse&) = delete;
+    SessionUse& operator=(const SessionUse&) = delete;
+
+private:
+    SessionPtr session_;
+};
+
 /// `name` in back-ticks.
 std::string Quoted(std::string_view name);
 

@@ -1,4 +1,5 @@
 #include "database/Connection.h"
+#include "database/Blocks.h"
 #include "database/Error.h"
 #include "database/Odbc.h"
 #include "support/Database.h"
@@ -76,6 +77,19 @@ TEST_F(ConnectionTest, LogsInWithoutUserAndOutlivesARestart) {
     }
     support::Run(anonymous.Revive());
     EXPECT_EQ(support::Run(anonymous.Execute("SELECT 1")), 1);
+}
+
+// Drivers have locked themselves up over this, with all connections of the program.
+TEST_F(ConnectionTest, AReaderThatEndsAsideDoesNotMeetTheNextCall) {
+    Connection connection;
+    Open(connection, support::RootConnection());
+    for (int i = 0; i < 5000; ++i) {
+        {
+            BlockReader reader(connection);
+            support::Run(reader.Open("SELECT 1"));
+        }
+        ASSERT_EQ(support::Run(connection.Scalar("SELECT 2")), Value(2)) << i;
+    }
 }
 
 } // namespace
