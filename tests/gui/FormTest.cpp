@@ -352,8 +352,10 @@ TEST(Form, APictureShowsAGif) {
     GetWindowRect(form.shpMark.Window(), &ring);
     const long middle = (ring.top + ring.bottom) / 2;
     const HDC screen = GetDC(nullptr);
+    // What a window has drawn reaches the screen a moment later.
     for (const long x : {ring.left + 2, ring.right - 3})
-        EXPECT_EQ(GetRValue(GetPixel(screen, x, middle)), 220) << x - ring.left;
+        EXPECT_TRUE(support::WaitUntil([&] { return GetRValue(GetPixel(screen, x, middle)) == 220; }))
+            << x - ring.left;
     EXPECT_EQ(GetPixel(screen, ring.right - 9, middle + 5), RGB(255, 0, 0));
     ReleaseDC(nullptr, screen);
     EXPECT_EQ(WindowFromPoint({ring.right - 3, middle + 1}), form.picMap.Window());
