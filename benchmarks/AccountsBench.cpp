@@ -55,9 +55,11 @@ void MeasureStore(support::Client& root, int accounts) {
 void WaitForAccount(frmAccountEditor& form) {
     constexpr ULONGLONG kLimit = 60'000;
     const ULONGLONG end = GetTickCount64() + kLimit;
-    MSG message;
-    while (form.txtAccountID.Text().empty() && GetMessageA(&message, nullptr, 0, 0) > 0) {
-        gui::Dispatch(message);
+    for (MSG message; form.txtAccountID.Text().empty();) {
+        if (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE))
+            gui::Dispatch(message);
+        else
+            MsgWaitForMultipleObjects(0, nullptr, FALSE, 100, QS_ALLINPUT);
         if (GetTickCount64() > end)
             throw std::runtime_error("the editor shows no account");
     }

@@ -7,7 +7,6 @@
 #include "Stops.h"
 
 #include <cstdio>
-#include <utility>
 
 namespace {
 
@@ -45,9 +44,8 @@ void ReloadLocked(HWND window) {
 void ChangeAccount(HWND window) {
     // The window before this one has hardly gone, and the account is shown anew after it.
     Sleep(500);
-    for (const auto& [box, text] : {std::pair{IDC_frmAccountEditor_txtAccountPassword, "new secret"},
-                                    std::pair{IDC_frmAccountEditor_txtEmail, "gm@example.org"}})
-        Type(window, box, text);
+    Type(window, IDC_frmAccountEditor_txtAccountPassword, "new secret");
+    Type(window, IDC_frmAccountEditor_txtEmail, "gm@example.org");
     Press(IDC_frmAccountEditor_cmdRemoveAllPrivileges)(window);
 }
 

@@ -115,6 +115,11 @@ std::set<HWND> ToolWindows() {
     return windows;
 }
 
+void Expect(HWND window, const std::string& what, const std::function<bool()>& condition) {
+    if (!WaitUntil(condition))
+        Failed(TextOf(window) + ": " + what);
+}
+
 void AnswerBox(const std::string& start, int button) {
     HWND box = nullptr;
     Expect(box, "no box came: " + start, [&] {

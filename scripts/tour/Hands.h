@@ -35,5 +35,7 @@ Act TrayMenu(int downs);
 void ToolProcess(DWORD process);
 /// The visible windows of kTools, opened menus included. Tooltips come and go by themselves.
 std::set<HWND> ToolWindows();
+/// Waits, and reports what has not come true for the window.
+void Expect(HWND window, const std::string& what, const std::function<bool()>& condition);
 /// Waits for the box whose text begins so, and presses its button.
 void AnswerBox(const std::string& start, int button);

@@ -22,6 +22,7 @@ using std::min; // NOLINT(misc-unused-using-decls)
 namespace {
 
 std::string folder;
+ULONG_PTR gdiplus = 0;
 
 struct Pixels {
     int width, height;
@@ -78,14 +79,14 @@ std::string PageInFront(HWND panel) {
 
 } // namespace
 
-Pictures::Pictures(const std::string& to) {
+void BeginPictures(const std::string& to) {
     folder = to;
     const Gdiplus::GdiplusStartupInput input;
-    Gdiplus::GdiplusStartup(&token_, &input, nullptr);
+    Gdiplus::GdiplusStartup(&gdiplus, &input, nullptr);
 }
 
-Pictures::~Pictures() {
-    Gdiplus::GdiplusShutdown(token_);
+void EndPictures() {
+    Gdiplus::GdiplusShutdown(gdiplus);
 }
 
 RECT BoundsOf(const std::set<HWND>& windows) {

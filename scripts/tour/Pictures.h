@@ -7,17 +7,9 @@
 
 // Pictures of what is on the screen.
 
-/// Where they are put. Takes pictures from then on, up to its end.
-class Pictures {
-public:
-    explicit Pictures(const std::string& folder);
-    ~Pictures();
-    Pictures(const Pictures&) = delete;
-    Pictures& operator=(const Pictures&) = delete;
-
-private:
-    ULONG_PTR token_ = 0;
-};
+/// Pictures are put into the folder from then on.
+void BeginPictures(const std::string& folder);
+void EndPictures();
 
 RECT BoundsOf(const std::set<HWND>& windows);
 /// Returns once the area has stopped changing, or after ten seconds.

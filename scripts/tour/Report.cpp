@@ -1,6 +1,6 @@
 #include "Report.h"
 
-#include "Hands.h"
+#include <windows.h>
 
 #include <cstdio>
 
@@ -40,9 +40,4 @@ bool WaitUntil(const std::function<bool()>& condition) {
             return true;
     }
     return false;
-}
-
-void Expect(HWND window, const std::string& what, const std::function<bool()>& condition) {
-    if (!WaitUntil(condition))
-        Failed(TextOf(window) + ": " + what);
 }

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <windows.h>
-
 #include <functional>
 #include <string>
 
@@ -18,5 +16,3 @@ void Failed(const std::string& what);
 
 /// False when it does not come true within half a minute.
 bool WaitUntil(const std::function<bool()>& condition);
-/// Waits, and reports what has not come true for the window.
-void Expect(HWND window, const std::string& what, const std::function<bool()>& condition);

@@ -2,7 +2,6 @@
 #include "config/frmFindMessage.ids.h"
 #include "config/frmServerStatus.ids.h"
 #include "Database.h"
-#include "Report.h"
 #include "StandinCommands.h"
 #include "Stops.h"
 #include "supervision/fraBackup.ids.h"

@@ -4,7 +4,6 @@
 #include "dbsetup/fraRepair.ids.h"
 #include "dbsetup/fraServerTest.ids.h"
 #include "Pictures.h"
-#include "Report.h"
 #include "Stops.h"
 
 #include <utility>
@@ -28,9 +27,8 @@ void TestAndCheck(HWND window) {
 Act SetUpAccounts(const char* user, const char* password) {
     return [user, password](HWND window) {
         Type(window, IDC_fraDatabaseCheck_txtRootUsername, "root");
-        for (const auto& [box, text] : {std::pair{IDC_fraAccounts_txtGloginUsername, user},
-                                        std::pair{IDC_fraAccounts_txtGloginPassword, password}})
-            Type(window, box, text);
+        Type(window, IDC_fraAccounts_txtGloginUsername, user);
+        Type(window, IDC_fraAccounts_txtGloginPassword, password);
         Press(IDC_fraAccounts_cmdSetupAccounts)(window);
     };
 }

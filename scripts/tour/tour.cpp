@@ -148,9 +148,8 @@ void Tour(std::string program) {
 int main(int count, char** arguments) {
     if (count != 3 || !BeginReport(arguments[2]))
         return 2;
-    {
-        const Pictures pictures(arguments[2]);
-        Tour(arguments[1]);
-    }
+    BeginPictures(arguments[2]);
+    Tour(arguments[1]);
+    EndPictures();
     return EndReport();
 }
