@@ -21,8 +21,7 @@ gui::Task<RowStore> BlockReader::Read(RowStore rows) {
         reader->Read(rows);
         return std::move(rows);
     };
-    RowStore more = co_await connection_.Call(read);
-    co_return more;
+    return connection_.CallMeanwhile(read);
 }
 
 gui::Task<> BlockInserter::Open(std::string table, std::vector<std::string> columns) {

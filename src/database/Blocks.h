@@ -17,8 +17,8 @@ public:
     const std::vector<Column>& Columns() const { return columns_; }
     /// How many rows will come, where the driver knows it before they do; 0 where it does not.
     std::size_t RowsToCome() const { return rowsToCome_; }
-    /// Appends the next rows, at most a thousand, and hands the store back; without more rows at the end.
-    /// Raises Error; the store is gone then.
+    /// Begins to append the next rows, at most a thousand. The task waits for them and hands the store back,
+    /// without more rows at the end. Raises Error; the store is gone then.
     gui::Task<RowStore> Read(RowStore rows);
 
 private:

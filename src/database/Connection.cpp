@@ -84,6 +84,9 @@ Connection::Request::Request(std::shared_ptr<State> state) : state_(std::move(st
 }
 
 Connection::Request::~Request() {
+    // It was handed on.
+    if (!state_)
+        return;
     state_->asked = false;
     if (!ended_)
         state_->session.reset();
@@ -102,7 +105,7 @@ gui::Task<> Connection::Open(std::string connectionString) {
     auto call = [connectionString] { return MakeSession(connectionString); };
     const std::chrono::milliseconds limit = kConnectLimit;
     const gui::Awaited awaited{state_->server, std::min(state_->limit.value_or(limit), limit)};
-    SessionPtr session = co_await AnswerOf(gui::Aside(call, awaited), state_);
+    SessionPtr session = co_await AnswerOf(gui::Aside(call, awaited), Request(state_));
     state_->session = std::move(session);
 }
 

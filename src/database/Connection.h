@@ -62,6 +62,9 @@ public:
     /// must own all that it uses, and may use nothing but this layer. Raises kObjectClosed, and
     /// kStillExecuting while another task's request is out.
     template <class Work> gui::Task<std::invoke_result_t<Work&, const SessionPtr&>> Call(Work& work);
+    /// As Call, but `work` is called now, beside whatever is done before the task is awaited. Until then the
+    /// connection can be asked for nothing else, and a task that is let go instead closes it.
+    template <class Work> gui::Task<std::invoke_result_t<Work&, const SessionPtr&>> CallMeanwhile(Work& work);
 
     /// The driver's side of it, for this layer. Raises kObjectClosed.
     const SessionPtr& Session() const;
@@ -81,9 +84,9 @@ private:
     class Request {
     public:
         explicit Request(std::shared_ptr<State> state);
+        Request(Request&& other) = default;
+        Request& operator=(Request&&) = delete;
         ~Request();
-        Request(const Request&) = delete;
-        Request& operator=(const Request&) = delete;
         void Ended() { ended_ = true; }
         [[noreturn]] void Raise(const gui::NoAnswer& reason) const;
 
@@ -92,27 +95,39 @@ private:
         bool ended_ = false;
     };
 
+    /// The call of `work` for a thread aside.
+    template <class Work> auto WithSession(Work& work);
     /// Awaits a call that was made ready.
-    template <class T> static gui::Task<T> AnswerOf(gui::Task<T> call, std::shared_ptr<State> state);
+    template <class T> static gui::Task<T> AnswerOf(gui::Task<T> call, Request request);
     static void TryExecute(const SessionPtr& session, const std::string& sql);
 
     /// Shared with the requests, which end later than their connection where a form goes.
     std::shared_ptr<State> state_;
 };
 
-template <class Work> gui::Task<std::invoke_result_t<Work&, const SessionPtr&>> Connection::Call(Work& work) {
-    auto call = [session = Session(), before = std::exchange(state_->before, {}),
-                 work = std::move(work)]() mutable {
-        const SessionUse use(session);
-        if (!before.empty())
-            TryExecute(session, before);
-        return work(session);
-    };
-    return AnswerOf(gui::Aside(call, {state_->server, state_->limit}), state_);
+template <class Work> auto Connection::WithSession(Work& work) {
+    return
+        [session = Session(), before = std::exchange(state_->before, {}), work = std::move(work)]() mutable {
+            const SessionUse use(session);
+            if (!before.empty())
+                TryExecute(session, before);
+            return work(session);
+        };
 }
 
-template <class T> gui::Task<T> Connection::AnswerOf(gui::Task<T> call, std::shared_ptr<State> state) {
-    Request request(std::move(state));
+template <class Work> gui::Task<std::invoke_result_t<Work&, const SessionPtr&>> Connection::Call(Work& work) {
+    auto call = WithSession(work);
+    return AnswerOf(gui::Aside(call, {state_->server, state_->limit}), Request(state_));
+}
+
+template <class Work>
+gui::Task<std::invoke_result_t<Work&, const SessionPtr&>> Connection::CallMeanwhile(Work& work) {
+    auto call = WithSession(work);
+    Request request(state_);
+    return AnswerOf(gui::AsideMeanwhile(call, {state_->server, state_->limit}), std::move(request));
+}
+
+template <class T> gui::Task<T> Connection::AnswerOf(gui::Task<T> call, Request request) {
     try {
         if constexpr (std::is_void_v<T>) {
             co_await std::move(call);

@@ -133,7 +133,8 @@ bool AsideOver::IsOverAtOnce() const {
     using std::chrono::milliseconds;
     if (IsCancelled())
         return true;
-    MakeAside(call_);
+    if (!made_)
+        MakeAside(call_);
     const auto left = kPlainWait - std::chrono::duration_cast<milliseconds>(action_->OfPiece());
     return call_->IsOverWithin(std::max(left, milliseconds(0)));
 }

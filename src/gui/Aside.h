@@ -117,8 +117,9 @@ namespace detail {
 
 class AsideOver {
 public:
-    AsideOver(std::shared_ptr<AsideCall> call, Awaited awaited)
-        : call_(std::move(call)), awaited_(std::move(awaited)) {}
+    /// `made` where the call is aside already.
+    AsideOver(std::shared_ptr<AsideCall> call, Awaited awaited, bool made)
+        : call_(std::move(call)), awaited_(std::move(awaited)), made_(made) {}
 
     bool await_ready() const noexcept { return false; }
     template <class P> void await_suspend(std::coroutine_handle<P> at) {
@@ -141,12 +142,14 @@ private:
 
     std::shared_ptr<AsideCall> call_;
     Awaited awaited_;
+    bool made_;
     Action* action_ = nullptr;
 };
 
 template <class F>
-Task<typename AsideCallOf<F>::Result> TakeOver(std::shared_ptr<AsideCallOf<F>> call, Awaited awaited) {
-    AsideOver over(call, std::move(awaited));
+Task<typename AsideCallOf<F>::Result> TakeOver(std::shared_ptr<AsideCallOf<F>> call, Awaited awaited,
+                                               bool made) {
+    AsideOver over(call, std::move(awaited), made);
     co_await over;
     co_return call->Take();
 }
@@ -165,7 +168,15 @@ Task<typename AsideCallOf<F>::Result> TakeOver(std::shared_ptr<AsideCallOf<F>> c
 /// it uses (by value, or shared); it is moved away from. It touches no window and no object of the tool's
 /// own. It has a name, because this compiler destroys a closure twice that is a temporary of a co_await.
 template <class F> Task<typename detail::AsideCallOf<F>::Result> Aside(F& call, const Awaited& awaited = {}) {
-    return detail::TakeOver(std::make_shared<detail::AsideCallOf<F>>(std::move(call)), awaited);
+    return detail::TakeOver(std::make_shared<detail::AsideCallOf<F>>(std::move(call)), awaited, false);
+}
+
+/// As Aside, but the call is made now and goes on beside whatever is done before the task is awaited. A task
+/// that is let go instead abandons it.
+template <class F> auto AsideMeanwhile(F& call, const Awaited& awaited = {}) {
+    auto made = std::make_shared<detail::AsideCallOf<F>>(std::move(call));
+    detail::MakeAside(made);
+    return detail::TakeOver(std::move(made), awaited, true);
 }
 
 /// Makes a call aside that nobody waits for.

@@ -52,13 +52,15 @@ gui::Task<TableSum> SumOf(Connection& side, std::string table) {
         co_await rows.Open("SELECT * FROM " + table);
     }
     database::RowStore block(rows.Columns().size(), TextForm::Utf8);
+    database::RowStore next(rows.Columns().size(), TextForm::Utf8);
     TableSum sum;
-    for (;;) {
-        block.Clear();
-        block = co_await rows.Read(std::move(block));
-        if (block.Rows() == 0)
-            break;
+    block = co_await rows.Read(std::move(block));
+    while (block.Rows() > 0) {
+        next.Clear();
+        auto coming = rows.Read(std::move(next));
         sum.Add(block);
+        next = std::move(block);
+        block = co_await std::move(coming);
         co_await gui::NextTurn();
     }
     co_return sum;
@@ -178,6 +180,7 @@ gui::Task<> clsMySQLCopyDatabase::Transfer(Place from, Place to, bool keep, bool
     };
     std::vector<std::string> columns = co_await destination_.Call(make);
     database::RowStore block(rows.Columns().size(), TextForm::Utf8);
+    database::RowStore next(rows.Columns().size(), TextForm::Utf8);
     block = co_await rows.Read(std::move(block));
     if (block.Rows() > 0 && columns.size() < rows.Columns().size())
         database::Raise(database::kItemNotFound);
@@ -187,13 +190,23 @@ gui::Task<> clsMySQLCopyDatabase::Transfer(Place from, Place to, bool keep, bool
     database::BlockInserter inserter(destination_);
     co_await inserter.Open(to.Name(), columns);
     TableSum sum;
+    std::exception_ptr refused;
     while (block.Rows() > 0) {
+        // The next rows come while these go.
+        next.Clear();
+        auto coming = rows.Read(std::move(next));
         sum.Add(block);
-        block = co_await inserter.Insert(std::move(block));
-        Progress(from.table, inserter.Sent());
+        try {
+            next = co_await inserter.Insert(std::move(block));
+            Progress(from.table, inserter.Sent());
+        } catch (...) {
+            refused = std::current_exception();
+        }
+        // Also when the destination took none: the source is left with no request out.
+        block = co_await std::move(coming);
+        if (refused)
+            std::rethrow_exception(refused);
         co_await gui::NextTurn();
-        block.Clear();
-        block = co_await rows.Read(std::move(block));
     }
     co_await transaction.Commit();
     copied_[from.table] = sum;

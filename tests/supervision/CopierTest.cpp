@@ -7,6 +7,7 @@ namespace {
 using support::Checksums;
 using support::Rows;
 
+constexpr long kDuplicateEntry = 1062;
 constexpr long kMultiplePrimaryKey = 1068;
 
 /// A copier from the local server to the remote one, and the events it raised.
@@ -105,6 +106,19 @@ TEST_F(Copier, AddsToATableThatIsKept) {
     EXPECT_EQ(support::Run(copier.CopyDatabase("glogin", "bk", true)), 1);
     EXPECT_EQ(Rows(remote, "SELECT * FROM bk.t"), std::vector<std::string>{"1|2"});
     EXPECT_EQ(support::Run(copier.GetDestinationTableList("bk")), (std::vector<std::string>{"narrow", "t"}));
+}
+
+TEST_F(Copier, ARefusedRowLeavesBothConnectionsUsable) {
+    root.Execute("CREATE TABLE glogin.t (id int)");
+    root.Execute("INSERT INTO glogin.t SELECT seq FROM " + support::Numbers(1, 5000));
+    remote.Execute("CREATE DATABASE bk");
+    remote.Execute("CREATE TABLE bk.t (id int PRIMARY KEY) SELECT 2500 AS id");
+    Connect();
+    EXPECT_EQ(support::ErrorNumber([&] { support::Run(copier.CopyTable("glogin", "t", "bk", "t", true)); }),
+              kDuplicateEntry);
+    EXPECT_EQ(support::Run(copier.CopyTable("glogin", "t", "bk", "t")), 1);
+    EXPECT_EQ(Rows(remote, "SELECT COUNT(*) FROM bk.t")[0], "5000");
+    EXPECT_EQ(events, "");
 }
 
 TEST_F(Copier, TellsWhichConnectionIsMissing) {
