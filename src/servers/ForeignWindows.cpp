@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <string_view>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 namespace modServerControl {
@@ -32,11 +33,15 @@ Handle ModulesOf(DWORD process) {
 struct Search {
     HWND parent;
     std::string_view windowClass;
+    /// Windows of every class. Asking one for its class is a call of the system.
+    std::unordered_set<HWND> seen;
     std::vector<HWND> found;
 };
 
 BOOL CALLBACK TakeFound(HWND window, LPARAM data) {
     auto& search = *reinterpret_cast<Search*>(data);
+    if (!search.seen.insert(window).second)
+        return TRUE;
     char name[256] = "";
     GetClassNameA(window, name, sizeof name);
     if (common::EqualsIgnoreCase(name, search.windowClass) &&
@@ -45,31 +50,32 @@ BOOL CALLBACK TakeFound(HWND window, LPARAM data) {
     return TRUE;
 }
 
-/// All at once: a walk from one to the next by FindWindowEx loses its way when a window is raised, and Wine
-/// 10's server never comes back from behind one that is being destroyed.
-std::vector<HWND> WindowsNow(HWND parent, const char* windowClass) {
-    Search search{parent, windowClass, {}};
+/// Those that were not seen yet, all at once: a walk from one to the next by FindWindowEx loses its way when
+/// a window is raised, and Wine 10's server never comes back from behind one that is being destroyed.
+std::vector<HWND> NewWindows(Search& search) {
     const auto data = reinterpret_cast<LPARAM>(&search);
-    parent ? EnumChildWindows(parent, TakeFound, data) : EnumWindows(TakeFound, data);
-    return std::move(search.found);
+    search.parent ? EnumChildWindows(search.parent, TakeFound, data) : EnumWindows(TakeFound, data);
+    return std::exchange(search.found, {});
 }
 
 } // namespace
 
 HWND FindWindowWhere(HWND parent, const char* windowClass, const std::function<bool(HWND)>& visit) {
-    // Windows come and go meanwhile, so it looks again until that brings up none that was not visited yet.
-    // The system gives a session no more windows than this at a time.
+    // Mostly there is none, or the topmost is the one that is sought: one call, however many windows there
+    // are. Without a parent, windows would be found that no walk shows.
+    const HWND topmost = FindWindowExA(parent ? parent : GetDesktopWindow(), nullptr, windowClass, nullptr);
+    if (!topmost || visit(topmost))
+        return topmost;
+    // Windows come and go meanwhile, so it looks again until that brings up no new one of the class. The
+    // system gives a session no more windows than this at a time.
     constexpr std::size_t kMostWindows = 65'536;
-    std::unordered_set<HWND> visited;
-    for (bool again = true; again && visited.size() < kMostWindows;) {
-        again = false;
-        for (const HWND window : WindowsNow(parent, windowClass)) {
-            if (!visited.insert(window).second)
-                continue;
-            again = true;
+    Search search{parent, windowClass, {topmost}, {}};
+    for (bool again = true; again && search.seen.size() < kMostWindows;) {
+        const std::vector<HWND> windows = NewWindows(search);
+        again = !windows.empty();
+        for (const HWND window : windows)
             if (visit(window))
                 return window;
-        }
     }
     return nullptr;
 }
