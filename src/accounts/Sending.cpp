@@ -30,6 +30,16 @@ FieldTexts TextsOf(const clsAccountSQL& store, std::size_t row, bool onServer) {
     return texts;
 }
 
+/// True when another account was sent from here to the number and name that the server had for this one.
+bool IsTaken(const clsAccountSQL& store, std::size_t row, const FieldTexts& read) {
+    const auto hasTaken = [&](std::size_t other) {
+        return other != row && store.ServerText(other, Field::Id) == read[Index(Field::Id)] &&
+               store.ServerText(other, Field::Name) == read[Index(Field::Name)];
+    };
+    const auto owner = store.RowOfAccount(common::CLng(read[Index(Field::Id)].value_or("0")));
+    return (owner && hasTaken(*owner)) || std::ranges::any_of(store.WaitingRows(), hasTaken);
+}
+
 /// Finds out why the row was not there as it was read.
 gui::Task<> LookAt(clsAccountSQL& store, std::size_t row, SendResult& result) {
     const std::string account = AccountText(store, row);
@@ -40,7 +50,8 @@ gui::Task<> LookAt(clsAccountSQL& store, std::size_t row, SendResult& result) {
         result.refused.push_back(WithReason(account + ": it was changed on the server", store.LastError()));
         co_return;
     }
-    const auto& theirs = found.texts;
+    // An account of ours that stands there now is not what somebody else has made of this one.
+    const auto theirs = IsTaken(store, row, read) ? std::nullopt : found.texts;
     const bool isDeleted = store.StateOf(row) == State::Deleted;
     if (!theirs && isDeleted) {
         store.Forget(row);

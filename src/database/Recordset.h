@@ -90,7 +90,8 @@ public:
     /// Sends the changes in the order they were made, with a new login when the server was gone. What was
     /// sent stays sent. A change that the server or a change of somebody else prevents (kRowChanged) stays
     /// here and the ones behind it are tried; when one of these is of the same row, both are tried as one
-    /// there. The first error is raised at the end. When the connection is lost the rest stays here at once.
+    /// there. A refused one never reaches a row that was sent from here into the place of its own, which has
+    /// gone. The first error is raised at the end. When the connection is lost the rest stays here at once.
     /// Either way UpdateBatch can be tried again.
     gui::Task<> UpdateBatch(Check check = {});
     /// What the last UpdateBatch met, in the order of the changes.
@@ -134,6 +135,7 @@ private:
         std::size_t row;
         Fields set;
         bool inDoubt = false;
+        bool refused = false;
     };
     /// What the server said to a change.
     struct Answered {
@@ -160,6 +162,7 @@ private:
     std::size_t AddsFrom(std::size_t first, const TableWriter& writer) const;
     using Writer = std::shared_ptr<TableWriter>;
     gui::Task<> SendAdds(std::size_t first, std::size_t count, Writer writer, std::vector<bool>& done);
+    bool IsTaken(const Change& change, const TableWriter& writer) const;
     std::size_t InOneCall(std::size_t first, const Check& check) const;
     static Answered SendOn(TableWriter& writer, const Change& change, const Fields& known);
     gui::Task<> SendEach(std::size_t first, std::size_t count, Writer writer, std::vector<bool>& done);

@@ -32,6 +32,8 @@ gui::Task<> Recordset::UpdateBatch(Check check) {
         const std::size_t inOneCall = InOneCall(i, check);
         std::optional<Error> error;
         try {
+            if (IsTaken(changes_[i], *writer))
+                Raise(kRowChanged);
             // A change is checked after those before it have arrived.
             if (check.Concerns(changes_[i].set))
                 co_await check.ask(changes_[i].row, changes_[i].set);
@@ -116,6 +118,18 @@ gui::Task<> Recordset::SendAdds(std::size_t first, std::size_t count, Writer wri
     }
 }
 
+/// True when a row was sent from here to where the change, when it was refused, did not find its own.
+bool Recordset::IsTaken(const Change& change, const TableWriter& writer) const {
+    if (!change.refused || change.kind == Kind::Add)
+        return false;
+    const auto valuesOf = [this](std::size_t row) {
+        return [this, row](std::size_t column) { return ServerValue(row, column); };
+    };
+    return std::ranges::any_of(sent_, [&](const auto& sent) {
+        return sent.first != change.row && writer.AreSameRow(valuesOf(sent.first), valuesOf(change.row));
+    });
+}
+
 /// How many changes from this one on, at least one, may go to the server in one call, one after the other.
 /// What becomes of one of them must not matter to the others.
 std::size_t Recordset::InOneCall(std::size_t first, const Check& check) const {
@@ -123,8 +137,8 @@ std::size_t Recordset::InOneCall(std::size_t first, const Check& check) const {
     constexpr std::size_t kMost = 20;
     std::unordered_set<std::size_t> rows;
     const auto matters = [&](const Change& change) {
-        return change.kind != Kind::Update || change.inDoubt || check.Concerns(change.set) ||
-               !rows.insert(change.row).second;
+        return change.kind != Kind::Update || change.inDoubt || change.refused ||
+               check.Concerns(change.set) || !rows.insert(change.row).second;
     };
     const auto begin = changes_.begin() + static_cast<std::ptrdiff_t>(first);
     const auto end = changes_.begin() + static_cast<std::ptrdiff_t>(std::min(first + kMost, changes_.size()));
@@ -195,6 +209,7 @@ gui::Task<> Recordset::SendEach(std::size_t first, std::size_t count, Writer wri
 }
 
 void Recordset::Refuse(std::size_t change, const Error& error, std::vector<bool>& done) {
+    changes_[change].refused = true;
     if (!HandOn(change, done))
         refusals_.push_back({changes_[change].row, error});
 }
@@ -209,6 +224,7 @@ bool Recordset::HandOn(std::size_t refused, std::vector<bool>& done) {
     if (next == changes_.end() || change.kind == Kind::Delete)
         return false;
     done[refused] = true;
+    next->refused = true;
     if (next->kind == Kind::Delete) {
         // A row that the server never got needs no deletion.
         if (change.kind == Kind::Add)

@@ -61,6 +61,15 @@ bool TableWriter::GivesKey(const Fields& set) const {
            });
 }
 
+bool TableWriter::AreSameRow(const Before& one, const Before& other) const {
+    const auto differs = [&](std::size_t column) {
+        const auto a = one(column);
+        const auto b = other(column);
+        return !a || !b || !SameValue(*a, *b);
+    };
+    return std::ranges::none_of(key_, differs) && std::ranges::none_of(identity_, differs);
+}
+
 void TableWriter::AddTest(Clause& clause, std::size_t column, const Value& value) const {
     clause.sql += (clause.sql.empty() ? "" : " AND ") + Name(column) + " <=> ?";
     clause.values.push_back(value);

@@ -39,6 +39,8 @@ public:
 
     /// True when a new row could be found again by what is given for its primary key.
     bool GivesKey(const Fields& set) const;
+    /// True when both are values of the same row of the table: key and identity are equal.
+    bool AreSameRow(const Before& one, const Before& other) const;
 
     /// Inserts a row. Returns the number that the server gave it where it is numbered, else null.
     Value Insert(const Fields& set, bool inDoubt);

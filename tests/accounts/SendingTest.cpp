@@ -124,6 +124,23 @@ TEST_F(SendingTest, ARowIsOnlyChangedWhereItIsStillThatAccounts) {
     EXPECT_EQ(PrivilegeRows(), std::string("100002") + kBroadcast + "\r\n");
 }
 
+TEST_F(SendingTest, AnAccountThatTakesAGonePlaceIsNotTakenForTheOldOne) {
+    // Somebody else removes both; here the one is deleted, the other renamed, and both places are given anew.
+    Delete("Charlie");
+    Change("bravo", [](AccountEdit& edit) { edit.fields = {"moved", "100012", "p", "m"}; });
+    Add("Charlie", "100004");
+    Add("bravo", "100002");
+    root.Execute("DELETE FROM glogin.account WHERE AID IN (100002, 100004)");
+    const Texts told{"Account 'Charlie' (100004) had been removed from the server already.", notAll,
+                     "'bravo' (100002): somebody else has removed it from the server. Nothing was sent"};
+    EXPECT_EQ(Save(), told);
+    // Nor when it is tried again.
+    EXPECT_EQ(Save(), (Texts{told[1], told[2]}));
+    EXPECT_EQ(
+        support::Rows(root, "SELECT AID, Name FROM glogin.account WHERE AID IN (100002, 100004, 100012)"),
+        (Texts{"100002|bravo", "100004|Charlie"}));
+}
+
 TEST_F(SendingTest, ANameIsTakenOnceAlsoWhenPlayersRegisterMeanwhile) {
     Change("alpha", [](AccountEdit& edit) { edit.fields.name = "bravo2"; });
     Change("bravo", [](AccountEdit& edit) { edit.fields.name = "alpha"; });

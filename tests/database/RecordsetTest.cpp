@@ -156,6 +156,19 @@ TEST_F(RecordsetTest, ChangesAreSentInTheOrderTheyWereMade) {
     EXPECT_EQ(Stored("AID, Name"), (Lines{"1|bob", "2|ann", "3|new", "4|new", "101|late"}));
 }
 
+TEST_F(RecordsetTest, ARefusedDeletionSparesTheRowThatTookThePlace) {
+    root.Execute("DELETE FROM glogin.account WHERE AID=1");
+    Find(1);
+    set.Delete();
+    set.AddNew();
+    set.Field("AID", 1);
+    set.Field("Name", "new");
+    set.Update();
+    for (int attempt = 0; attempt < 2; ++attempt)
+        EXPECT_EQ(ErrorNumber([&] { support::Run(set.UpdateBatch()); }), kRowChanged);
+    EXPECT_EQ(Stored("AID, Name")[0], "1|new");
+}
+
 TEST_F(RecordsetTest, WhatSomebodyElseDidIsReportedAndNotOverwritten) {
     root.Execute("DELETE FROM glogin.account WHERE AID=1");
     root.Execute("UPDATE glogin.account SET Name='theirs' WHERE AID=2");
