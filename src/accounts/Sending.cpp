@@ -30,18 +30,9 @@ FieldTexts TextsOf(const clsAccountSQL& store, std::size_t row, bool onServer) {
     return texts;
 }
 
-/// True when another account was sent from here to the number and name that the server had for this one.
-bool IsTaken(const clsAccountSQL& store, std::size_t row, const FieldTexts& read) {
-    const auto hasTaken = [&](std::size_t other) {
-        return other != row && store.ServerText(other, Field::Id) == read[Index(Field::Id)] &&
-               store.ServerText(other, Field::Name) == read[Index(Field::Name)];
-    };
-    const auto owner = store.RowOfAccount(common::CLng(read[Index(Field::Id)].value_or("0")));
-    return (owner && hasTaken(*owner)) || std::ranges::any_of(store.WaitingRows(), hasTaken);
-}
-
-/// Finds out why the row was not there as it was read.
-gui::Task<> LookAt(clsAccountSQL& store, std::size_t row, SendResult& result) {
+/// Finds out why the row was not there as it was read. `taken` where another account was sent there from
+/// here.
+gui::Task<> LookAt(clsAccountSQL& store, std::size_t row, bool taken, SendResult& result) {
     const std::string account = AccountText(store, row);
     const FieldTexts read = TextsOf(store, row, true);
     const std::int64_t id = common::CLng(read[Index(Field::Id)].value_or("0"));
@@ -51,7 +42,7 @@ gui::Task<> LookAt(clsAccountSQL& store, std::size_t row, SendResult& result) {
         co_return;
     }
     // An account of ours that stands there now is not what somebody else has made of this one.
-    const auto theirs = IsTaken(store, row, read) ? std::nullopt : found.texts;
+    const auto theirs = taken ? std::nullopt : found.texts;
     const bool isDeleted = store.StateOf(row) == State::Deleted;
     if (!theirs && isDeleted) {
         store.Forget(row);
@@ -85,7 +76,7 @@ gui::Task<> SendAccounts(clsAccountSQL& store, SendResult& result) {
     const auto refusals = store.Refusals();
     for (const auto& refusal : refusals) {
         if (refusal.error.Number() == database::kRowChanged)
-            co_await LookAt(store, refusal.row, result);
+            co_await LookAt(store, refusal.row, refusal.taken, result);
         else
             result.refused.push_back(AccountText(store, refusal.row) + ": [" +
                                      std::to_string(refusal.error.Number()) + "] " +

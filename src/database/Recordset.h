@@ -32,6 +32,8 @@ public:
     struct Refusal {
         std::size_t row;
         Error error;
+        /// True when another row was sent from here by now to where the server had this one.
+        bool taken = false;
     };
 
     /// Runs the query and reads all its rows; the first becomes current. The connection must outlive the
@@ -162,7 +164,7 @@ private:
     std::size_t AddsFrom(std::size_t first, const TableWriter& writer) const;
     using Writer = std::shared_ptr<TableWriter>;
     gui::Task<> SendAdds(std::size_t first, std::size_t count, Writer writer, std::vector<bool>& done);
-    bool IsTaken(const Change& change, const TableWriter& writer) const;
+    bool IsTaken(std::size_t row, const TableWriter& writer) const;
     std::size_t InOneCall(std::size_t first, const Check& check) const;
     static Answered SendOn(TableWriter& writer, const Change& change, const Fields& known);
     gui::Task<> SendEach(std::size_t first, std::size_t count, Writer writer, std::vector<bool>& done);

@@ -32,7 +32,7 @@ gui::Task<> Recordset::UpdateBatch(Check check) {
         const std::size_t inOneCall = InOneCall(i, check);
         std::optional<Error> error;
         try {
-            if (IsTaken(changes_[i], *writer))
+            if (changes_[i].refused && IsTaken(changes_[i].row, *writer))
                 Raise(kRowChanged);
             // A change is checked after those before it have arrived.
             if (check.Concerns(changes_[i].set))
@@ -57,6 +57,8 @@ gui::Task<> Recordset::UpdateBatch(Check check) {
             i += inOneCall;
         }
     }
+    for (Refusal& refusal : refusals_)
+        refusal.taken = IsTaken(refusal.row, *writer);
     TakeSent(done);
     if (!refusals_.empty())
         throw Error(refusals_.front().error);
@@ -118,15 +120,13 @@ gui::Task<> Recordset::SendAdds(std::size_t first, std::size_t count, Writer wri
     }
 }
 
-/// True when a row was sent from here to where the change, when it was refused, did not find its own.
-bool Recordset::IsTaken(const Change& change, const TableWriter& writer) const {
-    if (!change.refused || change.kind == Kind::Add)
-        return false;
-    const auto valuesOf = [this](std::size_t row) {
-        return [this, row](std::size_t column) { return ServerValue(row, column); };
+/// True when another row was sent from here to where the server had this one.
+bool Recordset::IsTaken(std::size_t row, const TableWriter& writer) const {
+    const auto valuesOf = [this](std::size_t of) {
+        return [this, of](std::size_t column) { return ServerValue(of, column); };
     };
     return std::ranges::any_of(sent_, [&](const auto& sent) {
-        return sent.first != change.row && writer.AreSameRow(valuesOf(sent.first), valuesOf(change.row));
+        return sent.first != row && writer.AreSameRow(valuesOf(sent.first), valuesOf(row));
     });
 }
 

@@ -190,12 +190,12 @@ gui::Task<> clsMySQLCopyDatabase::Transfer(Place from, Place to, bool keep, bool
     database::BlockInserter inserter(destination_);
     co_await inserter.Open(to.Name(), columns);
     TableSum sum;
-    std::exception_ptr refused;
     while (block.Rows() > 0) {
         // The next rows come while these go.
         next.Clear();
         auto coming = rows.Read(std::move(next));
         sum.Add(block);
+        std::exception_ptr refused;
         try {
             next = co_await inserter.Insert(std::move(block));
             Progress(from.table, inserter.Sent());
