@@ -33,7 +33,7 @@ Handle ModulesOf(DWORD process) {
 struct Search {
     HWND parent;
     std::string_view windowClass;
-    /// Windows of every class. Asking one for its class is a call of the system.
+    /// Windows that need no look any more, of every class: asking one for its class is a call of the system.
     std::unordered_set<HWND> seen;
     std::vector<HWND> found;
 };
@@ -62,7 +62,7 @@ std::vector<HWND> NewWindows(Search& search) {
 
 HWND FindWindowWhere(HWND parent, const char* windowClass, const std::function<bool(HWND)>& visit) {
     // Mostly there is none, or the topmost is the one that is sought: one call, however many windows there
-    // are. Without a parent, windows would be found that no walk shows.
+    // are. Without any parent it would also find message-only windows, which EnumWindows does not show.
     const HWND topmost = FindWindowExA(parent ? parent : GetDesktopWindow(), nullptr, windowClass, nullptr);
     if (!topmost || visit(topmost))
         return topmost;
