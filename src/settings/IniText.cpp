@@ -2,8 +2,9 @@
 
 #include "common/Text.h"
 
-#include <unordered_map>
+#include <algorithm>
 #include <utility>
+#include <vector>
 
 namespace settings {
 
@@ -31,52 +32,59 @@ std::optional<std::string> FindValue(std::string_view text, std::string_view key
     return std::nullopt;
 }
 
-std::string TextWithValue(std::string_view text, std::string_view key, std::string_view value) {
+std::string TextWithValue(std::string text, std::string_view key, std::string_view value) {
     const Entry entry{key, std::string(value)};
-    return TextWithValues(text, {&entry, 1});
+    return TextWithValues(std::move(text), {&entry, 1});
 }
 
-std::string TextWithValues(std::string_view text, std::span<const Entry> entries) {
+std::string TextWithValues(std::string text, std::span<const Entry> entries) {
     struct Wanted {
+        std::string_view key;
         std::string_view value;
         bool found = false;
     };
-    // The last value of a key counts.
-    std::unordered_map<std::string_view, Wanted> wanted;
+    std::vector<Wanted> wanted;
     wanted.reserve(entries.size());
-    for (const Entry& entry : entries)
-        wanted[entry.key].value = entry.value;
-
-    std::string result;
-    result.reserve(text.size() + 64 * entries.size());
-    // What stays is copied in as long pieces as it comes in.
-    std::string_view rest = text;
-    std::string_view stays = text;
-    while (!rest.empty()) {
-        const common::Line line = common::NextLine(rest);
-        const std::size_t equals = line.text.find('=');
-        const auto key = equals == line.text.npos ? wanted.end() : wanted.find(line.text.substr(0, equals));
-        if (key == wanted.end())
-            continue;
-        key->second.found = true;
-        result.append(stays.substr(0, static_cast<std::size_t>(line.text.data() - stays.data())));
-        result.append(key->first).append("=").append(key->second.value).append(kLineEnd);
-        stays = rest;
-    }
-    result.append(stays);
-    EndLastLine(result);
-    bool isNew = text.empty();
+    const auto wantedOf = [&wanted](std::string_view key) {
+        return std::ranges::find(wanted, key, &Wanted::key);
+    };
     for (const Entry& entry : entries) {
-        Wanted& key = wanted[entry.key];
-        // A key is appended where it came first.
-        if (std::exchange(key.found, true))
-            continue;
-        result.append(entry.key).append("=").append(key.value);
-        // A value that brings its own line end gets no second one, save in a new file.
-        if (std::exchange(isNew, false) || !result.ends_with(kLineEnd))
-            result += kLineEnd;
+        // The last value of a key counts; it is appended where the key came first.
+        const auto known = wantedOf(entry.key);
+        if (known == wanted.end())
+            wanted.push_back({entry.key, entry.value});
+        else
+            known->value = entry.value;
     }
-    return result;
+
+    bool isNew = text.empty();
+    // Most settings are saved as they were: only a line that changes is touched.
+    std::size_t at = 0;
+    while (at < text.size()) {
+        std::string_view rest = std::string_view(text).substr(at);
+        const common::Line line = common::NextLine(rest);
+        const std::size_t length = line.text.size() + line.end.size();
+        const std::size_t equals = line.text.find('=');
+        const auto key = equals == line.text.npos ? wanted.end() : wantedOf(line.text.substr(0, equals));
+        if (key == wanted.end()) {
+            at += length;
+            continue;
+        }
+        key->found = true;
+        if (line.text.substr(equals + 1) != key->value || line.end != kLineEnd)
+            text.replace(at, length, std::string(key->key).append("=").append(key->value).append(kLineEnd));
+        at += key->key.size() + 1 + key->value.size() + kLineEnd.size();
+    }
+    EndLastLine(text);
+    for (const Wanted& key : wanted) {
+        if (key.found)
+            continue;
+        text.append(key.key).append("=").append(key.value);
+        // A value that brings its own line end gets no second one, save in a new file.
+        if (std::exchange(isNew, false) || !text.ends_with(kLineEnd))
+            text += kLineEnd;
+    }
+    return text;
 }
 
 std::string TextWithSection(std::string_view text, std::string_view name) {

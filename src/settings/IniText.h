@@ -18,7 +18,7 @@ std::optional<std::string> FindValue(std::string_view text, std::string_view key
 
 /// The text with every line of the key given the new value; a key without a line becomes the last line.
 /// The last line is always ended.
-std::string TextWithValue(std::string_view text, std::string_view key, std::string_view value);
+std::string TextWithValue(std::string text, std::string_view key, std::string_view value);
 
 /// A key, whose name outlives this, and its value.
 struct Entry {
@@ -27,7 +27,7 @@ struct Entry {
 };
 
 /// The same for several keys in turn, in one walk through the text. A value is a single line.
-std::string TextWithValues(std::string_view text, std::span<const Entry> entries);
+std::string TextWithValues(std::string text, std::span<const Entry> entries);
 
 /// The text with "[name]" as a last line between two blank ones, whether or not it has such a section
 /// already; a first section has no blank line above it.

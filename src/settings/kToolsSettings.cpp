@@ -4,6 +4,7 @@
 #include "settings/IniText.h"
 
 #include <span>
+#include <utility>
 
 namespace settings {
 
@@ -85,7 +86,7 @@ void CreateDefaultSettings(const std::string& path) {
     for (const auto& section : kSections) {
         text = TextWithSection(text, section.name);
         for (const auto& entry : section.keys)
-            text = TextWithValue(text, entry.key, entry.value);
+            text = TextWithValue(std::move(text), entry.key, entry.value);
     }
     common::ReplaceFileText(path, text);
 }
