@@ -104,15 +104,16 @@ void AsideCall::Make() noexcept {
 
 void AsideCall::Tell() noexcept {
     over_.Set();
+    // Whoever waits for the number has held up the window for all of kPlainWait, and may do so again at once.
     if (const WaitId id = waiting_.exchange(0))
-        Wake(id);
+        WakeAfterOthers(id);
 }
 
 void AsideCall::WakeWhenOver(WaitId id) {
     waiting_ = id;
     // Whichever of the two threads comes second takes the number.
     if (IsOver() && waiting_.exchange(0))
-        Wake(id);
+        WakeAfterOthers(id);
 }
 
 void MakeAside(std::shared_ptr<AsideCall> call) {

@@ -144,6 +144,29 @@ TEST(Aside, ACallThatDoesNotComeBackHoldsNothingUpAndCanBeAbandoned) {
     EXPECT_EQ(release.use_count(), 1) << "the abandoned call still holds what it was given";
 }
 
+Task<> NoteWhenOver(std::shared_ptr<std::atomic<bool>> release, const int& ticks, int& ticksBefore) {
+    co_await WaitAside(release);
+    ticksBefore = ticks;
+}
+
+TEST(Aside, ACallThatIsOverLetsWhatIsDueGoFirst) {
+    const auto release = std::make_shared<std::atomic<bool>>(false);
+    int ticks = 0;
+    int ticksBefore = 0;
+    gui::Tasks tasks;
+    tasks.Start(NoteWhenOver(release, ticks, ticksBefore));
+    const support::Meanwhile timer([&] { ++ticks; });
+    *release = true;
+    const auto limit = std::chrono::steady_clock::now() + 20s;
+    const auto bothAreDue = [] { return !gui::CallsAreAside() && HIWORD(GetQueueStatus(QS_TIMER)) != 0; };
+    // Without handing out messages.
+    while (!bothAreDue() && std::chrono::steady_clock::now() < limit)
+        Sleep(1);
+    EXPECT_TRUE(bothAreDue());
+    EXPECT_TRUE(support::WaitUntil([&] { return !tasks.Any(); }));
+    EXPECT_GT(ticksBefore, 0);
+}
+
 Task<> Ask(std::vector<int>& answers) {
     const int answer = co_await gui::MsgBox("Go on ?", MB_YESNO | MB_ICONQUESTION, "Question");
     answers.push_back(answer);
