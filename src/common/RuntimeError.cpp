@@ -87,11 +87,14 @@ std::string SystemText(unsigned long code) {
 
 } // namespace
 
-void RaiseFileError(unsigned long code, const std::string& path) {
-    const long number = NumberOfSystemError(code);
+std::string FileErrorText(unsigned long code, const std::string& path) {
     const std::string words = SystemText(code);
-    throw RuntimeError(number, ErrorText(number) + " (" + std::to_string(code) + (words.empty() ? "" : ": ") +
-                                   words + "): " + path);
+    return ErrorText(NumberOfSystemError(code)) + " (" + std::to_string(code) + (words.empty() ? "" : ": ") +
+           words + "): " + path;
+}
+
+void RaiseFileError(unsigned long code, const std::string& path) {
+    throw RuntimeError(NumberOfSystemError(code), FileErrorText(code, path));
 }
 
 } // namespace common

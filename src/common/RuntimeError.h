@@ -43,8 +43,11 @@ private:
 /// The text that belongs to a classic number, "Application-defined or object-defined error" for the others.
 std::string ErrorText(long number);
 
-/// Raises the RuntimeError that stands for the system's error `code` (GetLastError) on the file `path`. It
-/// says our words, the system's number and words, and the file: "Permission denied (32: ...): path".
+/// Our words, the system's number and words, and the file: "Permission denied (32: ...): path". `code`: the
+/// system's error (GetLastError).
+std::string FileErrorText(unsigned long code, const std::string& path);
+
+/// Raises the RuntimeError that stands for the system's error `code` on the file `path`, with FileErrorText.
 [[noreturn]] void RaiseFileError(unsigned long code, const std::string& path);
 
 } // namespace common

@@ -21,7 +21,14 @@ namespace modServerControl {
 
 namespace {
 
-bool Launch(const std::string& path) {
+/// ERROR_SUCCESS, or the system's error.
+DWORD Launch(Server server) {
+    const std::string path = ExecutablePath(server);
+    if (!common::FileExists(path))
+        return ERROR_FILE_NOT_FOUND;
+    // The servers look for their files in the current folder.
+    if (!SetCurrentDirectoryA(KernoPath().c_str()))
+        return GetLastError();
     STARTUPINFOA startup{};
     startup.cb = sizeof startup;
     startup.dwFlags = STARTF_USESHOWWINDOW;
@@ -32,10 +39,11 @@ bool Launch(const std::string& path) {
     // The tool wants no box of the system's about a drive; what a server wants is its own business.
     if (!CreateProcessA(path.c_str(), commandLine.data(), nullptr, nullptr, FALSE, CREATE_DEFAULT_ERROR_MODE,
                         nullptr, nullptr, &startup, &started))
-        return false;
+        return GetLastError();
     CloseHandle(started.hThread);
     CloseHandle(started.hProcess);
-    return true;
+    Launches().Note(server, GetTickCount64());
+    return ERROR_SUCCESS;
 }
 
 /// `setOne`: modGUI's procedure that shows or hides one window.
@@ -59,16 +67,7 @@ std::int16_t SetVisibility(Server server, std::int16_t (*setOne)(HWND)) {
 } // namespace
 
 std::int16_t Start(Server server) {
-    const std::string path = ExecutablePath(server);
-    if (!common::FileExists(path))
-        return 0;
-    // The servers look for their files in the current folder.
-    if (!SetCurrentDirectoryA(KernoPath().c_str()))
-        return 0;
-    if (!Launch(path))
-        return 0;
-    Launches().Note(server, GetTickCount64());
-    return 1;
+    return Launch(server) == ERROR_SUCCESS;
 }
 
 gui::Task<std::int16_t> Shutdown(Server server) {
@@ -130,22 +129,23 @@ gui::Task<> ReportLaunch(Server server, journal::Asker asker, std::string text) 
 
 std::int16_t StartWithPriority(Server server, const clsINI& priorities, journal::Asker asker,
                                const std::string& why) {
-    const std::int16_t status = Start(server);
+    const DWORD error = Launch(server);
     const std::string text =
         ComponentOf(server).name + std::string(" server: ") + (why.empty() ? "" : why + "; ");
-    if (status)
+    if (error == ERROR_SUCCESS)
         gui::ToolTasks().Start(ReportLaunch(server, asker, text + "started"));
     else
-        journal::Write(asker, text + "could not be started");
+        journal::Write(
+            asker, text + "could not be started: " + common::FileErrorText(error, ExecutablePath(server)));
     const std::string_view key = ComponentOf(server).priorityKey;
     try {
         if (!key.empty())
             SetPriority(server, common::CInt(common::Val(priorities.INIProperty(key))));
-    } catch (const RuntimeError& error) {
-        journal::Write(asker, text + "has no priority: " + error.Description());
+    } catch (const RuntimeError& raised) {
+        journal::Write(asker, text + "has no priority: " + raised.Description());
         throw;
     }
-    return status;
+    return error == ERROR_SUCCESS;
 }
 
 gui::Task<std::int16_t> ShutdownFor(journal::Asker asker, Server server) {

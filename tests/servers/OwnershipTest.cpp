@@ -201,6 +201,14 @@ TEST_F(Journal, TellsWhatCameOfALaunch) {
     EXPECT_TRUE(support::Settle());
     const std::string line = journal::LastLines(1);
     EXPECT_NE(line.find("restarter: Login server: gone; started; window after "), line.npos) << line;
+    support::WriteFile(servers.Path() + "kZone.exe", "no program");
+    std::filesystem::remove(servers.Path() + "kCharacter.exe");
+    for (const auto& [server, words] :
+         {std::pair(Server::Zone, "Zone server: could not be started: Path/File access error (193: "),
+          {Server::Character, "Character server: could not be started: File not found (2: "}}) {
+        EXPECT_EQ(StartWithPriority(server, kTools, journal::Asker::Tray), 0);
+        EXPECT_NE(journal::LastLines(1).find(words), std::string::npos) << journal::LastLines(1);
+    }
 }
 
 } // namespace
