@@ -1,5 +1,7 @@
 #pragma once
 
+#include "common/StartProgram.h"
+
 #include <windows.h>
 
 #include <functional>
@@ -53,15 +55,15 @@ public:
 /// Another program, which runs until the object goes.
 class Process {
 public:
-    explicit Process(std::string commandLine);
+    explicit Process(const std::string& commandLine);
     ~Process();
     Process(const Process&) = delete;
     Process& operator=(const Process&) = delete;
 
-    DWORD Id() const { return process_.dwProcessId; }
+    DWORD Id() const { return GetProcessId(process_.get()); }
 
 private:
-    PROCESS_INFORMATION process_{};
+    common::ProcessHandle process_;
 };
 
 /// The command line that starts this program once more as the helper `name`.

@@ -2,6 +2,7 @@
 
 #include "common/Files.h"
 #include "common/Numbers.h"
+#include "common/StartProgram.h"
 #include "support/Wait.h"
 
 #include <algorithm>
@@ -10,6 +11,7 @@
 #include <map>
 #include <stdexcept>
 #include <string_view>
+#include <utility>
 
 namespace bench {
 
@@ -179,19 +181,16 @@ void WaitFor(const char* what, const std::function<bool()>& condition) {
         throw std::runtime_error(std::string("waited in vain for ") + what);
 }
 
-Process::Process(std::string commandLine) {
-    STARTUPINFOA startup{};
-    startup.cb = sizeof startup;
-    if (!CreateProcessA(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
-                        &process_))
+Process::Process(const std::string& commandLine) {
+    auto started = common::StartProgram({.commandLine = commandLine});
+    if (!started)
         throw std::runtime_error("does not start: " + commandLine);
+    process_ = std::move(*started);
 }
 
 Process::~Process() {
-    TerminateProcess(process_.hProcess, 0);
-    WaitForSingleObject(process_.hProcess, 10'000);
-    CloseHandle(process_.hThread);
-    CloseHandle(process_.hProcess);
+    TerminateProcess(process_.get(), 0);
+    WaitForSingleObject(process_.get(), 10'000);
 }
 
 std::string HelperCommand(const std::string& name) {

@@ -1,6 +1,7 @@
 #include "common/Files.h"
 
 #include "common/Paths.h"
+#include "common/Persist.h"
 #include "common/RuntimeError.h"
 
 #include <algorithm>
@@ -21,26 +22,6 @@ void Write(HANDLE file, std::string_view text, const std::string& path) {
         if (written == 0)
             RaiseFileError(ERROR_DISK_FULL, path);
         text.remove_prefix(written);
-    }
-}
-
-// Virus scanners and indexers hold a fresh file for a moment, and so does who replaces one; their moment must
-// not fail a read or a save.
-constexpr int kAttempts = 5;
-constexpr DWORD kPause = 20;
-
-/// Tries until the call succeeds or fails for a reason that does not pass. False when it fails; GetLastError
-/// tells why.
-bool Persist(const auto& attempt, const auto& passes) {
-    for (int count = 1;; ++count) {
-        if (attempt())
-            return true;
-        const DWORD code = GetLastError();
-        if (count == kAttempts || !passes(code)) {
-            SetLastError(code);
-            return false;
-        }
-        Sleep(kPause);
     }
 }
 

@@ -3,6 +3,7 @@
 #include "common/Files.h"
 #include "common/Numbers.h"
 #include "common/RuntimeError.h"
+#include "common/StartProgram.h"
 #include "gui/Application.h"
 #include "gui/modGUI.h"
 #include "gui/TaskWaits.h"
@@ -29,19 +30,14 @@ DWORD Launch(Server server) {
     // The servers look for their files in the current folder.
     if (!SetCurrentDirectoryA(KernoPath().c_str()))
         return GetLastError();
-    STARTUPINFOA startup{};
-    startup.cb = sizeof startup;
-    startup.dwFlags = STARTF_USESHOWWINDOW;
-    startup.wShowWindow = SW_SHOWMINIMIZED;
-    PROCESS_INFORMATION started{};
+    common::ProgramStart start{.path = path};
     // In quotation marks, or the server would take a blank in its path for the end of it.
-    std::string commandLine = '"' + path + '"';
+    start.commandLine = '"' + path + '"';
     // The tool wants no box of the system's about a drive; what a server wants is its own business.
-    if (!CreateProcessA(path.c_str(), commandLine.data(), nullptr, nullptr, FALSE, CREATE_DEFAULT_ERROR_MODE,
-                        nullptr, nullptr, &startup, &started))
+    start.flags = CREATE_DEFAULT_ERROR_MODE;
+    start.show = SW_SHOWMINIMIZED;
+    if (!common::StartProgram(start))
         return GetLastError();
-    CloseHandle(started.hThread);
-    CloseHandle(started.hProcess);
     Launches().Note(server, GetTickCount64());
     return ERROR_SUCCESS;
 }

@@ -3,8 +3,6 @@
 #include "support/Test.h"
 #include "support/Wait.h"
 
-#include <thread>
-
 namespace {
 
 using support::TempFolder;
@@ -76,13 +74,8 @@ TEST(Files, AReadWaitsForOneWhoHoldsTheFileForAMoment) {
     const TempFolder folder;
     const std::string path = folder / "a.ini";
     support::WriteFile(path, "text");
-    common::FileHandle lock = common::OpenFile(path, GENERIC_READ, OPEN_EXISTING, 0);
-    std::thread holder([&] {
-        Sleep(30);
-        lock.reset();
-    });
-    EXPECT_EQ(Description([&] { EXPECT_EQ(common::ReadFileText(path), "text"); }), "");
-    holder.join();
+    EXPECT_TRUE(support::WorksInAMomentsLock(
+        path, [&] { return Description([&] { EXPECT_EQ(common::ReadFileText(path), "text"); }).empty(); }));
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "servers/modServerControl.h"
 #include "support/FakeWindow.h"
 #include "support/Servers.h"
+#include "support/TempFolder.h"
 #include "support/Test.h"
 
 using namespace modServerControl;
@@ -37,6 +38,13 @@ TEST(Control, StartsMinimisedAndShutsDown) {
     EXPECT_EQ(StartZoneServer(), 0);
     KernoPath(folder.Path().substr(0, folder.Path().size() - 1));
     EXPECT_EQ(StartCharacterServer(), 0);
+}
+
+TEST(Control, AServerWhoseFileSomebodyHasForAMomentIsStarted) {
+    const ServerFolder folder;
+    EXPECT_TRUE(
+        support::WorksInAMomentsLock(folder.Path() + "kLogin.exe", [] { return Start(Server::Login) == 1; }));
+    EXPECT_TRUE(WaitUntil([] { return IsRunning(Server::Login); }));
 }
 
 TEST(Control, ShowsAndHidesTheWindows) {

@@ -4,8 +4,6 @@
 #include "support/Servers.h"
 #include "support/Test.h"
 
-#include <sddl.h>
-
 #include <set>
 
 using namespace modServerControl;
@@ -107,19 +105,7 @@ TEST(Detection, ComparesExecutablesWithTheirLetterCase) {
 TEST(Detection, KnowsAProgramThatCannotBeLookedInto) {
     const ServerFolder folder;
     ServerDetectionMethod(kDetectByProcess);
-    // Everybody may end it, wait for it and ask for its name, and no more.
-    PSECURITY_DESCRIPTOR rights = nullptr;
-    ASSERT_TRUE(ConvertStringSecurityDescriptorToSecurityDescriptorA("D:(A;;0x101001;;;WD)", SDDL_REVISION_1,
-                                                                     &rights, nullptr));
-    SECURITY_ATTRIBUTES attributes{sizeof attributes, rights, FALSE};
-    STARTUPINFOA startup{};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION started{};
-    ASSERT_TRUE(CreateProcessA((folder.Path() + "kLogin.exe").c_str(), nullptr, &attributes, nullptr, FALSE,
-                               0, nullptr, nullptr, &startup, &started));
-    LocalFree(rights);
-    CloseHandle(started.hThread);
-    CloseHandle(started.hProcess);
+    support::TakeRights(folder.Launch(Server::Login));
     ASSERT_TRUE(support::WaitUntil(IsLoginRunning));
     EXPECT_EQ(GetWindowModuleName(MainWindow(Server::Login)), "kLogin.exe");
     EXPECT_TRUE(HasMoreRights(MainWindow(Server::Login)));

@@ -18,6 +18,8 @@ namespace support {
 
 namespace {
 
+using EventHandle = common::Handle<HANDLE, CloseHandle>;
+
 constexpr std::string_view kChild = "--child=";
 constexpr DWORD kLimit = 30'000;
 
@@ -30,8 +32,8 @@ std::string ReadyEventName(DWORD process) {
     return "kToolsChildReady" + std::to_string(process);
 }
 
-common::FileHandle ReadyEvent(DWORD process) {
-    return common::FileHandle(CreateEventA(nullptr, TRUE, FALSE, ReadyEventName(process).c_str()));
+EventHandle ReadyEvent(DWORD process) {
+    return EventHandle(CreateEventA(nullptr, TRUE, FALSE, ReadyEventName(process).c_str()));
 }
 
 } // namespace
@@ -53,20 +55,14 @@ ChildProcess::ChildProcess(const std::string& name, const std::string& folder) {
     char program[MAX_PATH];
     GetModuleFileNameA(nullptr, program, MAX_PATH);
     const std::string quote = "\"";
-    std::string command = quote + program + "\" \"" + std::string(kChild) + name + "\" \"" + folder + quote;
-    STARTUPINFOA startup{};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION started{};
-    // Wine fails now and then with an internal error when it starts and ends many processes at a time.
-    for (int attempt = 1; !CreateProcessA(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr,
-                                          nullptr, &startup, &started);
-         ++attempt)
-        if (GetLastError() != ERROR_INTERNAL_ERROR || attempt == 5)
-            throw std::runtime_error("no child process " + name);
-    const common::FileHandle thread(started.hThread);
-    process_.reset(started.hProcess);
-    const auto ready = ReadyEvent(started.dwProcessId);
-    const HANDLE readyOrGone[] = {ready.get(), started.hProcess};
+    const std::string command =
+        quote + program + "\" \"" + std::string(kChild) + name + "\" \"" + folder + quote;
+    auto started = common::StartProgram({.commandLine = command});
+    if (!started)
+        throw std::runtime_error("no child process " + name);
+    process_ = std::move(*started);
+    const auto ready = ReadyEvent(GetProcessId(process_.get()));
+    const HANDLE readyOrGone[] = {ready.get(), process_.get()};
     if (WaitForMultipleObjects(2, readyOrGone, FALSE, kLimit) != WAIT_OBJECT_0) {
         Kill();
         throw std::runtime_error("child process did not start " + name);

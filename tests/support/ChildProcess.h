@@ -1,6 +1,6 @@
 #pragma once
 
-#include "common/Files.h"
+#include "common/StartProgram.h"
 
 #include <chrono>
 #include <functional>
@@ -27,7 +27,7 @@ public:
     bool Running() const;
 
 private:
-    common::FileHandle process_;
+    common::ProcessHandle process_;
 };
 
 /// Starts the entry `times` times, each time on a folder that `prepare` has filled, and kills it at a random

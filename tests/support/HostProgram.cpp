@@ -1,6 +1,7 @@
 #include "support/HostProgram.h"
 
 #include "common/Numbers.h"
+#include "common/StartProgram.h"
 #include "support/Database.h"
 #include "support/TempFolder.h"
 #include "support/Wait.h"
@@ -29,15 +30,11 @@ std::string ThisProgram() {
 }
 
 /// The process; none is told of a program of this computer.
-common::FileHandle Launch(std::string command, const std::string& folder = {}) {
-    STARTUPINFOA startup{};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION started{};
-    if (!CreateProcessA(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr,
-                        folder.empty() ? nullptr : folder.c_str(), &startup, &started))
+common::ProcessHandle Launch(const std::string& command, const std::string& folder = {}) {
+    auto process = common::StartProgram({.commandLine = command, .folder = folder});
+    if (!process)
         throw std::runtime_error("not started: " + command);
-    const common::FileHandle thread(started.hThread);
-    return common::FileHandle(started.hProcess);
+    return std::move(*process);
 }
 
 int RunOnHost(const std::string& program, int count, char** arguments) {
@@ -80,7 +77,7 @@ bool RunAsHostProgram(int count, char** arguments, int& status) {
 }
 
 int RunBatch(const std::string& folder, const std::string& batch) {
-    const common::FileHandle process = Launch("cmd /c \"" + batch + "\"", folder);
+    const common::ProcessHandle process = Launch("cmd /c \"" + batch + "\"", folder);
     DWORD status = 1;
     if (WaitForSingleObject(process.get(), static_cast<DWORD>(std::chrono::milliseconds(kLimit).count())) !=
         WAIT_OBJECT_0)

@@ -1,6 +1,7 @@
 #include "support/Servers.h"
 
 #include "common/Handle.h"
+#include "common/StartProgram.h"
 #include "common/Text.h"
 #include "servers/ForeignWindows.h"
 #include "support/Wait.h"
@@ -87,14 +88,8 @@ HWND ServerFolder::Launch(Server server, const std::string& fileName) const {
     const std::string path = fileName.empty() ? ImageOf(server) : path_ + fileName;
     if (!std::filesystem::exists(path))
         std::filesystem::copy_file(ImageOf(server), path);
-    STARTUPINFOA startup{};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION started{};
-    if (!CreateProcessA(path.c_str(), nullptr, nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
-                        &started))
+    if (!common::StartProgram({.path = path}))
         return nullptr;
-    const Handle process(started.hProcess);
-    const Handle thread(started.hThread);
     HWND window = nullptr;
     const char* windowClass = modServerControl::ComponentOf(server).mainWindowClass;
     WaitUntil([&] { return (window = FindWindowOf(path, windowClass)) && IsWindowVisible(window); });

@@ -1,6 +1,7 @@
 #include "support/TempFolder.h"
 
 #include "common/Files.h"
+#include "common/StartProgram.h"
 #include "support/Wait.h"
 
 #include <windows.h>
@@ -8,6 +9,7 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <future>
 #include <stdexcept>
 
 namespace support {
@@ -35,6 +37,20 @@ void WriteFile(const std::string& path, std::string_view text) {
     std::ofstream(path, std::ios::binary) << text;
 }
 
+bool WorksInAMomentsLock(const std::string& path, const std::function<bool()>& works) {
+    constexpr int kMoments = 10;
+    for (int moment = 0; moment < kMoments; ++moment) {
+        auto lock = common::OpenFile(path, GENERIC_READ, OPEN_EXISTING, 0);
+        const auto letGo = std::async(std::launch::async, [&] {
+            Sleep(30);
+            lock.reset();
+        });
+        if (works())
+            return true;
+    }
+    return false;
+}
+
 namespace {
 
 /// The path as the system below Wine has it; "" on Windows.
@@ -46,16 +62,9 @@ std::string UnixPath(const std::string& path) {
 }
 
 /// Runs the command until the condition holds. Raises std::runtime_error when it does not.
-void RunUntil(std::string command, const std::function<bool()>& done) {
-    STARTUPINFOA startup{};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION started{};
-    if (!CreateProcessA(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
-                        &started) ||
-        !WaitUntil(done))
+void RunUntil(const std::string& command, const std::function<bool()>& done) {
+    if (!common::StartProgram({.commandLine = command}) || !WaitUntil(done))
         throw std::runtime_error("this did not do what it should: " + command);
-    CloseHandle(started.hThread);
-    CloseHandle(started.hProcess);
 }
 
 } // namespace

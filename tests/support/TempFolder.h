@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -23,6 +24,10 @@ private:
 
 /// Writes `text` as the whole file, into a folder that is made when it is missing.
 void WriteFile(const std::string& path, std::string_view text);
+
+/// True when the action succeeds although somebody else has the file to himself, and lets go of it a moment
+/// later. On a busy machine the moment may last, so the action may try several times.
+bool WorksInAMomentsLock(const std::string& path, const std::function<bool()>& works);
 
 /// Makes `link` a junction that leads to the folder `target`; under Wine what is one there, a symbolic link.
 void LinkFolder(const std::string& link, const std::string& target);
