@@ -32,7 +32,7 @@ public:
     struct Refusal {
         std::size_t row;
         Error error;
-        /// True when another row was sent from here by now to where the server had this one.
+        /// With kRowChanged: another row was sent from here by now to where the server had this one.
         bool taken = false;
     };
 

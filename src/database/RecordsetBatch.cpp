@@ -58,7 +58,7 @@ gui::Task<> Recordset::UpdateBatch(Check check) {
         }
     }
     for (Refusal& refusal : refusals_)
-        refusal.taken = IsTaken(refusal.row, *writer);
+        refusal.taken = refusal.error.Number() == kRowChanged && IsTaken(refusal.row, *writer);
     TakeSent(done);
     if (!refusals_.empty())
         throw Error(refusals_.front().error);
