@@ -11,11 +11,14 @@ std::optional<ProcessHandle> StartProgram(ProgramStart start) {
         startup.dwFlags = STARTF_USESHOWWINDOW;
         startup.wShowWindow = start.show;
     }
+    // In quotation marks, or the program would take a blank in its path for the end of it.
+    if (start.commandLine.empty())
+        start.commandLine = '"' + start.path + '"';
     PROCESS_INFORMATION started{};
     const auto orNull = [](std::string& text) { return text.empty() ? nullptr : text.data(); };
     const bool isStarted = Persist(
         [&] {
-            return CreateProcessA(orNull(start.path), orNull(start.commandLine), nullptr, nullptr, FALSE,
+            return CreateProcessA(orNull(start.path), start.commandLine.data(), nullptr, nullptr, FALSE,
                                   start.flags, nullptr, orNull(start.folder), &startup, &started) != 0;
         },
         [](DWORD code) { return code == ERROR_SHARING_VIOLATION || code == ERROR_INTERNAL_ERROR; });

@@ -14,7 +14,7 @@ using ProcessHandle = Handle<HANDLE, CloseHandle>;
 /// How a program is started.
 struct ProgramStart {
     std::string path{};        ///< of the program; where it is "", the first word of the command line counts
-    std::string commandLine{}; ///< where it is "", the path
+    std::string commandLine{}; ///< where it is "", the path in quotation marks
     std::string folder{};      ///< becomes the program's current one; where it is "", this program's own
     DWORD flags = 0;           ///< as CreateProcess takes them
     WORD show = SW_SHOWDEFAULT;

@@ -30,13 +30,8 @@ DWORD Launch(Server server) {
     // The servers look for their files in the current folder.
     if (!SetCurrentDirectoryA(KernoPath().c_str()))
         return GetLastError();
-    common::ProgramStart start{.path = path};
-    // In quotation marks, or the server would take a blank in its path for the end of it.
-    start.commandLine = '"' + path + '"';
     // The tool wants no box of the system's about a drive; what a server wants is its own business.
-    start.flags = CREATE_DEFAULT_ERROR_MODE;
-    start.show = SW_SHOWMINIMIZED;
-    if (!common::StartProgram(start))
+    if (!common::StartProgram({.path = path, .flags = CREATE_DEFAULT_ERROR_MODE, .show = SW_SHOWMINIMIZED}))
         return GetLastError();
     Launches().Note(server, GetTickCount64());
     return ERROR_SUCCESS;
